@@ -1,0 +1,12 @@
+#ifndef VYXCORE_H
+#define VYXCORE_H
+
+// The whole public interface of libvyxcore. Link with -lvyxcore.
+
+#include "vyxexport.h"
+#include "vyxstrings.h"
+#include "vyxdirs.h"
+#include "vyxfileutils.h"
+#include "vyxsession.h"
+
+#endif

@@ -1,0 +1,25 @@
+#ifndef VYXCORE_ENVIRONMENT_P_H
+#define VYXCORE_ENVIRONMENT_P_H
+
+// The one environment accessor of the library. A variable that is set but
+// empty means the same as an unset one everywhere, so every reader goes
+// through here instead of calling getenv directly.
+
+#include <string>
+
+namespace Vyx::detail {
+
+// The value of name, or null when it is unset or empty. The pointer belongs
+// to the environment.
+const char* envValue(const char* name);
+
+// The value of name, or the empty string when it is unset or empty.
+std::string envString(const char* name);
+
+// "HOME" if set, else "/home/" + the first of "LOGNAME", "USER" that is set;
+// empty when none is.
+std::string homeFromEnvironment();
+
+}  // namespace Vyx::detail
+
+#endif

@@ -1,0 +1,195 @@
+#include "support/child_process.h"
+
+#include "support/temp_home.h"
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <grp.h>
+#include <sched.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace vyxtest {
+
+namespace {
+
+constexpr int kSkipStatus = 77;
+
+// Reports why the child cannot run the body and ends it as "skipped".
+[[noreturn]] void skipChild(int pipeFd, const std::string& what)
+{
+    std::string reason = what + ": " + std::strerror(errno);
+    if (write(pipeFd, reason.data(), reason.size()) < 0) {
+        // Nothing more to do: the exit status still says "skipped".
+    }
+    _exit(kSkipStatus);
+}
+
+bool exists(const std::string& path)
+{
+    struct stat st;
+    return lstat(path.c_str(), &st) == 0;
+}
+
+std::string parentOf(const std::string& path)
+{
+    std::string::size_type slash = path.rfind('/');
+    return slash == 0 || slash == std::string::npos ? "/" : path.substr(0, slash);
+}
+
+// Makes target exist without writing the real file system: the nearest
+// existing ancestor is covered by an overlay whose upper layer lives on a
+// tmpfs, and the missing levels are created there.
+void makeMountPoint(const std::string& target, bool directory, const std::string& scratch, int pipeFd)
+{
+    std::string ancestor = parentOf(target);
+    while (!exists(ancestor))
+        ancestor = parentOf(ancestor);
+
+    static int layer = 0;
+    std::string base = scratch + "/layer" + std::to_string(layer++);
+    if (mkdir(base.c_str(), 0755) != 0 || mkdir((base + "/upper").c_str(), 0755) != 0 ||
+        mkdir((base + "/work").c_str(), 0755) != 0)
+        skipChild(pipeFd, "mkdir " + base);
+    std::string options = "lowerdir=" + ancestor + ",upperdir=" + base + "/upper,workdir=" + base + "/work";
+    if (mount("overlay", ancestor.c_str(), "overlay", 0, options.c_str()) != 0)
+        skipChild(pipeFd, "overlay over " + ancestor);
+
+    // Create each missing level below the ancestor.
+    std::string rest = target.substr(ancestor == "/" ? 1 : ancestor.size() + 1);
+    std::string current = ancestor == "/" ? "" : ancestor;
+    std::string::size_type start = 0;
+    while (true) {
+        std::string::size_type slash = rest.find('/', start);
+        current += "/" + rest.substr(start, slash == std::string::npos ? std::string::npos : slash - start);
+        bool last = slash == std::string::npos;
+        if (!exists(current)) {
+            if (last && !directory) {
+                FILE* f = std::fopen(current.c_str(), "w");
+                if (!f)
+                    skipChild(pipeFd, "create " + current);
+                std::fclose(f);
+            } else if (mkdir(current.c_str(), 0755) != 0) {
+                skipChild(pipeFd, "mkdir " + current);
+            }
+        }
+        if (last)
+            break;
+        start = slash + 1;
+    }
+}
+
+void prepareChild(const ChildOptions& options, const std::string& scratch, int pipeFd)
+{
+    int flags = 0;
+    if (!options.mounts.empty())
+        flags |= CLONE_NEWNS;
+    if (options.privateNetwork)
+        flags |= CLONE_NEWNET;
+    if (flags && unshare(flags) != 0)
+        skipChild(pipeFd, "unshare");
+
+    if (!options.mounts.empty()) {
+        if (mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) != 0)
+            skipChild(pipeFd, "make / private");
+        if (mount("tmpfs", scratch.c_str(), "tmpfs", 0, "mode=0755") != 0)
+            skipChild(pipeFd, "tmpfs over " + scratch);
+        for (const Mount& m : options.mounts) {
+            bool directory = true;
+            if (m.kind == Mount::Kind::Bind) {
+                struct stat st;
+                if (stat(m.source.c_str(), &st) != 0)
+                    skipChild(pipeFd, "stat " + m.source);
+                directory = S_ISDIR(st.st_mode);
+            }
+            if (!exists(m.target))
+                makeMountPoint(m.target, directory, scratch, pipeFd);
+            int rc = m.kind == Mount::Kind::Tmpfs
+                         ? mount("tmpfs", m.target.c_str(), "tmpfs", 0, "mode=0755")
+                         : mount(m.source.c_str(), m.target.c_str(), nullptr, MS_BIND, nullptr);
+            if (rc != 0)
+                skipChild(pipeFd, "mount over " + m.target);
+        }
+    }
+
+    if (options.unprivileged && geteuid() == 0) {
+        if (setgroups(0, nullptr) != 0 || setgid(options.gid) != 0 || setuid(options.uid) != 0)
+            skipChild(pipeFd, "drop privileges");
+    }
+}
+
+}  // namespace
+
+ChildResult runInChild(const ChildOptions& options, const std::function<void()>& body)
+{
+    ChildResult result;
+    char scratchTemplate[] = "/tmp/vyxcore-ns-XXXXXX";
+    std::string scratch;
+    if (!options.mounts.empty()) {
+        if (!mkdtemp(scratchTemplate)) {
+            result.reason = std::string("mkdtemp: ") + std::strerror(errno);
+            return result;
+        }
+        scratch = scratchTemplate;
+    }
+
+    int fds[2];
+    if (pipe(fds) != 0) {
+        result.reason = std::string("pipe: ") + std::strerror(errno);
+        return result;
+    }
+    std::fflush(nullptr);
+    pid_t pid = fork();
+    if (pid < 0) {
+        result.reason = std::string("fork: ") + std::strerror(errno);
+        close(fds[0]);
+        close(fds[1]);
+        return result;
+    }
+    if (pid == 0) {
+        close(fds[0]);
+        prepareChild(options, scratch, fds[1]);
+        try {
+            body();
+        } catch (const std::exception& e) {
+            ADD_FAILURE() << "exception in child: " << e.what();
+        } catch (...) {
+            ADD_FAILURE() << "unknown exception in child";
+        }
+        std::fflush(nullptr);
+        _exit(::testing::Test::HasFailure() ? 1 : 0);
+    }
+
+    close(fds[1]);
+    char buffer[512];
+    ssize_t n;
+    while ((n = read(fds[0], buffer, sizeof buffer)) > 0)
+        result.reason.append(buffer, static_cast<size_t>(n));
+    close(fds[0]);
+
+    int status = 0;
+    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+    }
+    if (!scratch.empty())
+        removeTree(scratch);
+
+    if (WIFEXITED(status) && WEXITSTATUS(status) == kSkipStatus) {
+        result.outcome = ChildResult::Outcome::Skipped;
+    } else if (WIFEXITED(status) && WEXITSTATUS(status) == 0) {
+        result.outcome = ChildResult::Outcome::Passed;
+    } else {
+        result.outcome = ChildResult::Outcome::Failed;
+        if (WIFSIGNALED(status))
+            result.reason = "child killed by signal " + std::to_string(WTERMSIG(status));
+        else
+            result.reason = "child failed (exit status " + std::to_string(WEXITSTATUS(status)) + ")";
+    }
+    return result;
+}
+
+}  // namespace vyxtest

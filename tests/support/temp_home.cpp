@@ -1,0 +1,181 @@
+#include "support/temp_home.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <ftw.h>
+#include <sstream>
+#include <stdexcept>
+#include <sys/stat.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace vyxtest {
+
+namespace {
+
+void makeDirs(const std::string& path, mode_t mode)
+{
+    std::string partial;
+    std::stringstream parts(path);
+    std::string piece;
+    while (std::getline(parts, piece, '/')) {
+        if (piece.empty())
+            continue;
+        partial += "/" + piece;
+        if (mkdir(partial.c_str(), mode) != 0 && errno != EEXIST)
+            throw std::runtime_error("mkdir " + partial + ": " + std::strerror(errno));
+    }
+}
+
+uid_t g_chownUid;
+gid_t g_chownGid;
+
+int chownEntry(const char* path, const struct stat*, int, struct FTW*)
+{
+    return lchown(path, g_chownUid, g_chownGid) == 0 ? 0 : -1;
+}
+
+int removeEntry(const char* path, const struct stat*, int type, struct FTW*)
+{
+    if (type == FTW_DP)
+        rmdir(path);
+    else
+        unlink(path);
+    return 0;
+}
+
+// Names of variables that would let the real session leak into a test.
+std::vector<std::string> leakingVariables()
+{
+    std::vector<std::string> names = {"DISPLAY", "DESKTOP_SESSION", "XDG_CURRENT_DESKTOP",
+                                      "XDG_STATE_HOME", "GNOME_DESKTOP_SESSION_ID", "DM_CONTROL"};
+    for (char** entry = environ; entry && *entry; ++entry) {
+        if (std::strncmp(*entry, "VYX", 3) == 0) {
+            const char* eq = std::strchr(*entry, '=');
+            names.emplace_back(*entry, eq ? static_cast<size_t>(eq - *entry) : std::strlen(*entry));
+        }
+    }
+    return names;
+}
+
+}  // namespace
+
+ScopedEnv::ScopedEnv(const char* name, const char* value) : m_name(name)
+{
+    if (const char* old = std::getenv(name)) {
+        m_hadValue = true;
+        m_oldValue = old;
+    }
+    if (value)
+        setenv(name, value, 1);
+    else
+        unsetenv(name);
+}
+
+ScopedEnv::~ScopedEnv()
+{
+    if (m_hadValue)
+        setenv(m_name.c_str(), m_oldValue.c_str(), 1);
+    else
+        unsetenv(m_name.c_str());
+}
+
+TempHome::TempHome()
+{
+    const char* base = std::getenv("TMPDIR");
+    std::string templ = std::string(base && *base ? base : "/tmp") + "/vyxcore-test-XXXXXX";
+    std::vector<char> buffer(templ.begin(), templ.end());
+    buffer.push_back('\0');
+    if (!mkdtemp(buffer.data()))
+        throw std::runtime_error(std::string("mkdtemp: ") + std::strerror(errno));
+    // World-searchable, so that a test that drops privileges can reach it.
+    chmod(buffer.data(), 0755);
+    m_root = buffer.data();
+    m_home = makeDir("home");
+    makeDir("etc/xdg");
+    makeDir("usr/share");
+    makeDir("run", 0700);
+    makeDir("tmp");
+
+    saveAndSet("HOME", m_home.c_str());
+    saveAndSet("XDG_CONFIG_HOME", (m_home + "/.config").c_str());
+    saveAndSet("XDG_DATA_HOME", (m_home + "/.local/share").c_str());
+    saveAndSet("XDG_CACHE_HOME", (m_home + "/.cache").c_str());
+    saveAndSet("XDG_CONFIG_DIRS", path("etc/xdg").c_str());
+    saveAndSet("XDG_DATA_DIRS", path("usr/share").c_str());
+    saveAndSet("XDG_RUNTIME_DIR", path("run").c_str());
+    saveAndSet("TMPDIR", path("tmp").c_str());
+    for (const std::string& name : leakingVariables())
+        saveAndSet(name.c_str(), nullptr);
+}
+
+TempHome::~TempHome()
+{
+    for (auto it = m_saved.rbegin(); it != m_saved.rend(); ++it) {
+        if (it->second.first)
+            setenv(it->first.c_str(), it->second.second.c_str(), 1);
+        else
+            unsetenv(it->first.c_str());
+    }
+    removeTree(m_root);
+}
+
+void TempHome::saveAndSet(const char* name, const char* value)
+{
+    const char* old = std::getenv(name);
+    m_saved.push_back({name, {old != nullptr, old ? old : ""}});
+    if (value)
+        setenv(name, value, 1);
+    else
+        unsetenv(name);
+}
+
+std::string TempHome::path(const std::string& relative) const
+{
+    return m_root + "/" + relative;
+}
+
+std::string TempHome::makeDir(const std::string& relative, mode_t mode) const
+{
+    std::string full = path(relative);
+    makeDirs(full, 0755);
+    chmod(full.c_str(), mode);
+    return full;
+}
+
+std::string TempHome::writeFile(const std::string& relative, const std::string& content) const
+{
+    std::string full = path(relative);
+    std::string::size_type slash = full.rfind('/');
+    makeDirs(full.substr(0, slash), 0755);
+    std::ofstream out(full, std::ios::binary | std::ios::trunc);
+    out << content;
+    if (!out)
+        throw std::runtime_error("cannot write " + full);
+    return full;
+}
+
+void TempHome::giveTo(uid_t uid, gid_t gid) const
+{
+    g_chownUid = uid;
+    g_chownGid = gid;
+    nftw(m_root.c_str(), chownEntry, 16, FTW_PHYS);
+}
+
+std::string readFile(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream content;
+    content << in.rdbuf();
+    return content.str();
+}
+
+void removeTree(const std::string& path)
+{
+    nftw(path.c_str(), removeEntry, 16, FTW_DEPTH | FTW_PHYS);
+}
+
+}  // namespace vyxtest

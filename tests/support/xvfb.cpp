@@ -1,0 +1,113 @@
+#include "support/xvfb.h"
+
+#include <X11/Xlib.h>
+
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace vyxtest {
+
+namespace {
+constexpr int kStartTimeoutMs = 15000;
+}
+
+XvfbServer::~XvfbServer()
+{
+    stop();
+}
+
+bool XvfbServer::start(std::string* error)
+{
+    int fds[2];
+    if (pipe(fds) != 0) {
+        *error = std::string("pipe: ") + std::strerror(errno);
+        return false;
+    }
+    pid_t pid = fork();
+    if (pid < 0) {
+        *error = std::string("fork: ") + std::strerror(errno);
+        close(fds[0]);
+        close(fds[1]);
+        return false;
+    }
+    if (pid == 0) {
+        close(fds[0]);
+        int devnull = open("/dev/null", O_RDWR);
+        if (devnull >= 0) {
+            dup2(devnull, STDIN_FILENO);
+            dup2(devnull, STDOUT_FILENO);
+            dup2(devnull, STDERR_FILENO);
+        }
+        std::string fd = std::to_string(fds[1]);
+        execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
+               "+extension", "RANDR", "-noreset", static_cast<char*>(nullptr));
+        _exit(127);
+    }
+    close(fds[1]);
+    m_pid = pid;
+
+    std::string answer;
+    pollfd pfd{fds[0], POLLIN, 0};
+    while (answer.find('\n') == std::string::npos) {
+        int ready = poll(&pfd, 1, kStartTimeoutMs);
+        if (ready <= 0)
+            break;
+        char buffer[32];
+        ssize_t n = read(fds[0], buffer, sizeof buffer);
+        if (n <= 0)
+            break;
+        answer.append(buffer, static_cast<size_t>(n));
+    }
+    close(fds[0]);
+    if (answer.find('\n') == std::string::npos) {
+        *error = "Xvfb did not start (is the xvfb package installed?)";
+        stop();
+        return false;
+    }
+    m_number = std::atoi(answer.c_str());
+    return true;
+}
+
+void XvfbServer::stop()
+{
+    if (m_pid <= 0)
+        return;
+    kill(m_pid, SIGTERM);
+    int status;
+    while (waitpid(m_pid, &status, 0) < 0 && errno == EINTR) {
+    }
+    m_pid = -1;
+}
+
+void XvfbTest::SetUp()
+{
+    std::string error;
+    ASSERT_TRUE(m_server.start(&error)) << error;
+    if (const char* old = std::getenv("DISPLAY")) {
+        m_hadDisplay = true;
+        m_oldDisplay = old;
+    }
+    setenv("DISPLAY", m_server.displayName().c_str(), 1);
+    m_display = XOpenDisplay(m_server.displayName().c_str());
+    ASSERT_NE(m_display, nullptr) << "cannot connect to " << m_server.displayName();
+}
+
+void XvfbTest::TearDown()
+{
+    if (m_display)
+        XCloseDisplay(m_display);
+    m_display = nullptr;
+    m_server.stop();
+    if (m_hadDisplay)
+        setenv("DISPLAY", m_oldDisplay.c_str(), 1);
+    else
+        unsetenv("DISPLAY");
+}
+
+}  // namespace vyxtest

@@ -1,0 +1,55 @@
+#ifndef VYXCORE_TESTS_XVFB_H
+#define VYXCORE_TESTS_XVFB_H
+
+// A real X server for tests: Xvfb with RandR, started on a display number it
+// finds free itself (-displayfd), stopped on destruction.
+
+#include <string>
+#include <sys/types.h>
+
+#include <gtest/gtest.h>
+
+typedef struct _XDisplay Display;
+
+namespace vyxtest {
+
+class XvfbServer {
+public:
+    XvfbServer() = default;
+    ~XvfbServer();
+    XvfbServer(const XvfbServer&) = delete;
+    XvfbServer& operator=(const XvfbServer&) = delete;
+
+    // Starts the server and waits until it accepts connections. On failure
+    // returns false with the reason in *error.
+    bool start(std::string* error);
+    void stop();
+
+    int number() const { return m_number; }
+    std::string displayName() const { return ":" + std::to_string(m_number); }
+
+private:
+    pid_t m_pid = -1;
+    int m_number = -1;
+};
+
+// Fixture: each case gets its own server, DISPLAY pointing at it and an open
+// connection in display().
+class XvfbTest : public ::testing::Test {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+
+    Display* display() const { return m_display; }
+    const XvfbServer& server() const { return m_server; }
+
+private:
+    XvfbServer m_server;
+    Display* m_display = nullptr;
+    std::string m_oldDisplay;
+    bool m_hadDisplay = false;
+};
+
+}  // namespace vyxtest
+
+#endif

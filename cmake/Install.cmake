@@ -20,5 +20,9 @@ install(FILES ${PROJECT_BINARY_DIR}/VyxCoreConfig.cmake
               ${PROJECT_BINARY_DIR}/VyxCoreConfigVersion.cmake
         DESTINATION ${VYX_CMAKE_DIR})
 
+# The .pc file finds its prefix relative to itself, so the installed tree
+# can be moved (or installed with --prefix) and still be found.
+file(RELATIVE_PATH VYX_PC_RELATIVE_PREFIX "/${CMAKE_INSTALL_LIBDIR}/pkgconfig" "/")
+string(REGEX REPLACE "/$" "" VYX_PC_RELATIVE_PREFIX "${VYX_PC_RELATIVE_PREFIX}")
 configure_file(${PROJECT_SOURCE_DIR}/cmake/vyxcore.pc.in ${PROJECT_BINARY_DIR}/vyxcore.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/vyxcore.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

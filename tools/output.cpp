@@ -1,1 +1,121 @@
+#include "output.h"
 
+#include <algorithm>
+#include <cstdio>
+
+namespace tool {
+
+bool parseCommon(const char* command, const std::vector<std::string>& args, CommonOptions* out)
+{
+    for (const std::string& arg : args) {
+        if (arg == "--json") {
+            out->json = true;
+        } else if (arg == "--help" || arg == "-h") {
+            out->help = true;
+        } else if (arg.size() > 1 && arg[0] == '-') {
+            usageError(command, "unknown option " + arg);
+            return false;
+        } else {
+            out->positional.push_back(arg);
+        }
+    }
+    return true;
+}
+
+void printUsage(const Command& command, FILE* to)
+{
+    std::fprintf(to, "usage: vyxcore %s\n%s\n", command.synopsis, command.summary);
+}
+
+int usageError(const char* command, const std::string& message)
+{
+    std::fprintf(stderr, "vyxcore %s: %s (see 'vyxcore %s --help')\n", command, message.c_str(), command);
+    return BadUsage;
+}
+
+std::string jsonString(const std::string& text)
+{
+    std::string out = "\"";
+    for (unsigned char c : text) {
+        switch (c) {
+        case '"': out += "\\\""; break;
+        case '\\': out += "\\\\"; break;
+        case '\n': out += "\\n"; break;
+        case '\r': out += "\\r"; break;
+        case '\t': out += "\\t"; break;
+        default:
+            if (c < 0x20) {
+                char escaped[8];
+                std::snprintf(escaped, sizeof escaped, "\\u%04x", c);
+                out += escaped;
+            } else {
+                out += static_cast<char>(c);
+            }
+        }
+    }
+    return out + "\"";
+}
+
+std::string jsonString(const char* text)
+{
+    return text ? jsonString(std::string(text)) : std::string("null");
+}
+
+JsonObject& JsonObject::add(const std::string& key, const std::string& rawJson)
+{
+    m_members.emplace_back(key, rawJson);
+    return *this;
+}
+
+JsonObject& JsonObject::addString(const std::string& key, const std::string& value)
+{
+    return add(key, jsonString(value));
+}
+
+JsonObject& JsonObject::addString(const std::string& key, const char* value)
+{
+    return add(key, jsonString(value));
+}
+
+JsonObject& JsonObject::addInt(const std::string& key, long long value)
+{
+    return add(key, std::to_string(value));
+}
+
+JsonObject& JsonObject::addBool(const std::string& key, bool value)
+{
+    return add(key, value ? "true" : "false");
+}
+
+std::string JsonObject::str() const
+{
+    std::string out = "{";
+    for (size_t i = 0; i < m_members.size(); ++i) {
+        if (i)
+            out += ", ";
+        out += jsonString(m_members[i].first) + ": " + m_members[i].second;
+    }
+    return out + "}";
+}
+
+std::string jsonArray(const std::vector<std::string>& rawItems)
+{
+    std::string out = "[";
+    for (size_t i = 0; i < rawItems.size(); ++i) {
+        if (i)
+            out += ", ";
+        out += rawItems[i];
+    }
+    return out + "]";
+}
+
+void printRows(const std::vector<std::pair<std::string, std::string>>& rows)
+{
+    size_t width = 0;
+    for (const auto& row : rows)
+        width = std::max(width, row.first.size());
+    for (const auto& row : rows)
+        std::printf("%-*s  %s\n", static_cast<int>(width), row.first.c_str(), row.second.c_str());
+}
+
+}  // namespace tool

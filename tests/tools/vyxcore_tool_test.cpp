@@ -1,1 +1,181 @@
+// End-to-end tests of the vyxcore tool: the real binary, run as a user
+// would, in an isolated home.
+
+#include "support/temp_home.h"
+#include "support/xvfb.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+
 #include <gtest/gtest.h>
+
+#include <cerrno>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+struct Run {
+    int status = -1;
+    std::string out;
+    std::string err;
+};
+
+std::string drain(int fd)
+{
+    std::string text;
+    char buffer[4096];
+    ssize_t n;
+    while ((n = read(fd, buffer, sizeof buffer)) > 0)
+        text.append(buffer, static_cast<size_t>(n));
+    close(fd);
+    return text;
+}
+
+Run runTool(const std::vector<std::string>& args)
+{
+    int out[2], err[2];
+    if (pipe(out) != 0 || pipe(err) != 0)
+        return {};
+    pid_t pid = fork();
+    if (pid == 0) {
+        dup2(out[1], STDOUT_FILENO);
+        dup2(err[1], STDERR_FILENO);
+        close(out[0]);
+        close(err[0]);
+        std::vector<char*> argv{const_cast<char*>(VYXCORE_TOOL)};
+        for (const std::string& arg : args)
+            argv.push_back(const_cast<char*>(arg.c_str()));
+        argv.push_back(nullptr);
+        execv(VYXCORE_TOOL, argv.data());
+        _exit(127);
+    }
+    close(out[1]);
+    close(err[1]);
+    Run run;
+    // Small outputs: stderr is read after stdout without risk of blocking.
+    run.out = drain(out[0]);
+    run.err = drain(err[0]);
+    int status = 0;
+    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+    }
+    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    return run;
+}
+
+bool has(const std::string& text, const std::string& piece)
+{
+    return text.find(piece) != std::string::npos;
+}
+
+TEST(ToolDirs, ListsEveryDirectoryAndAnswersOne)
+{
+    vyxtest::TempHome world;
+    Run all = runTool({"dirs"});
+    EXPECT_EQ(all.status, 0);
+    EXPECT_TRUE(has(all.out, "18 HomeDir")) << all.out;
+    EXPECT_TRUE(has(all.out, "29 SharedStartMenuDir")) << all.out;
+    EXPECT_TRUE(has(all.out, world.home() + "/.vyx")) << all.out;
+
+    Run json = runTool({"dirs", "--json"});
+    EXPECT_EQ(json.status, 0);
+    EXPECT_TRUE(has(json.out, "{\"value\": 2, \"name\": \"VyxHomeDir\", \"path\": \"" + world.home() + "/.vyx\"}"))
+        << json.out;
+
+    Run one = runTool({"dirs", "desktopdir"});
+    EXPECT_EQ(one.status, 0);
+    EXPECT_EQ(one.out, world.home() + "/Desktop\n");
+    EXPECT_EQ(runTool({"dirs", "26"}).out, world.home() + "/.cache\n");
+}
+
+TEST(ToolDirs, EmptyPathIsNothingFoundAndBadNamesAreUsageErrors)
+{
+    vyxtest::TempHome world;
+    vyxtest::ScopedEnv noHome("HOME", nullptr), noLogname("LOGNAME", nullptr), noUser("USER", nullptr);
+    Run empty = runTool({"dirs", "VyxHomeDir"});
+    EXPECT_EQ(empty.status, 1);
+    EXPECT_EQ(empty.out, "");
+
+    EXPECT_EQ(runTool({"dirs", "NoSuchDir"}).status, 2);
+    EXPECT_EQ(runTool({"dirs", "30"}).status, 2);
+    EXPECT_EQ(runTool({"dirs", "--frobnicate"}).status, 2);
+    EXPECT_EQ(runTool({"dirs", "a", "b"}).status, 2);
+    EXPECT_EQ(runTool({"nonsense"}).status, 2);
+}
+
+TEST(ToolSession, ReportsKindSuffixAndMissingDisplay)
+{
+    vyxtest::TempHome world;
+    vyxtest::ScopedEnv session("DESKTOP_SESSION", "VYX-Tablet-Kiosk");
+    Run text = runTool({"session"});
+    EXPECT_EQ(text.status, 0);
+    EXPECT_TRUE(has(text.out, "8 VyxTabletKioskSession")) << text.out;
+    EXPECT_TRUE(has(text.out, ".vyx-tablet-kiosk")) << text.out;
+    EXPECT_TRUE(has(text.out, "no X server reachable")) << text.out;
+
+    Run json = runTool({"session", "--json"});
+    EXPECT_EQ(json.status, 0);
+    EXPECT_TRUE(has(json.out, "\"kiosk\": true")) << json.out;
+    EXPECT_TRUE(has(json.out, "\"display_name\": null")) << json.out;
+    EXPECT_TRUE(has(json.out, "\"connected\": false")) << json.out;
+    EXPECT_EQ(runTool({"session", "extra"}).status, 2);
+}
+
+TEST(ToolSession, WrongDisplayNameIsReportedNotFatal)
+{
+    vyxtest::TempHome world;
+    vyxtest::ScopedEnv display("DISPLAY", "host12");
+    Run run = runTool({"session", "--json"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(has(run.err, "Wrong display name host12")) << run.err;
+    EXPECT_TRUE(has(run.out, "\"display_number\": -1")) << run.out;
+}
+
+class ToolOnX : public vyxtest::XvfbTest {
+protected:
+    vyxtest::TempHome m_world;  // made before SetUp sets DISPLAY
+};
+
+TEST_F(ToolOnX, SeesTheDesktopThatOwnsTheDisplay)
+{
+    Display* dpy = display();
+    Window root = DefaultRootWindow(dpy);
+    Window check = XCreateSimpleWindow(dpy, root, 0, 0, 1, 1, 0, 0, 0);
+    Atom supporting = XInternAtom(dpy, "_NET_SUPPORTING_WM_CHECK", False);
+    Atom wmName = XInternAtom(dpy, "_NET_WM_NAME", False);
+    Atom utf8 = XInternAtom(dpy, "UTF8_STRING", False);
+    XChangeProperty(dpy, root, supporting, XA_WINDOW, 32, PropModeReplace,
+                    reinterpret_cast<unsigned char*>(&check), 1);
+    const char name[] = "vyx-wm";
+    XChangeProperty(dpy, check, wmName, utf8, 8, PropModeReplace, reinterpret_cast<const unsigned char*>(name),
+                    sizeof name - 1);
+    XSync(dpy, False);
+
+    Run run = runTool({"session", "--json"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_TRUE(has(run.out, "\"desktop\": 5")) << run.out;
+    EXPECT_TRUE(has(run.out, "\"display_number\": " + std::to_string(server().number()))) << run.out;
+    EXPECT_TRUE(has(run.out, "\"remote\": false")) << run.out;
+
+    Run overview = runTool({});
+    EXPECT_EQ(overview.status, 0);
+    EXPECT_TRUE(has(overview.out, "Desktop  Vyx")) << overview.out;
+    EXPECT_TRUE(has(overview.out, m_world.home() + "/Desktop")) << overview.out;
+}
+
+TEST(ToolHelp, EveryCommandHasHelp)
+{
+    vyxtest::TempHome world;
+    Run help = runTool({"--help"});
+    EXPECT_EQ(help.status, 0);
+    for (const char* command : {"dirs", "session"}) {
+        EXPECT_TRUE(has(help.out, command)) << help.out;
+        Run own = runTool({command, "--help"});
+        EXPECT_EQ(own.status, 0);
+        EXPECT_TRUE(has(own.out, std::string("usage: vyxcore ") + command)) << own.out;
+    }
+}
+
+}  // namespace

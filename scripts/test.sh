@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# Sets everything up, builds and runs the whole test suite.
+#   scripts/test.sh              the ordinary build, in build/
+#   scripts/test.sh --sanitize   built with AddressSanitizer and
+#                                UndefinedBehaviorSanitizer, in build-sanitize/
+# Further arguments go to cmake's configure step.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+scripts/setup.sh
+
+build=build
+options=(-DCMAKE_BUILD_TYPE=RelWithDebInfo)
+if [[ "${1:-}" == "--sanitize" ]]; then
+  shift
+  build=build-sanitize
+  options=(-DCMAKE_BUILD_TYPE=Debug -DVYX_SANITIZE=ON)
+  export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1}
+  export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
+fi
+
+cmake -S . -B "$build" -G Ninja -DVYX_BUILD_BENCH=ON "${options[@]}" "$@" >/dev/null
+cmake --build "$build"
+ctest --test-dir "$build" --output-on-failure -j"$(nproc)"

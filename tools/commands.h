@@ -1,0 +1,56 @@
+#ifndef VYXCORE_TOOL_COMMANDS_H
+#define VYXCORE_TOOL_COMMANDS_H
+
+// The subcommands of vyxcore and the facts they share with the overview.
+
+#include "output.h"
+
+#include <vyxdirs.h>
+#include <vyxsession.h>
+
+#include <string>
+#include <vector>
+
+namespace tool {
+
+int runOverview(const std::vector<std::string>& args);
+int runDirs(const std::vector<std::string>& args);
+int runSession(const std::vector<std::string>& args);
+
+// The table of every command, for dispatch and for the overview's list.
+const std::vector<Command>& commands();
+const Command& command(const char* name);
+
+// --- directories ---
+struct DirName {
+    VyxDir value;
+    const char* name;
+};
+const std::vector<DirName>& dirNames();
+
+// --- session ---
+struct SessionFacts {
+    std::string sessionName;  // DESKTOP_SESSION, empty when unset
+    bool sessionNameSet = false;
+    WhatVyxSession kind = UnknownSession;
+    std::string suffix;
+    bool kiosk = false;
+    std::string savedName;
+
+    bool hasDisplayName = false;
+    std::string displayName;
+    int displayNumber = 0;
+    std::string displayNumberError;  // set when the name cannot be parsed
+    bool remote = false;
+
+    bool connected = false;  // the X server answered
+    int desktop = 0;
+    bool nested = false;
+};
+SessionFacts collectSessionFacts();
+const char* sessionKindName(WhatVyxSession kind);
+const char* desktopName(int code);
+
+}  // namespace tool
+
+#endif

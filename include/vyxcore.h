@@ -7,6 +7,8 @@
 #include "vyxstrings.h"
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
+#include "vyxcmdline.h"
 #include "vyxsession.h"
+#include "vyxsystem.h"
 
 #endif

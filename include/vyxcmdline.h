@@ -1,0 +1,6 @@
+#ifndef VYXCORE_CMDLINE_H
+#define VYXCORE_CMDLINE_H
+
+#include "vyxexport.h"
+
+#endif

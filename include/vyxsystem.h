@@ -1,0 +1,6 @@
+#ifndef VYXCORE_SYSTEM_H
+#define VYXCORE_SYSTEM_H
+
+#include "vyxexport.h"
+
+#endif

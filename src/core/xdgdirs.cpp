@@ -1,1 +1,71 @@
-// (being written)
+#include "vyxdirs.h"
+
+#include "core/environment_p.h"
+#include "vyxfileutils.h"
+#include "vyxstrings.h"
+
+#include <sys/stat.h>
+
+namespace {
+
+// The user's directory first (created, one level, when missing; left out if
+// that fails), then the system list or its defaults.
+std::vector<std::string> searchPath(const char* homeVariable, const char* homeRelative, const char* listVariable,
+                                    std::vector<std::string> defaults, const char* subdir)
+{
+    std::vector<std::string> dirs;
+    std::string user = Vyx::detail::envString(homeVariable);
+    if (user.empty())
+        user = Vyx::concat(Vyx::detail::homeFromEnvironment(), homeRelative);
+    if (subdir)
+        user = Vyx::concat(user, '/', subdir);
+    if (fileExists(user, false) || mkdir(user.c_str(), 0700) == 0)
+        dirs.push_back(user);
+
+    if (const char* list = Vyx::detail::envValue(listVariable))
+        defaults = Vyx::split(list, ":");
+    for (const std::string& dir : defaults)
+        dirs.push_back(subdir ? Vyx::concat(dir, '/', subdir) : dir);
+    return dirs;
+}
+
+std::string firstExisting(const std::vector<std::string>& dirs)
+{
+    for (const std::string& dir : dirs) {
+        if (fileExists(dir, false))
+            return dir;
+    }
+    return std::string();
+}
+
+}  // namespace
+
+std::vector<std::string> xdgConfigDirs(const char* subdir)
+{
+    return searchPath("XDG_CONFIG_HOME", "/.config", "XDG_CONFIG_DIRS", {"/etc/xdg"}, subdir);
+}
+
+std::vector<std::string> xdgDataDirs(const char* subdir)
+{
+    return searchPath("XDG_DATA_HOME", "/.local/share", "XDG_DATA_DIRS", {"/usr/local/share", "/usr/share"}, subdir);
+}
+
+std::string findInXDGConfigDirs(const char* subdir)
+{
+    return firstExisting(xdgConfigDirs(subdir));
+}
+
+std::string findInXDGDataDirs(const char* subdir)
+{
+    return firstExisting(xdgDataDirs(subdir));
+}
+
+std::string autostartDir()
+{
+    return findInXDGConfigDirs("autostart");
+}
+
+std::vector<std::string> autostartDirs()
+{
+    return xdgConfigDirs("autostart");
+}

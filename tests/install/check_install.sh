@@ -20,10 +20,11 @@ libdir=$(dirname "$lib")
 soname=$(readelf -d "$lib" | sed -n 's/.*Library soname: \[\(.*\)\].*/\1/p')
 [[ "$soname" == "libvyxcore.so.1" ]] || fail "SONAME is '$soname'"
 # Only the interface is exported: nothing from the private namespace.
-if nm -D --defined-only -C "$lib" | grep -q 'Vyx::detail::'; then
+symbols=$(nm -D --defined-only -C "$lib")
+if grep -q 'Vyx::detail::' <<<"$symbols"; then
   fail "private symbols are exported"
 fi
-nm -D --defined-only -C "$lib" | grep -q 'GetVyxDir' || fail "GetVyxDir is not exported"
+grep -q 'GetVyxDir' <<<"$symbols" || fail "GetVyxDir is not exported"
 
 expect="consumer ok /consumer-home kind=2 quoted=\"a b\" flag=1"
 run() { HOME=/consumer-home DESKTOP_SESSION=vyx LD_LIBRARY_PATH="$libdir" "$@"; }

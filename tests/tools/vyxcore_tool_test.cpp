@@ -17,7 +17,7 @@
 
 namespace {
 
-struct Run {
+struct ToolRun {
     int status = -1;
     std::string out;
     std::string err;
@@ -34,7 +34,7 @@ std::string drain(int fd)
     return text;
 }
 
-Run runTool(const std::vector<std::string>& args)
+ToolRun runTool(const std::vector<std::string>& args)
 {
     int out[2], err[2];
     if (pipe(out) != 0 || pipe(err) != 0)
@@ -54,7 +54,7 @@ Run runTool(const std::vector<std::string>& args)
     }
     close(out[1]);
     close(err[1]);
-    Run run;
+    ToolRun run;
     // Small outputs: stderr is read after stdout without risk of blocking.
     run.out = drain(out[0]);
     run.err = drain(err[0]);
@@ -73,18 +73,18 @@ bool has(const std::string& text, const std::string& piece)
 TEST(ToolDirs, ListsEveryDirectoryAndAnswersOne)
 {
     vyxtest::TempHome world;
-    Run all = runTool({"dirs"});
+    ToolRun all = runTool({"dirs"});
     EXPECT_EQ(all.status, 0);
     EXPECT_TRUE(has(all.out, "18 HomeDir")) << all.out;
     EXPECT_TRUE(has(all.out, "29 SharedStartMenuDir")) << all.out;
     EXPECT_TRUE(has(all.out, world.home() + "/.vyx")) << all.out;
 
-    Run json = runTool({"dirs", "--json"});
+    ToolRun json = runTool({"dirs", "--json"});
     EXPECT_EQ(json.status, 0);
     EXPECT_TRUE(has(json.out, "{\"value\": 2, \"name\": \"VyxHomeDir\", \"path\": \"" + world.home() + "/.vyx\"}"))
         << json.out;
 
-    Run one = runTool({"dirs", "desktopdir"});
+    ToolRun one = runTool({"dirs", "desktopdir"});
     EXPECT_EQ(one.status, 0);
     EXPECT_EQ(one.out, world.home() + "/Desktop\n");
     EXPECT_EQ(runTool({"dirs", "26"}).out, world.home() + "/.cache\n");
@@ -94,7 +94,7 @@ TEST(ToolDirs, EmptyPathIsNothingFoundAndBadNamesAreUsageErrors)
 {
     vyxtest::TempHome world;
     vyxtest::ScopedEnv noHome("HOME", nullptr), noLogname("LOGNAME", nullptr), noUser("USER", nullptr);
-    Run empty = runTool({"dirs", "VyxHomeDir"});
+    ToolRun empty = runTool({"dirs", "VyxHomeDir"});
     EXPECT_EQ(empty.status, 1);
     EXPECT_EQ(empty.out, "");
 
@@ -109,13 +109,13 @@ TEST(ToolSession, ReportsKindSuffixAndMissingDisplay)
 {
     vyxtest::TempHome world;
     vyxtest::ScopedEnv session("DESKTOP_SESSION", "VYX-Tablet-Kiosk");
-    Run text = runTool({"session"});
+    ToolRun text = runTool({"session"});
     EXPECT_EQ(text.status, 0);
     EXPECT_TRUE(has(text.out, "8 VyxTabletKioskSession")) << text.out;
     EXPECT_TRUE(has(text.out, ".vyx-tablet-kiosk")) << text.out;
     EXPECT_TRUE(has(text.out, "no X server reachable")) << text.out;
 
-    Run json = runTool({"session", "--json"});
+    ToolRun json = runTool({"session", "--json"});
     EXPECT_EQ(json.status, 0);
     EXPECT_TRUE(has(json.out, "\"kiosk\": true")) << json.out;
     EXPECT_TRUE(has(json.out, "\"display_name\": null")) << json.out;
@@ -127,7 +127,7 @@ TEST(ToolSession, WrongDisplayNameIsReportedNotFatal)
 {
     vyxtest::TempHome world;
     vyxtest::ScopedEnv display("DISPLAY", "host12");
-    Run run = runTool({"session", "--json"});
+    ToolRun run = runTool({"session", "--json"});
     EXPECT_EQ(run.status, 0);
     EXPECT_TRUE(has(run.err, "Wrong display name host12")) << run.err;
     EXPECT_TRUE(has(run.out, "\"display_number\": -1")) << run.out;
@@ -153,13 +153,13 @@ TEST_F(ToolOnX, SeesTheDesktopThatOwnsTheDisplay)
                     sizeof name - 1);
     XSync(dpy, False);
 
-    Run run = runTool({"session", "--json"});
+    ToolRun run = runTool({"session", "--json"});
     EXPECT_EQ(run.status, 0);
     EXPECT_TRUE(has(run.out, "\"desktop\": 5")) << run.out;
     EXPECT_TRUE(has(run.out, "\"display_number\": " + std::to_string(server().number()))) << run.out;
     EXPECT_TRUE(has(run.out, "\"remote\": false")) << run.out;
 
-    Run overview = runTool({});
+    ToolRun overview = runTool({});
     EXPECT_EQ(overview.status, 0);
     EXPECT_TRUE(has(overview.out, "Desktop  Vyx")) << overview.out;
     EXPECT_TRUE(has(overview.out, m_world.home() + "/Desktop")) << overview.out;
@@ -168,11 +168,11 @@ TEST_F(ToolOnX, SeesTheDesktopThatOwnsTheDisplay)
 TEST(ToolHelp, EveryCommandHasHelp)
 {
     vyxtest::TempHome world;
-    Run help = runTool({"--help"});
+    ToolRun help = runTool({"--help"});
     EXPECT_EQ(help.status, 0);
     for (const char* command : {"dirs", "session"}) {
         EXPECT_TRUE(has(help.out, command)) << help.out;
-        Run own = runTool({command, "--help"});
+        ToolRun own = runTool({command, "--help"});
         EXPECT_EQ(own.status, 0);
         EXPECT_TRUE(has(own.out, std::string("usage: vyxcore ") + command)) << own.out;
     }

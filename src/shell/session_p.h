@@ -1,0 +1,12 @@
+#ifndef VYXCORE_SESSION_P_H
+#define VYXCORE_SESSION_P_H
+
+namespace Vyx::detail {
+
+// The nesting rule on the server's vendor text: true when it contains
+// "Xephyr", ignoring case. False for null.
+bool vendorMeansNested(const char* vendor);
+
+}  // namespace Vyx::detail
+
+#endif

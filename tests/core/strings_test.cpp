@@ -1,1 +1,133 @@
+#include <vyxstrings.h>
+
 #include <gtest/gtest.h>
+
+#include <type_traits>
+
+namespace {
+
+using Strings = std::vector<std::string>;
+
+TEST(Strings, SplitDropsEmptyFieldsAndTreatsDelimitersAsASet)
+{
+    EXPECT_EQ(Vyx::split("a,,b,", ","), (Strings{"a", "b"}));
+    EXPECT_EQ(Vyx::split(",,", ","), Strings{});
+    EXPECT_EQ(Vyx::split("", ","), Strings{});
+    EXPECT_EQ(Vyx::split("a b\tc", " \t"), (Strings{"a", "b", "c"}));
+    EXPECT_EQ(Vyx::split("text/plain;image/png,", ";,"), (Strings{"text/plain", "image/png"}));
+    const char input[] = "x:y";
+    Vyx::split(input, ":");
+    EXPECT_STREQ(input, "x:y");  // the input is never written
+}
+
+TEST(Strings, JoinHandlesEmptyOneAndNullSeparator)
+{
+    EXPECT_EQ(Vyx::join({}, ";"), "");
+    EXPECT_EQ(Vyx::join({"only"}, ";"), "only");
+    EXPECT_EQ(Vyx::join({"a", "", "c"}, "; "), "a; ; c");
+    EXPECT_EQ(Vyx::join({"a", "b"}, nullptr), "ab");
+}
+
+TEST(Strings, QuotingEscapesOnlyWhatTheShellNeeds)
+{
+    EXPECT_EQ(Vyx::quoteArg(""), "");
+    EXPECT_EQ(Vyx::quoteArg("plain-word"), "plain-word");
+    EXPECT_EQ(Vyx::quoteArg("it's"), "\"it's\"");
+    EXPECT_EQ(Vyx::quoteArg("a\"b"), "\"a\\\"b\"");
+    EXPECT_EQ(Vyx::quoteArg("a\\b `c`"), "\"a\\\\b \\`c\\`\"");
+    EXPECT_EQ(Vyx::quoteArg("a $HOME"), "\"a $HOME\"");  // "$" stays for the shell
+    EXPECT_EQ(Vyx::quoteArg("\t"), "\t");
+    EXPECT_EQ(Vyx::quoteArg(std::string("caf\xc3\xa9")), "caf\xc3\xa9");
+    EXPECT_FALSE(Vyx::needDoublequotes(nullptr));
+
+    int special = 0;
+    for (int c = 0; c < 256; ++c)
+        special += Vyx::isSpecial(static_cast<char>(c));
+    EXPECT_EQ(special, 22);
+    EXPECT_FALSE(Vyx::isSpecial('\n'));
+    EXPECT_FALSE(Vyx::isSpecial(127));
+}
+
+TEST(Strings, FileNamePieces)
+{
+    EXPECT_EQ(Vyx::baseName("dir/a.tar.gz"), "a");
+    EXPECT_EQ(Vyx::completeBaseName("dir/a.tar.gz"), "a.tar");
+    EXPECT_EQ(Vyx::baseName("/x/.hidden"), "");
+    EXPECT_EQ(Vyx::completeBaseName("/x/.hidden"), "");
+    EXPECT_EQ(Vyx::completeBaseName("/x/name"), "name");
+    EXPECT_EQ(Vyx::baseName("a.b/c"), "c");  // dots before the last slash do not count
+}
+
+TEST(Strings, LastSectionAndCut)
+{
+    EXPECT_EQ(Vyx::lastSection("abc", '/'), "");
+    EXPECT_EQ(Vyx::lastSection("/usr/share/", '/'), "");
+    EXPECT_EQ(Vyx::lastSection("a/b/c", '/'), "c");
+    std::string text = "abc";
+    EXPECT_FALSE(Vyx::cutLastSection(text, '/'));
+    EXPECT_EQ(text, "abc");
+    text = "a/b/c";
+    EXPECT_TRUE(Vyx::cutLastSection(text, '/'));
+    EXPECT_EQ(text, "a/b");
+}
+
+TEST(Strings, SectionWalksFromBothEnds)
+{
+    EXPECT_EQ(Vyx::section("a/b/c", '/', 0), "a");
+    EXPECT_EQ(Vyx::section("a/b/c", '/', 1), "b");
+    EXPECT_EQ(Vyx::section("a/b/c", '/', 2), "c");
+    EXPECT_EQ(Vyx::section("a/b/c", '/', 3), "");
+    EXPECT_EQ(Vyx::section("a/b/c", '/', -1), "c");
+    EXPECT_EQ(Vyx::section("a/b/c", '/', -3), "a");
+    EXPECT_EQ(Vyx::section("a/b/c", '/', -4), "");
+    EXPECT_EQ(Vyx::section("a/b/", '/', 2), "");
+    EXPECT_EQ(Vyx::section("a/b/", '/', -1), "");
+    EXPECT_EQ(Vyx::section("a//c", '/', 1), "");
+    EXPECT_EQ(Vyx::section("/a", '/', 1), "a");
+    EXPECT_EQ(Vyx::section("/a", '/', -2), "");  // a leading separator ends the backward walk
+    EXPECT_EQ(Vyx::section("abc", '/', 0), "abc");
+    EXPECT_EQ(Vyx::section("", '/', 0), "");
+    EXPECT_EQ(Vyx::section("", '/', -1), "");
+}
+
+TEST(Strings, ComparisonsOnEdges)
+{
+    EXPECT_TRUE(Vyx::startsWith("abc", ""));
+    EXPECT_TRUE(Vyx::endsWith(std::string("abc"), ""));
+    EXPECT_FALSE(Vyx::endsWith("c", "abc"));
+    EXPECT_TRUE(Vyx::endsWith(std::string("file.desktop"), std::string(".desktop")));
+    EXPECT_FALSE(Vyx::startsWith(std::string("ab"), std::string("abc")));
+    EXPECT_TRUE(Vyx::ciEqual(std::string("KDE"), "kde"));
+    EXPECT_TRUE(Vyx::ciContains("Xephyr server", "XEPHYR"));
+    EXPECT_EQ(Vyx::makeString(nullptr), "");
+    char* copy = Vyx::newStringCopy(std::string("a\0b", 3));
+    EXPECT_EQ(std::string(copy, 4), std::string("a\0b\0", 4));
+    delete[] copy;
+}
+
+TEST(Strings, ConcatAppendsEveryKindOfArgument)
+{
+    const char* null = nullptr;
+    char array[] = "arr";
+    std::string s = "str";
+    EXPECT_EQ(Vyx::concat(), "");
+    EXPECT_EQ(Vyx::concat("a", null, array, s, '/', 42, -7, 3u, 10LL), "aarrstr/42-7310");
+}
+
+// The flag type only exists to be spelled out at the call site.
+struct OtherTag {};
+static_assert(std::is_constructible_v<Vyx::tagged_bool<FilesOnly_tag>, bool>);
+static_assert(!std::is_convertible_v<bool, Vyx::tagged_bool<FilesOnly_tag>>);
+static_assert(!std::is_constructible_v<Vyx::tagged_bool<FilesOnly_tag>, int>);
+static_assert(!std::is_constructible_v<Vyx::tagged_bool<FilesOnly_tag>, Vyx::tagged_bool<OtherTag>>);
+static_assert(!std::is_convertible_v<Vyx::tagged_bool<FilesOnly_tag>, bool>);
+
+TEST(Strings, TaggedBoolCarriesItsValue)
+{
+    Vyx::tagged_bool<FilesOnly_tag> yes(true), no(false);
+    EXPECT_TRUE(static_cast<bool>(yes));
+    EXPECT_TRUE(!no);
+    EXPECT_FALSE(!yes);
+}
+
+}  // namespace

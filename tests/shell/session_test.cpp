@@ -1,1 +1,137 @@
+#include "support/temp_home.h"
+
+#include <vyxsession.h>
+
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace {
+
+using vyxtest::ScopedEnv;
+using vyxtest::TempHome;
+
+struct KindCase {
+    const char* name;  // null: unset
+    WhatVyxSession kind;
+    const char* suffix;
+};
+
+TEST(Session, KindAndSuffixFromDesktopSession)
+{
+    TempHome world;
+    const KindCase cases[] = {
+        {nullptr, UnknownSession, ""},
+        {"", UnknownSession, ""},
+        {"vyx", VyxDefaultSession, ""},
+        {"VYX-Kiosk", VyxKioskSession, ".vyx-kiosk"},  // fixed suffixes are lower case
+        {"vyx-tablet-kiosk", VyxTabletKioskSession, ".vyx-tablet-kiosk"},
+        {"vyx-tablet", VyxTabletSession, ".vyx-tablet"},
+        {"vyx-mini", VyxMiniSession, ".vyx-mini"},
+        {"Vyx-Mobile", VyxMobileSession, ".vyx-mobile"},
+        {"vyx-weston", VyxWestonSession, ""},
+        {"FailSafe", FailsafeSession, ""},
+        {"vyxfoo", UnknownSession, ".vyxfoo"},
+        {"vyx-other", UnknownSession, ".vyx-other"},
+        {"gnome", UnknownSession, ".gnome"},
+        {"VYX", VyxDefaultSession, ""},
+    };
+    for (const KindCase& c : cases) {
+        ScopedEnv session("DESKTOP_SESSION", c.name);
+        SCOPED_TRACE(c.name ? c.name : "(unset)");
+        EXPECT_EQ(whatVyxSession(), c.kind);
+        EXPECT_EQ(vyxSessionConfigSuffix(whatVyxSession()), c.suffix);
+    }
+}
+
+TEST(Session, SuffixOfUnknownKindsComesFromTheLiveName)
+{
+    TempHome world;
+    ScopedEnv session("DESKTOP_SESSION", "VYX");
+    // Only the exact name "vyx" has no suffix of its own.
+    EXPECT_EQ(vyxSessionConfigSuffix(UnknownSession), ".VYX");
+    EXPECT_EQ(vyxSessionConfigSuffix(static_cast<WhatVyxSession>(42)), ".VYX");
+    EXPECT_EQ(vyxSessionConfigSuffix(VyxWestonSession), "");
+}
+
+TEST(Session, KioskFlagIsDecidedOnce)
+{
+    TempHome world;
+    ScopedEnv session("DESKTOP_SESSION", "vyx-tablet-kiosk");
+    EXPECT_TRUE(isVyxKioskSession());
+    setenv("DESKTOP_SESSION", "vyx", 1);
+    EXPECT_TRUE(isVyxKioskSession());
+    EXPECT_EQ(whatVyxSession(), VyxDefaultSession);
+}
+
+TEST(Session, NotKioskOutsideKioskKinds)
+{
+    TempHome world;
+    ScopedEnv session("DESKTOP_SESSION", "vyx-kiosky");
+    EXPECT_FALSE(isVyxKioskSession());
+}
+
+TEST(Session, SavedNameRoundTrip)
+{
+    TempHome world;
+    std::string file = world.home() + "/.vyx/last-desktop-session-name";
+    // No directory: nothing is created, saving fails.
+    EXPECT_FALSE(vyxSessionSaveName("vyx-mini"));
+    struct stat st;
+    EXPECT_NE(stat((world.home() + "/.vyx").c_str(), &st), 0);
+    EXPECT_EQ(vyxSessionGetSavedName(), "");
+
+    world.makeDir("home/.vyx");
+    EXPECT_TRUE(vyxSessionSaveName("vyx-mini"));
+    EXPECT_EQ(vyxtest::readFile(file), "vyx-mini");  // no line feed
+    EXPECT_EQ(vyxSessionGetSavedName(), "vyx-mini");
+
+    world.writeFile("home/.vyx/last-desktop-session-name", "first\nsecond\n");
+    EXPECT_EQ(vyxSessionGetSavedName(), "first");
+
+    EXPECT_FALSE(vyxSessionSaveName(nullptr));  // DESKTOP_SESSION unset: disk untouched
+    EXPECT_EQ(vyxtest::readFile(file), "first\nsecond\n");
+    ScopedEnv session("DESKTOP_SESSION", "vyx-weston");
+    EXPECT_TRUE(vyxSessionSaveName(nullptr));
+    EXPECT_EQ(vyxtest::readFile(file), "vyx-weston");
+}
+
+TEST(Session, NoSavedNameWithoutAHome)
+{
+    TempHome world;
+    ScopedEnv home("HOME", nullptr), logname("LOGNAME", nullptr), user("USER", nullptr);
+    EXPECT_FALSE(vyxSessionSaveName("vyx"));
+    EXPECT_EQ(vyxSessionGetSavedName(), "");
+}
+
+TEST(DisplayName, NumberFromTheName)
+{
+    TempHome world;
+    EXPECT_EQ(GetDisplayNumberByName(nullptr, nullptr), 0);  // no name at all
+    EXPECT_EQ(GetDisplayNumberByName(":0.0", nullptr), 0);
+    EXPECT_EQ(GetDisplayNumberByName("host:12.1", nullptr), 12);
+    EXPECT_EQ(GetDisplayNumberByName(":1x", nullptr), -1);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(GetDisplayNumberByName("host12", nullptr), -1);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Wrong display name host12\n");
+    EXPECT_THROW(GetDisplayNumberByName("host:", nullptr), std::invalid_argument);
+    EXPECT_THROW(GetDisplayNumberByName(":x", nullptr), std::invalid_argument);
+
+    ScopedEnv display("DISPLAY", ":7");
+    EXPECT_EQ(GetDisplayNumberByName(nullptr, nullptr), 7);
+    EXPECT_EQ(GetDisplayNumberByName("", nullptr), 7);
+}
+
+TEST(DisplayName, RemoteUnlessLocalOrForwarded)
+{
+    TempHome world;
+    EXPECT_FALSE(isSessionRemote(nullptr, nullptr));
+    for (const char* local : {":0", ":1.0", "localhost:10.0", "127.0.0.1:0"})
+        EXPECT_FALSE(isSessionRemote(local, nullptr)) << local;
+    for (const char* remote : {"unix:0", "myhost:0", ":x", "10.0.0.2:0"})
+        EXPECT_TRUE(isSessionRemote(remote, nullptr)) << remote;
+    ScopedEnv display("DISPLAY", "far:3");
+    EXPECT_TRUE(isSessionRemote(nullptr, nullptr));
+}
+
+}  // namespace

@@ -1,1 +1,114 @@
+#include "shell/session_p.h"
+#include "support/temp_home.h"
+#include "support/xvfb.h"
+
+#include <vyxsession.h>
+
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+
 #include <gtest/gtest.h>
+
+namespace {
+
+class WhatDE : public vyxtest::XvfbTest {
+protected:
+    Window root() { return DefaultRootWindow(display()); }
+    Atom atom(const char* name) { return XInternAtom(display(), name, False); }
+
+    // A window manager's check window carrying an EWMH name.
+    Window announceWindowManager(const char* name)
+    {
+        Window check = XCreateSimpleWindow(display(), root(), 0, 0, 1, 1, 0, 0, 0);
+        XChangeProperty(display(), root(), atom("_NET_SUPPORTING_WM_CHECK"), XA_WINDOW, 32, PropModeReplace,
+                        reinterpret_cast<unsigned char*>(&check), 1);
+        XChangeProperty(display(), check, atom("_NET_WM_NAME"), atom("UTF8_STRING"), 8, PropModeReplace,
+                        reinterpret_cast<const unsigned char*>(name), static_cast<int>(strlen(name)));
+        XSync(display(), False);
+        return check;
+    }
+
+    void setLegacy(const char* name, Atom type = XA_CARDINAL)
+    {
+        long value = 1;
+        XChangeProperty(display(), root(), atom(name), type, 32, PropModeReplace,
+                        reinterpret_cast<unsigned char*>(&value), 1);
+        XSync(display(), False);
+    }
+
+    vyxtest::TempHome m_world;
+};
+
+TEST_F(WhatDE, NothingOnABareServer)
+{
+    EXPECT_EQ(whatDE(display(), root()), 0);
+}
+
+TEST_F(WhatDE, EwmhNameWinsOverLegacyProperties)
+{
+    setLegacy("GNOME_BACKGROUND_PROPERTIES");
+    setLegacy("KWIN_RUNNING");
+    announceWindowManager("vyx-wm");
+    EXPECT_EQ(whatDE(display(), root()), 5);
+    announceWindowManager("KWin");
+    EXPECT_EQ(whatDE(display(), root()), 1);
+    announceWindowManager("Metacity");
+    EXPECT_EQ(whatDE(display(), root()), 2);
+    announceWindowManager("vyx-wm2");  // unknown names fall through: GNOME probe first
+    EXPECT_EQ(whatDE(display(), root()), 2);
+}
+
+TEST_F(WhatDE, LegacyProbesInOrder)
+{
+    announceWindowManager("Mutter");
+    setLegacy("_SGI_DESKS_MANAGER", XA_WINDOW);
+    EXPECT_EQ(whatDE(display(), root()), 4);
+    setLegacy("KWM_RUNNING");
+    EXPECT_EQ(whatDE(display(), root()), 1);
+    {
+        vyxtest::ScopedEnv gnome("GNOME_DESKTOP_SESSION_ID", "this-is-deprecated");
+        EXPECT_EQ(whatDE(display(), root()), 2);
+    }
+    setLegacy("DTWM_IS_RUNNING");
+    EXPECT_EQ(whatDE(display(), root()), 3);
+}
+
+TEST_F(WhatDE, WrongTypeOrWrongNameTypeIsAbsent)
+{
+    setLegacy("_SGI_DESKS_MANAGER", XA_CARDINAL);  // must be a window
+    EXPECT_EQ(whatDE(display(), root()), 0);
+    Window check = announceWindowManager("KWin");
+    const char name[] = "KWin";
+    XChangeProperty(display(), check, atom("_NET_WM_NAME"), XA_STRING, 8, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(name), 4);
+    XSync(display(), False);
+    EXPECT_EQ(whatDE(display(), root()), 0);
+}
+
+TEST_F(WhatDE, StaleCheckWindowDoesNotKillTheProcess)
+{
+    Window check = announceWindowManager("vyx-wm");
+    XDestroyWindow(display(), check);
+    setLegacy("KDE_FULL_SESSION");
+    EXPECT_EQ(whatDE(display(), root()), 1);
+    // The connection is still usable afterwards.
+    EXPECT_EQ(whatDE(display(), root()), 1);
+}
+
+TEST_F(WhatDE, DisplayNameFromTheConnection)
+{
+    int number = server().number();
+    EXPECT_EQ(GetDisplayNumberByName(nullptr, display()), number);
+    EXPECT_EQ(GetDisplayNumberByName("other:3", display()), 3);  // the argument comes first
+    EXPECT_FALSE(isSessionRemote(nullptr, display()));
+    EXPECT_FALSE(isSessionNested(nullptr, display()));
+}
+
+TEST(Nested, VendorText)
+{
+    EXPECT_TRUE(Vyx::detail::vendorMeansNested("The XEPHYR project"));
+    EXPECT_FALSE(Vyx::detail::vendorMeansNested("The X.Org Foundation"));
+    EXPECT_FALSE(Vyx::detail::vendorMeansNested(nullptr));
+}
+
+}  // namespace

@@ -1,0 +1,23 @@
+// section, lastSection and cutLastSection on any text, separator and index.
+#include <vyxstrings.h>
+
+#include <cstdint>
+#include <cstdlib>
+#include <string>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    if (size < 2)
+        return 0;
+    char separator = static_cast<char>(data[0]);
+    int n = static_cast<int8_t>(data[1]);
+    std::string text(reinterpret_cast<const char*>(data + 2), size - 2);
+    std::string field = Vyx::section(text, separator, n);
+    if (field.size() > text.size() || field.find(separator) != std::string::npos)
+        abort();
+    std::string last = Vyx::lastSection(text, separator);
+    std::string cut = text;
+    if (Vyx::cutLastSection(cut, separator) && cut.size() + 1 + last.size() != text.size())
+        abort();
+    return 0;
+}

@@ -1,0 +1,27 @@
+#ifndef VYXCORE_SPAWN_P_H
+#define VYXCORE_SPAWN_P_H
+
+// The one way the library runs an external program: with an argument
+// vector, never through a shell, so that no path or value from a file can
+// become a command.
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace Vyx::detail {
+
+struct ProgramResult {
+    bool started = false;   // the program could be started
+    int exitStatus = -1;    // its exit status; -1 when killed by a signal
+    std::string output;     // standard output, at most the asked number of bytes
+};
+
+// Runs argv[0] (a path; PATH is not searched) with standard input and
+// standard error on /dev/null, and collects up to maxOutput bytes of its
+// standard output (the rest is read and dropped so the program never blocks).
+ProgramResult runProgram(const std::vector<std::string>& argv, size_t maxOutput);
+
+}  // namespace Vyx::detail
+
+#endif

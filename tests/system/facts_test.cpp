@@ -1,1 +1,137 @@
+#include "support/child_process.h"
+#include "support/temp_home.h"
+
+#include <vyxsystem.h>
+
+#include <arpa/inet.h>
 #include <gtest/gtest.h>
+
+#include <fstream>
+#include <sys/stat.h>
+
+namespace {
+
+// Runs body with a private /proc holding only the given files. The figures
+// are read once per process, so each scenario gets its own child.
+void withProc(const std::vector<std::pair<std::string, std::string>>& files, const std::function<void()>& body)
+{
+    vyxtest::ChildOptions options;
+    options.mounts = {vyxtest::Mount::tmpfs("/proc")};
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
+        mkdir("/proc/asound", 0755);
+        for (const auto& file : files)
+            std::ofstream("/proc/" + file.first) << file.second;
+        body();
+    }));
+}
+
+std::string cpu(const char* mhz)
+{
+    return std::string("processor\t: 0\nmodel name\t: Test CPU\ncpu MHz\t\t: ") + mhz + "\ncache size\t: 1 kB\n";
+}
+
+std::string memory(unsigned kb)
+{
+    return "MemTotal:       " + std::to_string(kb) + " kB\nMemFree:          1000 kB\n";
+}
+
+TEST(Facts, LightPlatformBoundaries)
+{
+    withProc({{"cpuinfo", cpu("999.900")}, {"meminfo", memory(8000000)}}, [] {
+        EXPECT_EQ(GetCPUMhz(), 999u);
+        EXPECT_TRUE(lightPlatform());
+    });
+    withProc({{"cpuinfo", cpu("1500.000")}, {"meminfo", memory(253679)}}, [] {
+        EXPECT_EQ(GetMemTotal(), 253679u);
+        EXPECT_TRUE(lightPlatform());
+    });
+    withProc({{"cpuinfo", cpu("1000.000")}, {"meminfo", memory(253680)}}, [] {
+        EXPECT_FALSE(lightPlatform());
+    });
+    // Unknown figures never make a platform light.
+    withProc({{"cpuinfo", "processor\t: 0\n"}, {"meminfo", "MemFree: 5 kB\n"}}, [] {
+        EXPECT_EQ(GetCPUMhz(), 0u);
+        EXPECT_EQ(GetMemTotal(), 0u);
+        EXPECT_FALSE(lightPlatform());
+    });
+}
+
+TEST(Facts, FiguresAreReadOnce)
+{
+    withProc({{"meminfo", memory(4096)}}, [] {
+        EXPECT_EQ(GetMemTotal(), 4096u);
+        std::ofstream("/proc/meminfo") << memory(1);
+        EXPECT_EQ(GetMemTotal(), 4096u);
+    });
+}
+
+TEST(Facts, SoundCards)
+{
+    withProc({{"asound/cards", "--- no soundcards ---\n"}}, [] { EXPECT_FALSE(isAlsaActive()); });
+    withProc({{"asound/cards", " 0 [PCH            ]: HDA-Intel - HDA Intel PCH\n"}},
+             [] { EXPECT_TRUE(isAlsaActive()); });
+    withProc({{"asound/cards", ""}}, [] { EXPECT_FALSE(isAlsaActive()); });
+    withProc({}, [] { EXPECT_FALSE(isAlsaActive()); });
+}
+
+TEST(Facts, Locale)
+{
+    vyxtest::ScopedEnv all("LC_ALL", "de_DE.UTF-8"), lang("LANG", "fr_FR.UTF-8");
+    EXPECT_STREQ(GetSystemLocale(), "de_DE.UTF-8");
+    vyxtest::ScopedEnv noAll("LC_ALL", "");
+    EXPECT_STREQ(GetSystemLocale(), "fr_FR.UTF-8");
+    vyxtest::ScopedEnv noLang("LANG", nullptr);
+    EXPECT_STREQ(GetSystemLocale(), "");
+}
+
+TEST(Edition, ModeAndEditionFromTheEditionFile)
+{
+    vyxtest::TempHome world;
+    const struct {
+        const char* content;
+        bool se;
+        int mode;
+    } cases[] = {
+        {"# installed edition\nedition = se\nmode=3\n", true, 3},
+        {"edition=SE2\nmode=3x\n", false, 0},
+        {"mode=-2\nmode=7\n", false, 7},
+        {"mode=99999999999\n", false, 0},
+        {"", false, 0},
+    };
+    for (const auto& c : cases) {
+        vyxtest::ChildOptions options;
+        options.mounts = {vyxtest::Mount::bind(world.writeFile("edition", c.content), "/etc/vyx/edition")};
+        VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
+            EXPECT_EQ(isOrvelSE(), c.se) << c.content;
+            EXPECT_EQ(getOrvelMode(), c.mode) << c.content;
+        }));
+    }
+    vyxtest::ChildOptions none;
+    none.mounts = {vyxtest::Mount::tmpfs("/etc/vyx")};
+    VYX_EXPECT_CHILD(vyxtest::runInChild(none, [] {
+        EXPECT_FALSE(isOrvelSE());
+        EXPECT_EQ(getOrvelMode(), 0);
+    }));
+}
+
+TEST(Network, AddressesAreNumericAndLoopbackIsLeftOut)
+{
+    for (const std::string& address : getIPv4Addresses()) {
+        in_addr parsed;
+        EXPECT_EQ(inet_pton(AF_INET, address.c_str(), &parsed), 1) << address;
+        EXPECT_NE(address.rfind("127.", 0), 0u) << address;
+    }
+    for (const std::string& address : getIPv6Addresses()) {
+        in6_addr parsed;
+        EXPECT_EQ(inet_pton(AF_INET6, address.c_str(), &parsed), 1) << address;
+        EXPECT_NE(address, "::1");
+    }
+    vyxtest::ChildOptions isolated;
+    isolated.privateNetwork = true;  // only a loopback interface there
+    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated, [] {
+        EXPECT_TRUE(getIPv4Addresses().empty());
+        EXPECT_TRUE(getIPv6Addresses().empty());
+    }));
+}
+
+}  // namespace

@@ -1,1 +1,105 @@
+#include "support/child_process.h"
+#include "support/temp_home.h"
+
+#include <vyxsystem.h>
+
 #include <gtest/gtest.h>
+
+#include <unistd.h>
+
+namespace {
+
+using vyxtest::ChildOptions;
+using vyxtest::Mount;
+
+// A private user and group database: the machine's own entries plus test
+// users, bound over /etc/passwd and /etc/group inside the child only.
+ChildOptions withTestUsers(const vyxtest::TempHome& world)
+{
+    std::string passwd = vyxtest::readFile("/etc/passwd") +
+                         "alice:x:2001:2001:Alice Liddell,Room 1,,:/home/alice:/bin/sh\n"
+                         "many:x:2002:2002::/home/many:/bin/sh\n";
+    std::string group = vyxtest::readFile("/etc/group") + "alice:x:2001:\nwheelers:x:3000:alice\nmany:x:2002:\n";
+    for (int i = 0; i < 300; ++i)
+        group += "g" + std::to_string(i) + ":x:" + std::to_string(4000 + i) + ":many\n";
+    ChildOptions options;
+    options.mounts = {Mount::bind(world.writeFile("passwd", passwd), "/etc/passwd"),
+                      Mount::bind(world.writeFile("group", group), "/etc/group")};
+    return options;
+}
+
+TEST(Groups, MembershipFromTheGroupDatabase)
+{
+    vyxtest::TempHome world;
+    VYX_EXPECT_CHILD(vyxtest::runInChild(withTestUsers(world), [] {
+        EXPECT_TRUE(isUserInGroup("wheelers", "alice"));
+        EXPECT_TRUE(isUserInGroup("alice", "alice"));  // the primary group counts
+        EXPECT_FALSE(isUserInGroup("many", "alice"));
+        EXPECT_TRUE(isUserInGroup("wheelers", 2001u));
+        EXPECT_FALSE(isUserInGroup("g1", 2001u));
+        EXPECT_FALSE(isUserInGroup("wheelers", 99999u));
+        EXPECT_TRUE(isUserInGroup("orvel-admin", "root"));
+        EXPECT_FALSE(isUserInGroup(nullptr));
+
+        testing::internal::CaptureStderr();
+        EXPECT_FALSE(isUserInGroup("wheelers", "nobody-such"));
+        // More than 256 groups: answered false, not retried.
+        EXPECT_FALSE(isUserInGroup("g5", "many"));
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  "libvyxcore: getpwnam(nobody-such) failed\n"
+                  "libvyxcore: getgrouplist(many,...) returned -1; ngroups = 301\n");
+    }));
+}
+
+TEST(Groups, AnswersAreRememberedPerProcess)
+{
+    vyxtest::TempHome world;
+    ChildOptions options = withTestUsers(world);
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
+        EXPECT_TRUE(isUserInGroup("wheelers", "alice"));
+        EXPECT_FALSE(isUserInGroup("alice", 2002u));
+        // The database changes under the process (the bound file is rewritten
+        // in place): remembered answers stand.
+        world.writeFile("group", vyxtest::readFile("/etc/group") + "wheelers2:x:3001:alice\n");
+        EXPECT_TRUE(isUserInGroup("wheelers", "alice"));
+        EXPECT_FALSE(isUserInGroup("alice", 2002u));
+    }));
+}
+
+TEST(Users, RootAndOrdinaryUser)
+{
+    vyxtest::TempHome world;
+    ChildOptions options = withTestUsers(world);
+    options.unprivileged = true;
+    options.uid = 2001;
+    options.gid = 2001;
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [] {
+        EXPECT_FALSE(isUserRoot());
+        EXPECT_EQ(getUserName(), "alice");
+        EXPECT_EQ(getUserFullName(), "Alice Liddell");
+        EXPECT_FALSE(isUserInGroup("orvel-admin"));
+        EXPECT_TRUE(isUserInGroup("wheelers"));
+    }));
+    // The parent asks only now: the user name is kept once found.
+    if (getuid() == 0) {
+        EXPECT_TRUE(isUserRoot());
+        EXPECT_EQ(getUserName(), "root");
+        EXPECT_TRUE(isUserInGroup("orvel-admin"));  // granted to root without a lookup
+    }
+}
+
+TEST(Users, NameFromTheEnvironmentWhenTheDatabaseHasNone)
+{
+    vyxtest::TempHome world;
+    ChildOptions options;
+    options.unprivileged = true;
+    options.uid = 54321;  // in no database
+    options.gid = 54321;
+    vyxtest::ScopedEnv logname("LOGNAME", ""), user("USER", "fallback");
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [] {
+        EXPECT_EQ(getUserName(), "fallback");
+        EXPECT_EQ(getUserFullName(), "");
+    }));
+}
+
+}  // namespace

@@ -16,6 +16,9 @@ namespace tool {
 int runOverview(const std::vector<std::string>& args);
 int runDirs(const std::vector<std::string>& args);
 int runSession(const std::vector<std::string>& args);
+int runWhich(const std::vector<std::string>& args);
+int runSplit(const std::vector<std::string>& args);
+int runSystem(const std::vector<std::string>& args);
 
 // The table of every command, for dispatch and for the overview's list.
 const std::vector<Command>& commands();

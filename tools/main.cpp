@@ -17,6 +17,12 @@ const std::vector<Command>& commands()
         {"session", "session [--json]",
          "The session kind, its configuration suffix, the desktop owning the X display, the display number.",
          runSession},
+        {"which", "which PROGRAM [--json]", "The executable that PROGRAM names, found as the library finds programs.",
+         runWhich},
+        {"split", "split 'COMMAND LINE' [--json]",
+         "The argument vector, redirection and pipe command of a command line, or its error.", runSplit},
+        {"system", "system [--json]",
+         "User, root, administrator group, memory, CPU, light platform, sound card, locale, edition.", runSystem},
     };
     return table;
 }

@@ -170,12 +170,51 @@ TEST(ToolHelp, EveryCommandHasHelp)
     vyxtest::TempHome world;
     ToolRun help = runTool({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* command : {"dirs", "session"}) {
+    for (const char* command : {"dirs", "session", "which", "split", "system"}) {
         EXPECT_TRUE(has(help.out, command)) << help.out;
         ToolRun own = runTool({command, "--help"});
         EXPECT_EQ(own.status, 0);
         EXPECT_TRUE(has(own.out, std::string("usage: vyxcore ") + command)) << own.out;
     }
+}
+
+}  // namespace
+
+namespace {
+
+TEST(ToolWhich, FindsProgramsOrSaysNothingFound)
+{
+    vyxtest::TempHome world;
+    vyxtest::ScopedEnv path("PATH", "/usr/bin:/bin");
+    ToolRun found = runTool({"which", "sh"});
+    EXPECT_EQ(found.status, 0);
+    EXPECT_EQ(found.out, "/usr/bin/sh\n");
+    EXPECT_EQ(runTool({"which", "no-such-program-42"}).status, 1);
+    EXPECT_EQ(runTool({"which"}).status, 2);
+}
+
+TEST(ToolSplit, PrintsTheVectorOrTheError)
+{
+    vyxtest::TempHome world;
+    vyxtest::ScopedEnv var("VYXTARGET", "/tmp/x y");
+    ToolRun split = runTool({"split", "cp 'a b' \"$VYXTARGET\" >> log # note"});
+    EXPECT_EQ(split.status, 0);
+    EXPECT_EQ(split.out, "argv[0] cp\nargv[1] a b\nargv[2] /tmp/x y\n>> log\n");
+    ToolRun bad = runTool({"split", "--json", "a > f | b"});
+    EXPECT_EQ(bad.status, 1);
+    EXPECT_TRUE(has(bad.out, "\"error\": 7, \"message\": \"Cannot redirect and pipe out at the same time\""))
+        << bad.out;
+}
+
+TEST(ToolSystem, ReportsTheUserAndTheMachine)
+{
+    vyxtest::TempHome world;
+    vyxtest::ScopedEnv locale("LC_ALL", "de_DE.UTF-8");
+    ToolRun json = runTool({"system", "--json"});
+    EXPECT_EQ(json.status, 0);
+    EXPECT_TRUE(has(json.out, "\"locale\": \"de_DE.UTF-8\"")) << json.out;
+    EXPECT_TRUE(has(json.out, "\"edition_mode\": ")) << json.out;
+    EXPECT_TRUE(has(runTool({"system"}).out, "Locale          de_DE.UTF-8")) << runTool({"system"}).out;
 }
 
 }  // namespace

@@ -1,0 +1,72 @@
+// vyxcore system: the user and the machine.
+
+#include "commands.h"
+
+#include <vyxstrings.h>
+#include <vyxsystem.h>
+
+#include <cstdio>
+
+namespace tool {
+
+int runSystem(const std::vector<std::string>& args)
+{
+    CommonOptions options;
+    if (!parseCommon("system", args, &options))
+        return BadUsage;
+    if (options.help) {
+        printUsage(command("system"), stdout);
+        std::printf("The edition is read from /etc/vyx/edition (\"edition=SE\", \"mode=N\").\n");
+        return Done;
+    }
+    if (!options.positional.empty())
+        return usageError("system", "takes no arguments");
+
+    std::string user = getUserName();
+    bool admin = isUserInGroup("orvel-admin");
+    std::vector<std::string> v4 = getIPv4Addresses(), v6 = getIPv6Addresses();
+    if (options.json) {
+        std::vector<std::string> v4json, v6json;
+        for (const std::string& a : v4)
+            v4json.push_back(jsonString(a));
+        for (const std::string& a : v6)
+            v6json.push_back(jsonString(a));
+        JsonObject out;
+        out.addString("user", user)
+            .addString("full_name", getUserFullName())
+            .addBool("root", isUserRoot())
+            .addBool("admin", admin)
+            .addInt("memory_kb", GetMemTotal())
+            .addInt("cpu_mhz", GetCPUMhz())
+            .addBool("light_platform", lightPlatform())
+            .addBool("sound_card", isAlsaActive())
+            .addString("locale", GetSystemLocale())
+            .addBool("edition_se", isOrvelSE())
+            .addInt("edition_mode", getOrvelMode())
+            .addInt("sessions", numWho())
+            .add("ipv4", jsonArray(v4json))
+            .add("ipv6", jsonArray(v6json));
+        std::printf("%s\n", out.str().c_str());
+        return Done;
+    }
+    auto yesNo = [](bool value) { return std::string(value ? "yes" : "no"); };
+    auto orNone = [](const std::string& text) { return text.empty() ? std::string("(none)") : text; };
+    printRows({
+        {"User", orNone(user)},
+        {"Full name", orNone(getUserFullName())},
+        {"Root", yesNo(isUserRoot())},
+        {"Administrator", yesNo(admin)},
+        {"Memory", GetMemTotal() ? std::to_string(GetMemTotal()) + " kB" : "(unknown)"},
+        {"CPU", GetCPUMhz() ? std::to_string(GetCPUMhz()) + " MHz" : "(unknown)"},
+        {"Light platform", yesNo(lightPlatform())},
+        {"Sound card", yesNo(isAlsaActive())},
+        {"Locale", orNone(GetSystemLocale())},
+        {"Edition", Vyx::concat(isOrvelSE() ? "SE" : "standard", ", mode ", getOrvelMode())},
+        {"Sessions", std::to_string(numWho())},
+        {"IPv4", orNone(Vyx::join(v4, " "))},
+        {"IPv6", orNone(Vyx::join(v6, " "))},
+    });
+    return Done;
+}
+
+}  // namespace tool

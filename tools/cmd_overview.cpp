@@ -3,6 +3,9 @@
 
 #include "commands.h"
 
+#include <vyxstrings.h>
+#include <vyxsystem.h>
+
 #include <cstdio>
 
 namespace tool {
@@ -41,7 +44,9 @@ int runOverview(const std::vector<std::string>& args)
             .addString("session_kind_name", sessionKindName(session.kind))
             .addString("display_name", session.hasDisplayName ? session.displayName.c_str() : nullptr)
             .add("desktop", session.connected ? std::to_string(session.desktop) : "null")
-            .add("dirs", jsonArray(dirs));
+            .add("dirs", jsonArray(dirs))
+            .addString("user", getUserName())
+            .addInt("edition_mode", getOrvelMode());
         std::printf("%s\n", out.str().c_str());
         return Done;
     }
@@ -62,6 +67,11 @@ int runOverview(const std::vector<std::string>& args)
         rows.emplace_back(std::string("  ") + nameOf(dir), path.empty() ? "(none)" : path);
     }
     printRows(rows);
+
+    std::printf("\nSystem\n");
+    printRows({{"  User", getUserName().empty() ? "(unknown)" : getUserName()},
+               {"  Locale", *GetSystemLocale() ? GetSystemLocale() : "(none)"},
+               {"  Edition", Vyx::concat(isOrvelSE() ? "SE" : "standard", ", mode ", getOrvelMode())}});
 
     std::printf("\nMore: 'vyxcore help' lists the commands; each takes --json.\n");
     return Done;

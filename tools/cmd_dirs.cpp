@@ -47,21 +47,8 @@ std::string dirJson(const DirName& dir, const std::string& path)
 
 }  // namespace
 
-int runDirs(const std::vector<std::string>& args)
+int runDirs(const CommonOptions& options)
 {
-    const Command& self = command("dirs");
-    CommonOptions options;
-    if (!parseCommon("dirs", args, &options))
-        return BadUsage;
-    if (options.help) {
-        printUsage(self, stdout);
-        std::printf("NAME is a directory's name as listed (any case) or its number.\n"
-                    "Exit status 1 when the directory asked for has no path here.\n");
-        return Done;
-    }
-    if (options.positional.size() > 1)
-        return usageError("dirs", "at most one directory can be asked for");
-
     if (options.positional.size() == 1) {
         const DirName* dir = findDir(options.positional[0]);
         if (!dir)

@@ -26,14 +26,8 @@ const char* nameOf(VyxDir value)
 
 }  // namespace
 
-int runOverview(const std::vector<std::string>& args)
+int runOverview(const CommonOptions& options)
 {
-    CommonOptions options;
-    if (!parseCommon("", args, &options))
-        return BadUsage;
-    if (!options.positional.empty())
-        return usageError("", "unexpected argument " + options.positional[0]);
-
     SessionFacts session = collectSessionFacts();
     if (options.json) {
         std::vector<std::string> dirs;

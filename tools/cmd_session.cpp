@@ -113,18 +113,8 @@ void printText(const SessionFacts& facts)
 
 }  // namespace
 
-int runSession(const std::vector<std::string>& args)
+int runSession(const CommonOptions& options)
 {
-    CommonOptions options;
-    if (!parseCommon("session", args, &options))
-        return BadUsage;
-    if (options.help) {
-        printUsage(command("session"), stdout);
-        std::printf("The desktop and nesting are asked of the X server named by DISPLAY.\n");
-        return Done;
-    }
-    if (!options.positional.empty())
-        return usageError("session", "takes no arguments");
     SessionFacts facts = collectSessionFacts();
     if (options.json)
         printJson(facts);

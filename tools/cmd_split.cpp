@@ -10,19 +10,8 @@
 
 namespace tool {
 
-int runSplit(const std::vector<std::string>& args)
+int runSplit(const CommonOptions& options)
 {
-    CommonOptions options;
-    if (!parseCommon("split", args, &options))
-        return BadUsage;
-    if (options.help) {
-        printUsage(command("split"), stdout);
-        std::printf("Variables are expanded, quotes honoured, \"> file\", \">> file\" and \"| command\"\n"
-                    "recognised and \"#\" comments cut. Exit status 1 when the line has an error.\n");
-        return Done;
-    }
-    if (options.positional.size() != 1)
-        return usageError("split", "expects the command line as one argument");
     const std::string& line = options.positional[0];
     if (line.size() >= CmdLineBufferSize)
         return usageError("split", "the command line is longer than " + std::to_string(CmdLineBufferSize - 1) + " bytes");

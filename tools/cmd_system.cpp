@@ -9,19 +9,8 @@
 
 namespace tool {
 
-int runSystem(const std::vector<std::string>& args)
+int runSystem(const CommonOptions& options)
 {
-    CommonOptions options;
-    if (!parseCommon("system", args, &options))
-        return BadUsage;
-    if (options.help) {
-        printUsage(command("system"), stdout);
-        std::printf("The edition is read from /etc/vyx/edition (\"edition=SE\", \"mode=N\").\n");
-        return Done;
-    }
-    if (!options.positional.empty())
-        return usageError("system", "takes no arguments");
-
     std::string user = getUserName();
     bool admin = isUserInGroup("orvel-admin");
     std::vector<std::string> v4 = getIPv4Addresses(), v6 = getIPv6Addresses();

@@ -13,16 +13,15 @@
 
 namespace tool {
 
-int runOverview(const std::vector<std::string>& args);
-int runDirs(const std::vector<std::string>& args);
-int runSession(const std::vector<std::string>& args);
-int runWhich(const std::vector<std::string>& args);
-int runSplit(const std::vector<std::string>& args);
-int runSystem(const std::vector<std::string>& args);
+int runOverview(const CommonOptions& options);
+int runDirs(const CommonOptions& options);
+int runSession(const CommonOptions& options);
+int runWhich(const CommonOptions& options);
+int runSplit(const CommonOptions& options);
+int runSystem(const CommonOptions& options);
 
 // The table of every command, for dispatch and for the overview's list.
 const std::vector<Command>& commands();
-const Command& command(const char* name);
 
 // --- directories ---
 struct DirName {

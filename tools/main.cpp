@@ -4,36 +4,33 @@
 #include "commands.h"
 
 #include <cstdio>
-#include <cstdlib>
-#include <cstring>
 
 namespace tool {
 
 const std::vector<Command>& commands()
 {
     static const std::vector<Command> table = {
-        {"dirs", "dirs [NAME|NUMBER] [--json]",
-         "Every well-known directory with its number and path, or the path of one.", runDirs},
+        {"dirs", "dirs [NAME|NUMBER] [--json]", "Every well-known directory with its number and path, or the path of one.",
+         "NAME is a directory's name as listed (any case) or its number.\n"
+         "Exit status 1 when the directory asked for has no path here.",
+         0, 1, runDirs},
         {"session", "session [--json]",
          "The session kind, its configuration suffix, the desktop owning the X display, the display number.",
-         runSession},
+         "The desktop and nesting are asked of the X server named by DISPLAY.", 0, 0, runSession},
         {"which", "which PROGRAM [--json]", "The executable that PROGRAM names, found as the library finds programs.",
-         runWhich},
+         "Searches PATH (a built-in list when it is unset), then the current directory.\n"
+         "Exit status 1 when the program is not found.",
+         1, 1, runWhich},
         {"split", "split 'COMMAND LINE' [--json]",
-         "The argument vector, redirection and pipe command of a command line, or its error.", runSplit},
+         "The argument vector, redirection and pipe command of a command line, or its error.",
+         "Variables are expanded, quotes honoured, \"> file\", \">> file\" and \"| command\"\n"
+         "recognised and \"#\" comments cut. Exit status 1 when the line has an error.",
+         1, 1, runSplit},
         {"system", "system [--json]",
-         "User, root, administrator group, memory, CPU, light platform, sound card, locale, edition.", runSystem},
+         "User, root, administrator group, memory, CPU, light platform, sound card, locale, edition.",
+         "The edition is read from /etc/vyx/edition (\"edition=SE\", \"mode=N\").", 0, 0, runSystem},
     };
     return table;
-}
-
-const Command& command(const char* name)
-{
-    for (const Command& entry : commands()) {
-        if (std::strcmp(entry.name, name) == 0)
-            return entry;
-    }
-    std::abort();  // a subcommand asked for its own entry under a wrong name
 }
 
 }  // namespace tool
@@ -49,25 +46,22 @@ void printHelp(FILE* to)
     std::fprintf(to, "\nExit status: 0 done, 1 nothing found or failed, 2 bad usage.\n");
 }
 
+const tool::Command kOverview = {"", "[--json]", "An overview of this desktop.", nullptr, 0, 0, tool::runOverview};
+
 }  // namespace
 
 int main(int argc, char** argv)
 {
     std::vector<std::string> args(argv + 1, argv + argc);
-    if (args.empty() || args[0][0] == '-') {
-        if (!args.empty() && (args[0] == "--help" || args[0] == "-h")) {
-            printHelp(stdout);
-            return tool::Done;
-        }
-        return tool::runOverview(args);
-    }
-    if (args[0] == "help") {
+    if (!args.empty() && (args[0] == "help" || args[0] == "--help" || args[0] == "-h")) {
         printHelp(stdout);
         return tool::Done;
     }
+    if (args.empty() || args[0][0] == '-')
+        return tool::runCommand(kOverview, args);
     for (const tool::Command& command : tool::commands()) {
         if (args[0] == command.name)
-            return command.run(std::vector<std::string>(args.begin() + 1, args.end()));
+            return tool::runCommand(command, std::vector<std::string>(args.begin() + 1, args.end()));
     }
     std::fprintf(stderr, "vyxcore: unknown command '%s'\n", args[0].c_str());
     printHelp(stderr);

@@ -5,31 +5,36 @@
 
 namespace tool {
 
-bool parseCommon(const char* command, const std::vector<std::string>& args, CommonOptions* out)
+int runCommand(const Command& command, const std::vector<std::string>& args)
 {
+    CommonOptions options;
     for (const std::string& arg : args) {
         if (arg == "--json") {
-            out->json = true;
+            options.json = true;
         } else if (arg == "--help" || arg == "-h") {
-            out->help = true;
+            options.help = true;
         } else if (arg.size() > 1 && arg[0] == '-') {
-            usageError(command, "unknown option " + arg);
-            return false;
+            return usageError(command.name, "unknown option " + arg);
         } else {
-            out->positional.push_back(arg);
+            options.positional.push_back(arg);
         }
     }
-    return true;
-}
-
-void printUsage(const Command& command, FILE* to)
-{
-    std::fprintf(to, "usage: vyxcore %s\n%s\n", command.synopsis, command.summary);
+    if (options.help) {
+        std::printf("usage: vyxcore %s\n%s\n", command.synopsis, command.summary);
+        if (command.details)
+            std::printf("%s\n", command.details);
+        return Done;
+    }
+    size_t count = options.positional.size();
+    if (count < command.minArgs || count > command.maxArgs)
+        return usageError(command.name, "wrong number of arguments: " + std::string(command.synopsis));
+    return command.run(options);
 }
 
 int usageError(const char* command, const std::string& message)
 {
-    std::fprintf(stderr, "vyxcore %s: %s (see 'vyxcore %s --help')\n", command, message.c_str(), command);
+    std::string name = *command ? std::string(" ") + command : std::string();
+    std::fprintf(stderr, "vyxcore%s: %s (see 'vyxcore%s --help')\n", name.c_str(), message.c_str(), name.c_str());
     return BadUsage;
 }
 

@@ -13,25 +13,27 @@ namespace tool {
 
 enum ExitCode { Done = 0, NothingFound = 1, BadUsage = 2 };
 
-struct Command {
-    const char* name;
-    const char* synopsis;  // "dirs [NAME] [--json]"
-    const char* summary;   // one line
-    int (*run)(const std::vector<std::string>& args);
-};
-
-// Options every query subcommand understands.
+// Options every subcommand understands.
 struct CommonOptions {
     bool json = false;
     bool help = false;
     std::vector<std::string> positional;
 };
 
-// Parses --json and --help; any other option is a usage error, reported on
-// standard error, and the result is false.
-bool parseCommon(const char* command, const std::vector<std::string>& args, CommonOptions* out);
-// Prints "usage: vyxcore SYNOPSIS" and the summary.
-void printUsage(const Command& command, FILE* to);
+struct Command {
+    const char* name;
+    const char* synopsis;  // "dirs [NAME|NUMBER] [--json]"
+    const char* summary;   // one line
+    const char* details;   // more lines for --help, or null
+    size_t minArgs;        // bounds on the positional arguments
+    size_t maxArgs;
+    int (*run)(const CommonOptions& options);
+};
+
+// Parses the common options of command, answers --help and checks the
+// number of arguments, then runs it. Usage errors are reported on standard
+// error with status BadUsage.
+int runCommand(const Command& command, const std::vector<std::string>& args);
 int usageError(const char* command, const std::string& message);
 
 std::string jsonString(const std::string& text);

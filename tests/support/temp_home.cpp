@@ -30,14 +30,6 @@ void makeDirs(const std::string& path, mode_t mode)
     }
 }
 
-uid_t g_chownUid;
-gid_t g_chownGid;
-
-int chownEntry(const char* path, const struct stat*, int, struct FTW*)
-{
-    return lchown(path, g_chownUid, g_chownGid) == 0 ? 0 : -1;
-}
-
 int removeEntry(const char* path, const struct stat*, int type, struct FTW*)
 {
     if (type == FTW_DP)
@@ -156,13 +148,6 @@ std::string TempHome::writeFile(const std::string& relative, const std::string& 
     if (!out)
         throw std::runtime_error("cannot write " + full);
     return full;
-}
-
-void TempHome::giveTo(uid_t uid, gid_t gid) const
-{
-    g_chownUid = uid;
-    g_chownGid = gid;
-    nftw(m_root.c_str(), chownEntry, 16, FTW_PHYS);
 }
 
 std::string readFile(const std::string& path)

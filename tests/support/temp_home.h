@@ -55,8 +55,6 @@ public:
     std::string makeDir(const std::string& relative, mode_t mode = 0755) const;
     // Writes a file under root() (parents created) and returns its path.
     std::string writeFile(const std::string& relative, const std::string& content) const;
-    // Hands the whole tree to another user, for tests that drop privileges.
-    void giveTo(uid_t uid, gid_t gid) const;
 
 private:
     void saveAndSet(const char* name, const char* value);

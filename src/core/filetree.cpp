@@ -30,20 +30,27 @@ bool vyxCopyFile(const char* src, const char* dst)
         return false;
     }
     std::string target = isDirectory(dst) ? Vyx::concat(dst, '/', Vyx::lastSection(src, '/')) : std::string(dst);
-    FILE* out = std::fopen(target.c_str(), "wb");
+    // The source is opened first, and a file is never copied onto itself:
+    // either would truncate a file the caller still needs.
     FILE* in = std::fopen(src, "rb");
-    bool ok = out && in;
-    if (ok) {
+    if (!in)
+        return false;
+    struct stat from, to;
+    if (fstat(fileno(in), &from) == 0 && stat(target.c_str(), &to) == 0 && from.st_dev == to.st_dev &&
+        from.st_ino == to.st_ino) {
+        std::fclose(in);
+        return false;
+    }
+    FILE* out = std::fopen(target.c_str(), "wb");
+    if (out) {
         char buffer[kCopyChunk];
         size_t n;
         while ((n = std::fread(buffer, 1, sizeof buffer, in)) > 0)
             std::fwrite(buffer, 1, n, out);
-    }
-    if (in)
-        std::fclose(in);
-    if (out)
         std::fclose(out);
-    return ok;
+    }
+    std::fclose(in);
+    return out != nullptr;
 }
 
 bool rmdirRecursive(const char* path, Vyx::tagged_bool<InsideOnly_tag> insideOnly,

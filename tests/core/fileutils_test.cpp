@@ -126,6 +126,10 @@ TEST(FileTree, CopyIntoDirectoryAndRefuseFolders)
     EXPECT_TRUE(vyxCopyFile(src.c_str(), dest.c_str()));
     EXPECT_EQ(vyxtest::readFile(dest + "/big.bin"), content);
     EXPECT_FALSE(vyxCopyFile(world.path("missing").c_str(), dest.c_str()));
+    // A missing source leaves the destination alone; a file is not copied onto itself.
+    EXPECT_FALSE(vyxCopyFile(world.path("missing").c_str(), src.c_str()));
+    EXPECT_FALSE(vyxCopyFile(src.c_str(), src.c_str()));
+    EXPECT_EQ(vyxtest::readFile(src), content);
     testing::internal::CaptureStderr();
     EXPECT_FALSE(vyxCopyFile(dest.c_str(), world.path("x").c_str()));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "libvyxcore: can't copy folder to file\n");

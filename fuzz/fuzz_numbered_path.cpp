@@ -7,15 +7,28 @@
 #include <cstdlib>
 #include <string>
 
+namespace {
+
+char g_dir[] = "/tmp/vyxcore-fuzz-XXXXXX";
+
+void removeDir()
+{
+    rmdirRecursive(g_dir, Vyx::tagged_bool<InsideOnly_tag>(false), Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false));
+}
+
+}  // namespace
+
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    static std::string dir = [] {
-        char templ[] = "/tmp/vyxcore-fuzz-XXXXXX";
-        std::string made = mkdtemp(templ);
+    static bool prepared = [] {
+        if (!mkdtemp(g_dir))
+            abort();
         for (const char* taken : {"/a", "/a0", "/a1.x", "/a (2)"})
-            fclose(fopen((made + taken).c_str(), "w"));
-        return made;
+            fclose(fopen((std::string(g_dir) + taken).c_str(), "w"));
+        std::atexit(removeDir);
+        return true;
     }();
+    (void)prepared;
     if (size < 3)
         return 0;
     size_t split = data[0] % (size - 1) + 1;
@@ -23,9 +36,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     std::string ext(reinterpret_cast<const char*>(data + split), size - split);
     bool space = data[1] & 1, parens = data[1] & 2;
     int first = static_cast<int8_t>(data[2]);
-    auto result = MakeNewNumberedPath(dir.c_str(), name.c_str(), ext.c_str(), space, parens, first, first + 5,
+    auto result = MakeNewNumberedPath(g_dir, name.c_str(), ext.c_str(), space, parens, first, first + 5,
                                       Vyx::tagged_bool<DeleteAndReuseIfNotBusy_tag>(false));
-    if (result.second != -1 && result.first.compare(0, dir.size(), dir) != 0)
+    // The answer is a free name in the directory, or nothing.
+    if (result.second == -1 ? !(result.first.empty() || result.first == std::string(g_dir) + "/" + name + ext)
+                            : result.first.compare(0, sizeof g_dir - 1, g_dir) != 0)
         abort();
     return 0;
 }

@@ -34,6 +34,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     size_t split = data[0] % (size - 1) + 1;
     std::string name(reinterpret_cast<const char*>(data + 1), split - 1);
     std::string ext(reinterpret_cast<const char*>(data + split), size - split);
+    name = name.c_str();  // as a C caller passes them
+    ext = ext.c_str();
     bool space = data[1] & 1, parens = data[1] & 2;
     int first = static_cast<int8_t>(data[2]);
     auto result = MakeNewNumberedPath(g_dir, name.c_str(), ext.c_str(), space, parens, first, first + 5,

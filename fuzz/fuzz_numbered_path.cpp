@@ -40,9 +40,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     int first = static_cast<int8_t>(data[2]);
     auto result = MakeNewNumberedPath(g_dir, name.c_str(), ext.c_str(), space, parens, first, first + 5,
                                       Vyx::tagged_bool<DeleteAndReuseIfNotBusy_tag>(false));
-    // The answer is a free name in the directory, or nothing.
-    if (result.second == -1 ? !(result.first.empty() || result.first == std::string(g_dir) + "/" + name + ext)
-                            : result.first.compare(0, sizeof g_dir - 1, g_dir) != 0)
+    // The answer is a free name in the directory, or nothing at all.
+    if (!result.first.empty() &&
+        (result.first.compare(0, sizeof g_dir - 1, g_dir) != 0 || fileExists(result.first, false)))
+        abort();
+    if (result.first.empty() && result.second != -1)
         abort();
     return 0;
 }

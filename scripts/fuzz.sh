@@ -21,7 +21,7 @@ for target in "$build"/fuzz/fuzz_*; do
   corpus="$build/corpus/$name"
   mkdir -p "$corpus"
   echo "fuzz.sh: $name for ${seconds}s"
-  "$target" -max_total_time="$seconds" -print_final_stats=0 "$corpus" 2>"$build/$name.log" \
+  "$target" -max_total_time="$seconds" -artifact_prefix="$build/" "$corpus" 2>"$build/$name.log" \
     || { tail -n 40 "$build/$name.log" >&2; echo "fuzz.sh: $name failed" >&2; exit 1; }
 done
 echo "fuzz.sh: every target ran ${seconds}s without a finding"

@@ -8,6 +8,7 @@
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
 #include "vyxcmdline.h"
+#include "vyxdesktopentry.h"
 #include "vyxsession.h"
 #include "vyxsystem.h"
 

@@ -1,0 +1,220 @@
+#ifndef VYXCORE_DESKTOPENTRY_H
+#define VYXCORE_DESKTOPENTRY_H
+
+// Desktop entries (".desktop" and ".directory" files): the in-memory model,
+// loading with the user's translations, saving, merging, and the expansion
+// of the Exec key into a command line.
+
+#include "vyxexport.h"
+#include "vyxstrings.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+class VyxDesktopActionPrivate;
+class VyxDesktopEntryPrivate;
+
+// The user's languages for translated keys, from LANGUAGE, else LC_ALL or
+// LANG, reduced to language codes ("de", "ru", ...). Computed once per
+// process; empty when no language is set.
+VYX_EXPORT std::vector<std::string> GetLangPref();
+
+// One "Desktop Action" of an entry. A value: copies are deep.
+class VYX_EXPORT VyxDesktopAction {
+public:
+    explicit VyxDesktopAction(const std::string& id = std::string());
+    VyxDesktopAction(const VyxDesktopAction& other);
+    VyxDesktopAction(VyxDesktopAction&& other) noexcept;
+    VyxDesktopAction& operator=(const VyxDesktopAction& other);
+    VyxDesktopAction& operator=(VyxDesktopAction&& other) noexcept;
+    ~VyxDesktopAction();
+    bool operator==(const VyxDesktopAction& other) const;
+    bool operator!=(const VyxDesktopAction& other) const { return !(*this == other); }
+
+    // Each getter returns an empty string or list when the field is unset.
+    const std::string& id() const;
+    void setId(const std::string& id);
+    const std::string& name() const;
+    void setName(const std::string& name);
+    const std::string& localName() const;
+    void setLocalName(const std::string& name);
+    const std::string& comment() const;
+    void setComment(const std::string& comment);
+    const std::string& localComment() const;
+    void setLocalComment(const std::string& comment);
+    const std::string& icon() const;
+    void setIcon(const std::string& icon);
+    const std::string& localIcon() const;
+    void setLocalIcon(const std::string& icon);
+    const std::string& path() const;
+    void setPath(const std::string& path);
+    const std::string& exec() const;
+    void setExec(const std::string& exec);
+    const std::vector<std::string>& onlyShowIn() const;
+    void setOnlyShowIn(const std::vector<std::string>& desktops);
+    const std::vector<std::string>& notShowIn() const;
+    void setNotShowIn(const std::vector<std::string>& desktops);
+
+    // The translation when there is one, else the untranslated value.
+    const std::string& localNameOrFallback() const;
+    const std::string& localCommentOrFallback() const;
+    const std::string& localIconOrFallback() const;
+
+private:
+    std::unique_ptr<VyxDesktopActionPrivate> d;
+};
+
+class VYX_EXPORT VyxDesktopEntry {
+public:
+    // Binds the entry to path and, when it is not empty, loads it at once
+    // (see isLoaded()).
+    explicit VyxDesktopEntry(const std::string& path = std::string());
+    VyxDesktopEntry(VyxDesktopEntry&& other) noexcept;
+    VyxDesktopEntry& operator=(VyxDesktopEntry&& other) noexcept;
+    VyxDesktopEntry(const VyxDesktopEntry&) = delete;
+    VyxDesktopEntry& operator=(const VyxDesktopEntry&) = delete;
+    ~VyxDesktopEntry();
+
+    // The bound file. A relative path is made absolute from the working
+    // directory; a new path makes the entry not loaded, of unknown validity.
+    const std::string& filePath() const;
+    void setFilePath(const std::string& path);
+
+    // Reads the bound file; false when it cannot be read or parsed.
+    bool load();
+    bool isLoaded() const;
+    // Whether the bound file parses as an INI file at all (not whether it is
+    // a sensible entry); decided once per path.
+    bool isValid() const;
+
+    // Writes the entry to its file, replacing it atomically: the keys of the
+    // model in a fixed order, then unknown keys and the actions. With
+    // saveEmpty every key is written, even empty. False when a key was
+    // refused or the file could not be written ("libvyxcore:
+    // VyxDesktopEntry::save() can't save file ..." on standard error).
+    bool save(Vyx::tagged_bool<SaveEmptyFields_tag> saveEmpty);
+    // The same to another path; the entry stays bound to its own file.
+    bool saveAs(const std::string& path, Vyx::tagged_bool<SaveEmptyFields_tag> saveEmpty);
+
+    // Field-by-field equality of the two entries.
+    bool identicalTo(const VyxDesktopEntry& other) const;
+    // Takes every field of other; only the fields that are empty here; only
+    // the fields that are set in other.
+    void copyFrom(const VyxDesktopEntry& other);
+    void inheritFrom(const VyxDesktopEntry& other);
+    void overrideFrom(const VyxDesktopEntry& other);
+
+    // Strings: empty when unset.
+    const std::string& name() const;
+    void setName(const std::string& value);
+    const std::string& localName() const;
+    void setLocalName(const std::string& value);
+    const std::string& genericName() const;
+    void setGenericName(const std::string& value);
+    const std::string& localGenericName() const;
+    void setLocalGenericName(const std::string& value);
+    const std::string& type() const;
+    void setType(const std::string& value);
+    const std::string& tryExec() const;
+    void setTryExec(const std::string& value);
+    const std::string& comment() const;
+    void setComment(const std::string& value);
+    const std::string& localComment() const;
+    void setLocalComment(const std::string& value);
+    const std::string& exec() const;
+    void setExec(const std::string& value);
+    const std::string& icon() const;
+    void setIcon(const std::string& value);
+    const std::string& localIcon() const;
+    void setLocalIcon(const std::string& value);
+    const std::string& path() const;
+    void setPath(const std::string& value);
+    const std::string& startupWMClass() const;
+    void setStartupWMClass(const std::string& value);
+    const std::string& version() const;
+    void setVersion(const std::string& value);
+    const std::string& url() const;
+    void setUrl(const std::string& value);
+
+    // Lists: empty when unset.
+    const std::vector<std::string>& mimeType() const;
+    void setMimeType(const std::vector<std::string>& value);
+    const std::vector<std::string>& keywords() const;
+    void setKeywords(const std::vector<std::string>& value);
+    const std::vector<std::string>& localKeywords() const;
+    void setLocalKeywords(const std::vector<std::string>& value);
+    const std::vector<std::string>& sortOrder() const;
+    void setSortOrder(const std::vector<std::string>& value);
+    const std::vector<std::string>& categories() const;
+    void setCategories(const std::vector<std::string>& value);
+    const std::vector<std::string>& onlyShowIn() const;
+    void setOnlyShowIn(const std::vector<std::string>& value);
+    const std::vector<std::string>& notShowIn() const;
+    void setNotShowIn(const std::vector<std::string>& value);
+
+    // Optional booleans: has...() tells whether the key was in the file or
+    // set; the getter is false when it was not.
+    bool hasNoDisplay() const;
+    bool noDisplay() const;
+    void setNoDisplay(bool value);
+    bool hasHidden() const;
+    bool hidden() const;
+    void setHidden(bool value);
+    bool hasTerminal() const;
+    bool terminal() const;
+    void setTerminal(bool value);
+    bool hasStartupNotify() const;
+    bool startupNotify() const;
+    void setStartupNotify(bool value);
+    bool hasPrefersNonDefaultGPU() const;
+    bool prefersNonDefaultGPU() const;
+    void setPrefersNonDefaultGPU(bool value);
+    bool hasSingleMainWindow() const;
+    bool singleMainWindow() const;
+    void setSingleMainWindow(bool value);
+
+    const std::vector<VyxDesktopAction>& actions() const;
+    void setActions(const std::vector<VyxDesktopAction>& value);
+
+    // Keys the model does not know (other languages' translations among
+    // them), in file order, so that a save writes them back.
+    const std::vector<std::pair<std::string, std::string>>& unknowns() const;
+    void setUnknowns(const std::vector<std::pair<std::string, std::string>>& value);
+    // The value of the first unknown key named key; empty when there is none
+    // (or key is null or empty).
+    std::string getUnknownValue(const char* key) const;
+
+    // The translation when there is one, else the untranslated value.
+    const std::string& localNameOrFallback() const;
+    const std::string& localGenericNameOrFallback() const;
+    const std::string& localCommentOrFallback() const;
+    const std::string& localIconOrFallback() const;
+    const std::vector<std::string>& localKeywordsOrFallback() const;
+
+private:
+    std::unique_ptr<VyxDesktopEntryPrivate> d;
+};
+
+// An Exec value and what to open with it, expanded by toString() into one
+// shell command line. Fields are borrowed from the caller; null or empty
+// means absent. toString() consumes what it substitutes (a used field is set
+// to null, a used list cleared), so each value appears at most once.
+struct VYX_EXPORT ExecFormatString {
+    const char* format = nullptr;    // the Exec value with %f %F %u %U %i %c %k
+    const char* file = nullptr;      // %f
+    const char* url = nullptr;       // %u
+    const char* icon = nullptr;      // %i, written as "--icon NAME"
+    const char* caption = nullptr;   // %c
+    const char* location = nullptr;  // %k
+    std::vector<const char*> files;  // %F
+    std::vector<const char*> urls;   // %U
+    char separator = 0;              // between list items; 0 for none
+
+    // The command line; empty for an absent format or one that ends in a
+    // lone "%".
+    std::string toString();
+};
+
+#endif

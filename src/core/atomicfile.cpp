@@ -1,0 +1,91 @@
+#include "core/atomicfile_p.h"
+
+#include <atomic>
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Vyx::detail {
+
+namespace {
+
+// The file that is really written: a symbolic link (even a dangling one) is
+// followed, so the link itself survives the replacement.
+std::string realTarget(const std::string& path)
+{
+    std::string current = path;
+    for (int depth = 0; depth < 40; ++depth) {
+        char target[PATH_MAX];
+        ssize_t n = readlink(current.c_str(), target, sizeof target - 1);
+        if (n < 0)
+            return current;
+        target[n] = '\0';
+        if (target[0] == '/') {
+            current = target;
+        } else {
+            std::string::size_type slash = current.rfind('/');
+            current = (slash == std::string::npos ? std::string() : current.substr(0, slash + 1)) + target;
+        }
+    }
+    return current;
+}
+
+bool writeAll(int fd, const std::string& content)
+{
+    const char* p = content.data();
+    size_t left = content.size();
+    while (left > 0) {
+        ssize_t n = write(fd, p, left);
+        if (n < 0) {
+            if (errno == EINTR)
+                continue;
+            return false;
+        }
+        p += n;
+        left -= static_cast<size_t>(n);
+    }
+    return true;
+}
+
+std::atomic<unsigned> g_counter{0};
+
+}  // namespace
+
+bool writeFileAtomically(const std::string& path, const std::string& content)
+{
+    if (path.empty())
+        return false;
+    std::string target = realTarget(path);
+    struct stat old;
+    bool existed = stat(target.c_str(), &old) == 0;
+    if (existed && !S_ISREG(old.st_mode))
+        return false;
+
+    // A fresh name beside the target; O_EXCL guards against a race with
+    // another writer, and the mode 0666 lets the umask decide for new files.
+    std::string temp;
+    int fd = -1;
+    for (int attempt = 0; attempt < 100 && fd < 0; ++attempt) {
+        temp = target + ".tmp-" + std::to_string(getpid()) + "-" + std::to_string(g_counter++);
+        fd = open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+        if (fd < 0 && errno != EEXIST)
+            return false;
+    }
+    if (fd < 0)
+        return false;
+
+    bool ok = writeAll(fd, content) && fsync(fd) == 0;
+    if (ok && existed)
+        ok = fchmod(fd, old.st_mode & 07777) == 0;
+    ok = close(fd) == 0 && ok;
+    if (ok)
+        ok = rename(temp.c_str(), target.c_str()) == 0;
+    if (!ok)
+        unlink(temp.c_str());
+    return ok;
+}
+
+}  // namespace Vyx::detail

@@ -1,0 +1,18 @@
+#ifndef VYXCORE_ATOMICFILE_P_H
+#define VYXCORE_ATOMICFILE_P_H
+
+#include <string>
+
+namespace Vyx::detail {
+
+// Replaces the file at path with content so that a reader, a crash or a full
+// disk never sees half of it: the text goes to a new file in the same
+// directory, is flushed to disk, and is renamed over the old one. An
+// existing file keeps its permission bits; when path is a symbolic link the
+// file it points to is replaced and the link stays. False (and nothing
+// changed) on failure.
+bool writeFileAtomically(const std::string& path, const std::string& content);
+
+}  // namespace Vyx::detail
+
+#endif

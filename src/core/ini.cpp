@@ -1,0 +1,46 @@
+#define SI_IMPLEMENTATION
+#include "core/ini_p.h"
+
+#include "core/atomicfile_p.h"
+
+#include <algorithm>
+
+// The one instantiation of the document type, for every user of ini_p.h.
+template class CSimpleIniTempl<char, SI_NoCase<char>, SI_ConvertA<char>>;
+
+namespace Vyx::detail {
+
+std::vector<std::pair<const char*, const char*>> IniDocument::entries(const char* group) const
+{
+    std::vector<std::pair<const char*, const char*>> result;
+    const CSimpleIniA::TKeyVal* section = m_ini.GetSection(group);
+    if (!section)
+        return result;
+    std::vector<std::pair<int, std::pair<const char*, const char*>>> ordered;
+    ordered.reserve(section->size());
+    for (const auto& entry : *section)
+        ordered.push_back({entry.first.nOrder, {entry.first.pItem, entry.second}});
+    std::sort(ordered.begin(), ordered.end(),
+              [](const auto& a, const auto& b) { return a.first < b.first; });
+    result.reserve(ordered.size());
+    for (const auto& entry : ordered)
+        result.push_back(entry.second);
+    return result;
+}
+
+std::string IniDocument::toString() const
+{
+    std::string text;
+    m_ini.Save(text, false);
+    return text;
+}
+
+bool IniDocument::saveAtomically(const std::string& path) const
+{
+    std::string text;
+    if (m_ini.Save(text, false) < 0)
+        return false;
+    return writeFileAtomically(path, text);
+}
+
+}  // namespace Vyx::detail

@@ -1,0 +1,325 @@
+#include "desktopentry/desktopentry_p.h"
+
+#include <climits>
+#include <cstring>
+#include <unistd.h>
+
+// --- private data -----------------------------------------------------------
+
+VyxDesktopEntryPrivate::VyxDesktopEntryPrivate() : languages(GetLangPref()) {}
+
+std::string VyxDesktopEntryPrivate::localized(const char* key) const
+{
+    return languages.empty() ? std::string(key) : Vyx::concat(key, '[', languages.front(), ']');
+}
+
+bool VyxDesktopEntryPrivate::isParameterLocalized(const char* fullKey, const char* baseKey) const
+{
+    return languageRank(fullKey, baseKey) >= 0;
+}
+
+int VyxDesktopEntryPrivate::languageRank(const char* fullKey, const char* baseKey) const
+{
+    size_t baseLength = std::strlen(baseKey);
+    if (std::strncmp(fullKey, baseKey, baseLength) != 0 || fullKey[baseLength] != '[')
+        return -1;
+    const char* code = fullKey + baseLength + 1;
+    for (size_t i = 0; i < languages.size(); ++i) {
+        const std::string& language = languages[i];
+        if (std::strncmp(code, language.c_str(), language.size()) == 0 && Vyx::equal(code + language.size(), "]"))
+            return static_cast<int>(i);
+    }
+    return -1;
+}
+
+std::string VyxDesktopEntryPrivate::localizedParameter(const Vyx::detail::IniDocument& ini, const std::string& group,
+                                                       const char* key) const
+{
+    for (const std::string& language : languages) {
+        const char* value = ini.value(group.c_str(), Vyx::concat(key, '[', language, ']').c_str());
+        if (value && *value)
+            return value;
+    }
+    return std::string();
+}
+
+void VyxDesktopEntryPrivate::resetAllLists()
+{
+    localName.clear();
+    localGenericName.clear();
+    localComment.clear();
+    localIcon.clear();
+    actions.clear();
+    mimeType.clear();
+    sortOrder.clear();
+    categories.clear();
+    onlyShowIn.clear();
+    notShowIn.clear();
+    keywords.clear();
+    localKeywords.clear();
+    unknowns.clear();
+}
+
+bool VyxDesktopEntryPrivate::operator==(const VyxDesktopEntryPrivate& o) const
+{
+    // The bound file and the load state are not content.
+    return name == o.name && localName == o.localName && genericName == o.genericName &&
+           localGenericName == o.localGenericName && type == o.type && tryExec == o.tryExec && comment == o.comment &&
+           localComment == o.localComment && exec == o.exec && actions == o.actions && icon == o.icon &&
+           localIcon == o.localIcon && path == o.path && startupWMClass == o.startupWMClass &&
+           mimeType == o.mimeType && sortOrder == o.sortOrder && url == o.url && categories == o.categories &&
+           onlyShowIn == o.onlyShowIn && notShowIn == o.notShowIn && languages == o.languages &&
+           version == o.version && keywords == o.keywords && localKeywords == o.localKeywords &&
+           unknowns == o.unknowns && noDisplay == o.noDisplay && hidden == o.hidden && terminal == o.terminal &&
+           startupNotify == o.startupNotify && prefersNonDefaultGPU == o.prefersNonDefaultGPU &&
+           singleMainWindow == o.singleMainWindow;
+}
+
+namespace {
+
+template <typename T>
+bool isUnset(const T& value)
+{
+    return value.empty();
+}
+
+bool isUnset(const OptionalBool& value)
+{
+    return !value.present;
+}
+
+template <typename T>
+void take(T& target, const T& source, VyxDesktopEntryPrivate::ReplaceFieldsMethod method)
+{
+    bool replace = method == VyxDesktopEntryPrivate::CopyAll ||
+                   (method == VyxDesktopEntryPrivate::InheritMissing && isUnset(target)) ||
+                   (method == VyxDesktopEntryPrivate::OverrideWithSet && !isUnset(source));
+    if (replace)
+        target = source;
+}
+
+}  // namespace
+
+void VyxDesktopEntryPrivate::copyFrom(const VyxDesktopEntryPrivate& o, ReplaceFieldsMethod m)
+{
+    for (auto field : {&VyxDesktopEntryPrivate::name, &VyxDesktopEntryPrivate::localName,
+                       &VyxDesktopEntryPrivate::genericName, &VyxDesktopEntryPrivate::localGenericName,
+                       &VyxDesktopEntryPrivate::type, &VyxDesktopEntryPrivate::tryExec,
+                       &VyxDesktopEntryPrivate::comment, &VyxDesktopEntryPrivate::localComment,
+                       &VyxDesktopEntryPrivate::exec, &VyxDesktopEntryPrivate::icon, &VyxDesktopEntryPrivate::localIcon,
+                       &VyxDesktopEntryPrivate::path, &VyxDesktopEntryPrivate::startupWMClass,
+                       &VyxDesktopEntryPrivate::url, &VyxDesktopEntryPrivate::version})
+        take(this->*field, o.*field, m);
+    for (auto field : {&VyxDesktopEntryPrivate::mimeType, &VyxDesktopEntryPrivate::sortOrder,
+                       &VyxDesktopEntryPrivate::categories, &VyxDesktopEntryPrivate::onlyShowIn,
+                       &VyxDesktopEntryPrivate::notShowIn, &VyxDesktopEntryPrivate::languages,
+                       &VyxDesktopEntryPrivate::keywords, &VyxDesktopEntryPrivate::localKeywords})
+        take(this->*field, o.*field, m);
+    for (auto field : {&VyxDesktopEntryPrivate::noDisplay, &VyxDesktopEntryPrivate::hidden,
+                       &VyxDesktopEntryPrivate::terminal, &VyxDesktopEntryPrivate::startupNotify,
+                       &VyxDesktopEntryPrivate::prefersNonDefaultGPU, &VyxDesktopEntryPrivate::singleMainWindow})
+        take(this->*field, o.*field, m);
+    // Actions and unknown keys are taken as a whole, never merged item by item.
+    take(actions, o.actions, m);
+    take(unknowns, o.unknowns, m);
+}
+
+// --- the handle ---------------------------------------------------------------
+
+VyxDesktopEntry::VyxDesktopEntry(const std::string& path) : d(new VyxDesktopEntryPrivate)
+{
+    if (!path.empty()) {
+        setFilePath(path);
+        load();
+    }
+}
+
+VyxDesktopEntry::VyxDesktopEntry(VyxDesktopEntry&& other) noexcept : d(std::move(other.d))
+{
+    other.d.reset(new VyxDesktopEntryPrivate);
+}
+
+VyxDesktopEntry& VyxDesktopEntry::operator=(VyxDesktopEntry&& other) noexcept
+{
+    std::swap(d, other.d);
+    return *this;
+}
+
+VyxDesktopEntry::~VyxDesktopEntry() = default;
+
+const std::string& VyxDesktopEntry::filePath() const
+{
+    return d->filePath;
+}
+
+void VyxDesktopEntry::setFilePath(const std::string& path)
+{
+    if (path == d->filePath)
+        return;
+    d->filePath.clear();
+    d->loaded = false;
+    d->validity = -1;
+    if (path.empty())
+        return;
+    if (path[0] == '/') {
+        d->filePath = path;
+        return;
+    }
+    char cwd[4096];
+    if (getcwd(cwd, sizeof cwd))
+        d->filePath = Vyx::concat(cwd, '/', path);
+}
+
+bool VyxDesktopEntry::load()
+{
+    return d->load();
+}
+
+bool VyxDesktopEntry::isLoaded() const
+{
+    return d->loaded;
+}
+
+bool VyxDesktopEntry::isValid() const
+{
+    if (d->validity == -1) {
+        Vyx::detail::IniDocument ini;
+        d->validity = !d->filePath.empty() && ini.loadFile(d->filePath) ? 1 : 0;
+    }
+    return d->validity != 0;
+}
+
+bool VyxDesktopEntry::save(Vyx::tagged_bool<SaveEmptyFields_tag> saveEmpty)
+{
+    return d->save(static_cast<bool>(saveEmpty));
+}
+
+bool VyxDesktopEntry::saveAs(const std::string& path, Vyx::tagged_bool<SaveEmptyFields_tag> saveEmpty)
+{
+    std::string ownPath = d->filePath;
+    int16_t ownValidity = d->validity;
+    bool ownLoaded = d->loaded;
+    setFilePath(path);
+    bool saved = d->save(static_cast<bool>(saveEmpty));
+    d->filePath = ownPath;
+    d->validity = ownValidity;
+    d->loaded = ownLoaded;
+    return saved;
+}
+
+bool VyxDesktopEntry::identicalTo(const VyxDesktopEntry& other) const
+{
+    return *d == *other.d;
+}
+
+void VyxDesktopEntry::copyFrom(const VyxDesktopEntry& other)
+{
+    d->copyFrom(*other.d, VyxDesktopEntryPrivate::CopyAll);
+}
+
+void VyxDesktopEntry::inheritFrom(const VyxDesktopEntry& other)
+{
+    d->copyFrom(*other.d, VyxDesktopEntryPrivate::InheritMissing);
+}
+
+void VyxDesktopEntry::overrideFrom(const VyxDesktopEntry& other)
+{
+    d->copyFrom(*other.d, VyxDesktopEntryPrivate::OverrideWithSet);
+}
+
+#define VYX_ENTRY_FIELD(Type, getter, setter)         \
+    const Type& VyxDesktopEntry::getter() const       \
+    {                                                 \
+        return d->getter;                             \
+    }                                                 \
+    void VyxDesktopEntry::setter(const Type& value)   \
+    {                                                 \
+        d->getter = value;                            \
+    }
+
+VYX_ENTRY_FIELD(std::string, name, setName)
+VYX_ENTRY_FIELD(std::string, localName, setLocalName)
+VYX_ENTRY_FIELD(std::string, genericName, setGenericName)
+VYX_ENTRY_FIELD(std::string, localGenericName, setLocalGenericName)
+VYX_ENTRY_FIELD(std::string, type, setType)
+VYX_ENTRY_FIELD(std::string, tryExec, setTryExec)
+VYX_ENTRY_FIELD(std::string, comment, setComment)
+VYX_ENTRY_FIELD(std::string, localComment, setLocalComment)
+VYX_ENTRY_FIELD(std::string, exec, setExec)
+VYX_ENTRY_FIELD(std::string, icon, setIcon)
+VYX_ENTRY_FIELD(std::string, localIcon, setLocalIcon)
+VYX_ENTRY_FIELD(std::string, path, setPath)
+VYX_ENTRY_FIELD(std::string, startupWMClass, setStartupWMClass)
+VYX_ENTRY_FIELD(std::string, version, setVersion)
+VYX_ENTRY_FIELD(std::string, url, setUrl)
+VYX_ENTRY_FIELD(std::vector<std::string>, mimeType, setMimeType)
+VYX_ENTRY_FIELD(std::vector<std::string>, keywords, setKeywords)
+VYX_ENTRY_FIELD(std::vector<std::string>, localKeywords, setLocalKeywords)
+VYX_ENTRY_FIELD(std::vector<std::string>, sortOrder, setSortOrder)
+VYX_ENTRY_FIELD(std::vector<std::string>, categories, setCategories)
+VYX_ENTRY_FIELD(std::vector<std::string>, onlyShowIn, setOnlyShowIn)
+VYX_ENTRY_FIELD(std::vector<std::string>, notShowIn, setNotShowIn)
+VYX_ENTRY_FIELD(std::vector<VyxDesktopAction>, actions, setActions)
+using UnknownList = std::vector<std::pair<std::string, std::string>>;
+VYX_ENTRY_FIELD(UnknownList, unknowns, setUnknowns)
+
+#undef VYX_ENTRY_FIELD
+
+#define VYX_ENTRY_BOOL(has, getter, setter)     \
+    bool VyxDesktopEntry::has() const           \
+    {                                           \
+        return d->getter.present;               \
+    }                                           \
+    bool VyxDesktopEntry::getter() const        \
+    {                                           \
+        return d->getter.value;                 \
+    }                                           \
+    void VyxDesktopEntry::setter(bool value)    \
+    {                                           \
+        d->getter = {true, value};              \
+    }
+
+VYX_ENTRY_BOOL(hasNoDisplay, noDisplay, setNoDisplay)
+VYX_ENTRY_BOOL(hasHidden, hidden, setHidden)
+VYX_ENTRY_BOOL(hasTerminal, terminal, setTerminal)
+VYX_ENTRY_BOOL(hasStartupNotify, startupNotify, setStartupNotify)
+VYX_ENTRY_BOOL(hasPrefersNonDefaultGPU, prefersNonDefaultGPU, setPrefersNonDefaultGPU)
+VYX_ENTRY_BOOL(hasSingleMainWindow, singleMainWindow, setSingleMainWindow)
+
+#undef VYX_ENTRY_BOOL
+
+std::string VyxDesktopEntry::getUnknownValue(const char* key) const
+{
+    if (!key || !*key)
+        return std::string();
+    for (const auto& unknown : d->unknowns) {
+        if (unknown.first == key)
+            return unknown.second;
+    }
+    return std::string();
+}
+
+const std::string& VyxDesktopEntry::localNameOrFallback() const
+{
+    return d->localName.empty() ? d->name : d->localName;
+}
+
+const std::string& VyxDesktopEntry::localGenericNameOrFallback() const
+{
+    return d->localGenericName.empty() ? d->genericName : d->localGenericName;
+}
+
+const std::string& VyxDesktopEntry::localCommentOrFallback() const
+{
+    return d->localComment.empty() ? d->comment : d->localComment;
+}
+
+const std::string& VyxDesktopEntry::localIconOrFallback() const
+{
+    return d->localIcon.empty() ? d->icon : d->localIcon;
+}
+
+const std::vector<std::string>& VyxDesktopEntry::localKeywordsOrFallback() const
+{
+    return d->localKeywords.empty() ? d->keywords : d->localKeywords;
+}

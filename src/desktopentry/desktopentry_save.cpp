@@ -1,0 +1,141 @@
+#include "desktopentry/desktopentry_p.h"
+
+#include <cstdio>
+
+using Vyx::detail::IniDocument;
+
+namespace {
+
+// Writes one group, keeping the overall result: a refused key makes it
+// false, but the others are still written.
+class GroupWriter {
+public:
+    GroupWriter(IniDocument& ini, std::string group, const VyxDesktopEntryPrivate& d, bool saveEmpty)
+        : m_ini(ini), m_group(std::move(group)), m_d(d), m_saveEmpty(saveEmpty)
+    {
+    }
+
+    void text(const char* key, const std::string& value)
+    {
+        if (!value.empty() || m_saveEmpty)
+            put(key, value);
+    }
+    // Our own translation, under the first language of the list.
+    void translation(const char* key, const std::string& value)
+    {
+        if (m_d.hasLocale())
+            text(m_d.localized(key).c_str(), value);
+    }
+    void list(const char* key, const std::vector<std::string>& value)
+    {
+        if (!value.empty() || m_saveEmpty)
+            put(key, Vyx::join(value, ";"));
+    }
+    void listTranslation(const char* key, const std::vector<std::string>& value)
+    {
+        if (m_d.hasLocale())
+            list(m_d.localized(key).c_str(), value);
+    }
+    void flag(const char* key, const OptionalBool& value)
+    {
+        if (value.present || m_saveEmpty)
+            put(key, value.value ? "true" : "false");
+    }
+    void put(const char* key, const std::string& value)
+    {
+        if (!m_ini.set(m_group.c_str(), key, value))
+            m_ok = false;
+    }
+    bool ok() const { return m_ok; }
+
+private:
+    IniDocument& m_ini;
+    std::string m_group;
+    const VyxDesktopEntryPrivate& m_d;
+    bool m_saveEmpty;
+    bool m_ok = true;
+};
+
+// Actions without an id or an Exec are neither listed nor written.
+bool isSavable(const VyxDesktopAction& action)
+{
+    return !action.id().empty() && !action.exec().empty();
+}
+
+}  // namespace
+
+bool VyxDesktopEntryPrivate::save(bool saveEmpty)
+{
+    if (filePath.empty())
+        return false;
+    // A new document: what the model does not hold (comments, other groups)
+    // is not carried over.
+    IniDocument ini;
+    GroupWriter entry(ini, "Desktop Entry", *this, saveEmpty);
+    entry.text("Name", name);
+    entry.translation("Name", localName);
+    entry.text("GenericName", genericName);
+    entry.translation("GenericName", localGenericName);
+    entry.text("Type", type);
+    entry.text("TryExec", tryExec);
+    entry.flag("NoDisplay", noDisplay);
+    entry.text("Comment", comment);
+    entry.translation("Comment", localComment);
+    entry.text("Exec", exec);
+    if (!actions.empty() || saveEmpty) {
+        std::string ids;
+        for (const VyxDesktopAction& action : actions) {
+            if (isSavable(action))
+                ids += action.id() + ";";  // unlike other lists, ends with ";"
+        }
+        entry.put("Actions", ids);
+    }
+    entry.text("Icon", icon);
+    entry.translation("Icon", localIcon);
+    entry.flag("Hidden", hidden);
+    entry.text("Path", path);
+    entry.flag("Terminal", terminal);
+    entry.flag("StartupNotify", startupNotify);
+    entry.text("StartupWMClass", startupWMClass);
+    entry.flag("PrefersNonDefaultGPU", prefersNonDefaultGPU);
+    entry.flag("SingleMainWindow", singleMainWindow);
+    entry.list("MimeType", mimeType);
+    entry.list("SortOrder", sortOrder);
+    if (type == "Link")
+        entry.text("URL", url);
+    entry.list("Categories", categories);
+    entry.list("OnlyShowIn", onlyShowIn);
+    entry.list("NotShowIn", notShowIn);
+    entry.text("Version", version);
+    entry.list("Keywords", keywords);
+    entry.listTranslation("Keywords", localKeywords);
+    for (const auto& unknown : unknowns)
+        entry.put(unknown.first.c_str(), unknown.second);
+    bool ok = entry.ok();
+
+    if (!actions.empty() || saveEmpty) {
+        for (const VyxDesktopAction& action : actions) {
+            if (!isSavable(action))
+                continue;
+            GroupWriter group(ini, Vyx::concat("Desktop Action ", action.id()), *this, saveEmpty);
+            group.text("Name", action.name());
+            group.translation("Name", action.localName());
+            group.text("Comment", action.comment());
+            group.translation("Comment", action.localComment());
+            group.text("Icon", action.icon());
+            group.translation("Icon", action.localIcon());
+            group.text("Exec", action.exec());
+            group.list("OnlyShowIn", action.onlyShowIn());
+            group.list("NotShowIn", action.notShowIn());
+            ok = group.ok() && ok;
+        }
+    }
+
+    // Validity becomes 1 whether or not the write succeeds (kept as it was).
+    validity = 1;
+    if (!ini.saveAtomically(filePath)) {
+        std::fprintf(stderr, "libvyxcore: VyxDesktopEntry::save() can't save file %s\n", filePath.c_str());
+        return false;
+    }
+    return ok;
+}

@@ -1,0 +1,154 @@
+// Saving and merging desktop entries.
+
+#include "support/temp_home.h"
+
+#include <vyxdesktopentry.h>
+#include <vyxfileutils.h>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using vyxtest::ScopedEnv;
+using vyxtest::TempHome;
+
+const Vyx::tagged_bool<SaveEmptyFields_tag> kSkipEmpty(false), kSaveEmpty(true);
+
+std::string data(const char* name)
+{
+    return std::string(VYX_TEST_DATA_DIR) + "/desktop/" + name;
+}
+
+TEST(EntrySave, RoundTripKeepsEveryField)
+{
+    ScopedEnv language("LANGUAGE", "de");
+    TempHome world;
+    for (const char* name : {"browser.desktop", "crlf-bom.desktop", "odd.desktop", "folder.directory", "link.desktop"}) {
+        SCOPED_TRACE(name);
+        VyxDesktopEntry original(data(name));
+        ASSERT_TRUE(original.isLoaded());
+        std::string copy = world.path(name);
+        ASSERT_TRUE(original.saveAs(copy, kSkipEmpty));
+        EXPECT_EQ(original.filePath(), data(name));  // still bound to its own file
+        VyxDesktopEntry reloaded(copy);
+        ASSERT_TRUE(reloaded.isLoaded());
+        EXPECT_TRUE(reloaded.identicalTo(original)) << vyxtest::readFile(copy);
+        // And once more: saving what was loaded changes nothing.
+        ASSERT_TRUE(reloaded.save(kSkipEmpty));
+        EXPECT_TRUE(VyxDesktopEntry(copy).identicalTo(original));
+    }
+}
+
+TEST(EntrySave, KeyOrderAndEmptyFields)
+{
+    ScopedEnv language("LANGUAGE", "ru");
+    TempHome world;
+    VyxDesktopEntry entry;
+    entry.setFilePath(world.path("min.desktop"));
+    entry.setType("Application");
+    entry.setName("Minimal");
+    ASSERT_TRUE(entry.save(kSkipEmpty));
+    EXPECT_EQ(vyxtest::readFile(world.path("min.desktop")), "[Desktop Entry]\nName = Minimal\nType = Application\n");
+
+    entry.setUnknowns({{"Name[de]", "Minimal-de"}, {"X-Foo", "bar"}});
+    entry.setLocalName("Минимум");
+    entry.setCategories({"A", "B"});
+    VyxDesktopAction broken("broken"), open("open");
+    broken.setName("No exec");
+    open.setName("Open");
+    open.setExec("min --open");
+    entry.setActions({broken, open});
+    ASSERT_TRUE(entry.save(kSkipEmpty));
+    EXPECT_EQ(vyxtest::readFile(world.path("min.desktop")),
+              "[Desktop Entry]\nName = Minimal\nName[ru] = Минимум\nType = Application\nActions = open;\n"
+              "Categories = A;B\nName[de] = Minimal-de\nX-Foo = bar\n\n\n"
+              "[Desktop Action open]\nName = Open\nExec = min --open\n");
+
+    ASSERT_TRUE(entry.save(kSaveEmpty));
+    VyxDesktopEntry all(world.path("min.desktop"));
+    EXPECT_TRUE(all.hasNoDisplay());
+    EXPECT_FALSE(all.noDisplay());
+    EXPECT_TRUE(all.hasSingleMainWindow());
+    std::string text = vyxtest::readFile(world.path("min.desktop"));
+    for (const char* key : {"GenericName = \n", "TryExec = \n", "Keywords[ru] = \n", "MimeType = \n", "Version = \n"})
+        EXPECT_NE(text.find(key), std::string::npos) << key;
+    EXPECT_EQ(text.find("URL"), std::string::npos);  // only for links
+}
+
+TEST(EntrySave, ReplacesAtomicallyThroughLinksKeepingPermissions)
+{
+    TempHome world;
+    std::string real = world.writeFile("real/app.desktop", "[Desktop Entry]\nName=Old\n");
+    chmod(real.c_str(), 0640);
+    std::string link = world.path("link.desktop");
+    ASSERT_EQ(symlink(real.c_str(), link.c_str()), 0);
+
+    VyxDesktopEntry entry(link);
+    entry.setName("New");
+    ASSERT_TRUE(entry.save(kSkipEmpty));
+    struct stat st;
+    ASSERT_EQ(lstat(link.c_str(), &st), 0);
+    EXPECT_TRUE(S_ISLNK(st.st_mode));  // the link stays a link
+    ASSERT_EQ(stat(real.c_str(), &st), 0);
+    EXPECT_EQ(st.st_mode & 0777, 0640u);
+    EXPECT_EQ(VyxDesktopEntry(real).name(), "New");
+
+    std::vector<std::string> names;
+    GetFileNameList(&names, world.path("real").c_str(), 0, "*", Vyx::tagged_bool<FilesOnly_tag>(false));
+    EXPECT_EQ(names, std::vector<std::string>{"app.desktop"});  // no temporary left behind
+}
+
+TEST(EntrySave, FailuresAreReported)
+{
+    TempHome world;
+    VyxDesktopEntry unbound;
+    EXPECT_FALSE(unbound.save(kSkipEmpty));
+
+    VyxDesktopEntry entry;
+    entry.setFilePath(world.path("missing/dir/app.desktop"));
+    entry.setName("x");
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(entry.save(kSkipEmpty));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "libvyxcore: VyxDesktopEntry::save() can't save file " + world.path("missing/dir/app.desktop") + "\n");
+    EXPECT_TRUE(entry.isValid());  // set even after a failed save (kept)
+}
+
+TEST(EntryMerge, CopyInheritOverride)
+{
+    TempHome world;
+    VyxDesktopEntry system, user;
+    system.setName("System");
+    system.setComment("From the system");
+    system.setTerminal(true);
+    system.setCategories({"Utility"});
+    user.setName("Mine");
+    user.setHidden(false);
+
+    VyxDesktopEntry inherited;
+    inherited.copyFrom(user);
+    EXPECT_TRUE(inherited.identicalTo(user));
+    inherited.inheritFrom(system);
+    EXPECT_EQ(inherited.name(), "Mine");
+    EXPECT_EQ(inherited.comment(), "From the system");
+    EXPECT_TRUE(inherited.terminal());
+    EXPECT_TRUE(inherited.hasHidden());
+
+    VyxDesktopEntry overridden;
+    overridden.copyFrom(system);
+    overridden.overrideFrom(user);
+    EXPECT_EQ(overridden.name(), "Mine");
+    EXPECT_EQ(overridden.comment(), "From the system");  // not cleared by an empty source
+    EXPECT_TRUE(overridden.hasHidden());
+    EXPECT_EQ(overridden.categories(), std::vector<std::string>{"Utility"});
+
+    overridden.copyFrom(user);  // everything, empty or not
+    EXPECT_EQ(overridden.comment(), "");
+    EXPECT_FALSE(overridden.hasTerminal());
+    EXPECT_TRUE(overridden.identicalTo(user));
+}
+
+}  // namespace

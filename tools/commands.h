@@ -19,6 +19,8 @@ int runSession(const CommonOptions& options);
 int runWhich(const CommonOptions& options);
 int runSplit(const CommonOptions& options);
 int runSystem(const CommonOptions& options);
+int runEntry(const CommonOptions& options);
+int runExec(const CommonOptions& options);
 
 // The table of every command, for dispatch and for the overview's list.
 const std::vector<Command>& commands();

@@ -29,6 +29,17 @@ const std::vector<Command>& commands()
         {"system", "system [--json]",
          "User, root, administrator group, memory, CPU, light platform, sound card, locale, edition.",
          "The edition is read from /etc/vyx/edition (\"edition=SE\", \"mode=N\").", 0, 0, runSystem},
+        {"entry", "entry FILE [--set KEY=VALUE]... [--save-as PATH] [--json]",
+         "Every field of a desktop entry, its translations, actions and other keys; --set edits and saves it.",
+         "Translations are those of LANGUAGE, else LC_ALL or LANG. With --set the entry is saved\n"
+         "to FILE (or to PATH with --save-as) and shown as saved. Exit status 1 when FILE\n"
+         "cannot be read or saved.",
+         1, 1, runEntry, {"--set", "--save-as"}},
+        {"exec", "exec FILE [--file F]... [--url U]... [--icon] [--caption] [--json]",
+         "The command line an entry's Exec gives for files or URLs (not run).",
+         "One --file (--url) fills %f (%u); several fill %F (%U). --icon and --caption\n"
+         "pass the entry's icon and name for %i and %c. Exit status 1 when nothing results.",
+         1, 1, runExec, {"--file", "--url"}, {"--icon", "--caption"}},
     };
     return table;
 }

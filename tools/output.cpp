@@ -1,18 +1,55 @@
 #include "output.h"
 
 #include <algorithm>
+#include <algorithm>
 #include <cstdio>
 
 namespace tool {
 
+std::vector<std::string> CommonOptions::valuesOf(const char* option) const
+{
+    std::vector<std::string> found;
+    for (const auto& value : values) {
+        if (value.first == option)
+            found.push_back(value.second);
+    }
+    return found;
+}
+
+bool CommonOptions::hasFlag(const char* option) const
+{
+    return std::find(flags.begin(), flags.end(), option) != flags.end();
+}
+
+namespace {
+
+bool listed(const std::vector<const char*>& options, const std::string& arg)
+{
+    return std::find_if(options.begin(), options.end(), [&](const char* o) { return arg == o; }) != options.end();
+}
+
+}  // namespace
+
 int runCommand(const Command& command, const std::vector<std::string>& args)
 {
     CommonOptions options;
-    for (const std::string& arg : args) {
+    for (size_t i = 0; i < args.size(); ++i) {
+        const std::string& arg = args[i];
+        std::string::size_type eq = arg.find('=');
+        std::string name = arg.substr(0, eq);
         if (arg == "--json") {
             options.json = true;
         } else if (arg == "--help" || arg == "-h") {
             options.help = true;
+        } else if (listed(command.valueOptions, name)) {
+            if (eq != std::string::npos)
+                options.values.emplace_back(name, arg.substr(eq + 1));
+            else if (i + 1 < args.size())
+                options.values.emplace_back(name, args[++i]);
+            else
+                return usageError(command.name, arg + " needs a value");
+        } else if (listed(command.flagOptions, arg)) {
+            options.flags.push_back(arg);
         } else if (arg.size() > 1 && arg[0] == '-') {
             return usageError(command.name, "unknown option " + arg);
         } else {

@@ -18,6 +18,12 @@ struct CommonOptions {
     bool json = false;
     bool help = false;
     std::vector<std::string> positional;
+    // Options of the command itself, in the order given: ("--set", "K=V").
+    std::vector<std::pair<std::string, std::string>> values;
+    std::vector<std::string> flags;  // ("--icon")
+
+    std::vector<std::string> valuesOf(const char* option) const;
+    bool hasFlag(const char* option) const;
 };
 
 struct Command {
@@ -28,6 +34,8 @@ struct Command {
     size_t minArgs;        // bounds on the positional arguments
     size_t maxArgs;
     int (*run)(const CommonOptions& options);
+    std::vector<const char*> valueOptions = {};  // options followed by a value
+    std::vector<const char*> flagOptions = {};
 };
 
 // Parses the common options of command, answers --help and checks the

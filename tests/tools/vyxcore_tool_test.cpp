@@ -170,7 +170,7 @@ TEST(ToolHelp, EveryCommandHasHelp)
     vyxtest::TempHome world;
     ToolRun help = runTool({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* command : {"dirs", "session", "which", "split", "system"}) {
+    for (const char* command : {"dirs", "session", "which", "split", "system", "entry", "exec"}) {
         EXPECT_TRUE(has(help.out, command)) << help.out;
         ToolRun own = runTool({command, "--help"});
         EXPECT_EQ(own.status, 0);
@@ -215,6 +215,47 @@ TEST(ToolSystem, ReportsTheUserAndTheMachine)
     EXPECT_TRUE(has(json.out, "\"locale\": \"de_DE.UTF-8\"")) << json.out;
     EXPECT_TRUE(has(json.out, "\"edition_mode\": ")) << json.out;
     EXPECT_TRUE(has(runTool({"system"}).out, "Locale          de_DE.UTF-8")) << runTool({"system"}).out;
+}
+
+}  // namespace
+
+namespace {
+
+std::string dataFile(const char* name)
+{
+    return std::string(VYX_TEST_DATA_DIR) + "/desktop/" + name;
+}
+
+TEST(ToolEntry, ShowsEditsAndSaves)
+{
+    vyxtest::TempHome world;
+    vyxtest::ScopedEnv language("LANGUAGE", "de");
+    ToolRun shown = runTool({"entry", dataFile("browser.desktop")});
+    EXPECT_EQ(shown.status, 0);
+    EXPECT_TRUE(has(shown.out, "Name (translated)  ")) << shown.out;
+    EXPECT_TRUE(has(shown.out, "Webbrowser")) << shown.out;
+    EXPECT_TRUE(has(shown.out, "Other Name[ru]")) << shown.out;
+
+    std::string copy = world.path("copy.desktop");
+    ToolRun edited = runTool({"entry", dataFile("browser.desktop"), "--set", "Name=Edited", "--set=X-Mine=1",
+                              "--save-as", copy, "--json"});
+    EXPECT_EQ(edited.status, 0) << edited.err;
+    EXPECT_TRUE(has(edited.out, "\"name\": \"Edited\"")) << edited.out;
+    EXPECT_TRUE(has(vyxtest::readFile(copy), "X-Mine = 1"));
+    EXPECT_EQ(runTool({"entry", world.path("none.desktop")}).status, 1);
+    EXPECT_EQ(runTool({"entry", copy, "--set", "novalue"}).status, 2);
+}
+
+TEST(ToolExec, ExpandsWithoutRunning)
+{
+    vyxtest::TempHome world;
+    ToolRun single = runTool({"exec", dataFile("browser.desktop"), "--url", "https://example.org/a b"});
+    EXPECT_EQ(single.status, 0);
+    EXPECT_EQ(single.out, "/usr/lib/browser/browser \"https://example.org/a b\"\n");
+    ToolRun list = runTool({"exec", dataFile("crlf-bom.desktop"), "--file", "/a", "--file", "/b c"});
+    EXPECT_EQ(list.out, "editor /a \"/b c\"\n");
+    EXPECT_EQ(runTool({"exec", dataFile("link.desktop")}).status, 1);  // no Exec at all
+    EXPECT_EQ(runTool({"exec", dataFile("browser.desktop"), "--file"}).status, 2);
 }
 
 }  // namespace

@@ -100,7 +100,12 @@ bool VyxDesktopEntryPrivate::load()
     IniDocument ini;
     if (filePath.empty() || !ini.loadFile(filePath))
         return false;
+    loadFrom(ini);
+    return true;
+}
 
+void VyxDesktopEntryPrivate::loadFrom(const IniDocument& ini)
+{
     name = ini.text(kGroup, "Name");
     // Several translations of one key: the earliest language of the list wins.
     int ranks[sizeof kTranslatedKeys / sizeof kTranslatedKeys[0]];
@@ -133,5 +138,4 @@ bool VyxDesktopEntryPrivate::load()
     loadActions(*this, ini);
     loaded = true;
     validity = 1;
-    return true;
 }

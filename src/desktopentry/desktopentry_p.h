@@ -47,6 +47,8 @@ public:
                                    const char* key) const;
 
     bool load();
+    // Fills the model from a parsed document and marks it loaded.
+    void loadFrom(const Vyx::detail::IniDocument& ini);
     bool save(bool saveEmpty);
 
     std::string filePath;

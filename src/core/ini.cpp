@@ -4,11 +4,26 @@
 #include "core/atomicfile_p.h"
 
 #include <algorithm>
+#include <cstdio>
+#include <sys/stat.h>
 
 // The one instantiation of the document type, for every user of ini_p.h.
 template class CSimpleIniTempl<char, SI_NoCase<char>, SI_ConvertA<char>>;
 
 namespace Vyx::detail {
+
+bool IniDocument::loadFile(const std::string& path)
+{
+    FILE* file = std::fopen(path.c_str(), "rb");
+    if (!file)
+        return false;
+    // Only regular files: the reader sizes its buffer by seeking to the end,
+    // which for a directory or a device gives a nonsensical length.
+    struct stat st;
+    bool ok = fstat(fileno(file), &st) == 0 && S_ISREG(st.st_mode) && m_ini.LoadFile(file) >= 0;
+    std::fclose(file);
+    return ok;
+}
 
 std::vector<std::pair<const char*, const char*>> IniDocument::entries(const char* group) const
 {

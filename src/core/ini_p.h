@@ -24,8 +24,8 @@ class IniDocument {
 public:
     IniDocument() : m_ini(true, false, false) {}
 
-    // False when the file cannot be read or parsed.
-    bool loadFile(const std::string& path) { return m_ini.LoadFile(path.c_str()) >= 0; }
+    // False when the file cannot be read or parsed, or is not a regular file.
+    bool loadFile(const std::string& path);
     bool loadData(const char* data, size_t size) { return m_ini.LoadData(data, size) >= 0; }
 
     // The value of key in group, or null.

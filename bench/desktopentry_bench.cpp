@@ -4,6 +4,8 @@
 //   VYX_DESKTOP_CORPUS=DIR build/bench/desktopentry_bench   the *.desktop files below DIR
 // Runs with LANGUAGE=de unless LANGUAGE is set.
 
+#include "core/ini_p.h"
+
 #include <vyxdesktopentry.h>
 #include <vyxfileutils.h>
 
@@ -85,5 +87,18 @@ void BM_DesktopEntryLoad(benchmark::State& state)
     state.counters["loaded_share"] = state.iterations() ? double(loaded) / double(state.iterations()) : 0;
 }
 BENCHMARK(BM_DesktopEntryLoad)->Unit(benchmark::kMicrosecond);
+
+// The INI document alone: the floor under the entry's cost.
+void BM_IniDocumentLoad(benchmark::State& state)
+{
+    const std::vector<std::string>& files = corpus();
+    size_t next = 0;
+    for (auto _ : state) {
+        Vyx::detail::IniDocument ini;
+        benchmark::DoNotOptimize(ini.loadFile(files[next]));
+        next = (next + 1) % files.size();
+    }
+}
+BENCHMARK(BM_IniDocumentLoad)->Unit(benchmark::kMicrosecond);
 
 }  // namespace

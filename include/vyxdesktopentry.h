@@ -8,6 +8,7 @@
 #include "vyxexport.h"
 #include "vyxstrings.h"
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <utility>
@@ -68,6 +69,28 @@ private:
 
 class VYX_EXPORT VyxDesktopEntry {
 public:
+    // Why an entry is not shown in this session.
+    enum DisplayableCode : int32_t {
+        Displayable = 0,
+        DisplayableHidden = -1,         // Hidden is true
+        DisplayableNotForSession = -2,  // OnlyShowIn, NotShowIn or the kiosk whitelist
+        DisplayableNoDisplay = -3       // NoDisplay is true
+    };
+    // Why an entry cannot be used here. 6 is not used.
+    enum SuitableCode : int32_t {
+        Suitable = 0,
+        SuitableNoType = 1,
+        SuitableBadExec = 2,            // empty command, or an unterminated or empty quoted program
+        SuitableExecNotFound = 3,       // the program is a path that does not exist
+        SuitableExecNotInPath = 4,      // the program is not found in PATH
+        SuitableOriginFileMissing = 5,  // X-Vyx-OriginFile names a missing file
+        SuitableTryExecNotFound = 7,
+        SuitableTryExecNotInPath = 8,
+        SuitableLinkWithoutUrl = 9,
+        SuitableAdminRequired = 10,     // needs administrator (or console) rights the user lacks
+        SuitableModeMismatch = 11       // X-Vyx-OnlyShowInModes does not list the edition mode
+    };
+
     // Binds the entry to path and, when it is not empty, loads it at once
     // (see isLoaded()).
     explicit VyxDesktopEntry(const std::string& path = std::string());
@@ -185,6 +208,25 @@ public:
     // The value of the first unknown key named key; empty when there is none
     // (or key is null or empty).
     std::string getUnknownValue(const char* key) const;
+
+    // Whether the entry is shown in this session: not Hidden, meant for this
+    // desktop (isForVyx), not NoDisplay. code, when given, is set to 0 and
+    // to the reason on failure.
+    bool isDisplayable(DisplayableCode* code = nullptr) const;
+    // Whether OnlyShowIn, NotShowIn and, in a kiosk session, the kiosk
+    // whitelist admit the entry to this desktop.
+    bool isForVyx(DisplayableCode* code = nullptr) const;
+    // Whether the entry can be used here by this user: a type, a URL for
+    // links, TryExec and Exec programs that exist, administrator marks, the
+    // origin file and the edition modes. A false answer may leave code 0
+    // (an "su-to-root" without "-c", an "env" without a program): treat
+    // false as unsuitable whatever the code.
+    bool isSuitable(SuitableCode* code = nullptr) const;
+    // The Exec checks alone, on a raw command (field codes not expanded).
+    static bool isExecSuitable(const char* exec, Vyx::tagged_bool<AdminOnly_tag> adminOnly,
+                               SuitableCode* code = nullptr);
+    // Whether tryExec names an existing program (searched in PATH without a "/").
+    static bool isTryExecSuitable(const char* tryExec, SuitableCode* code = nullptr);
 
     // The translation when there is one, else the untranslated value.
     const std::string& localNameOrFallback() const;

@@ -21,6 +21,7 @@ int runSplit(const CommonOptions& options);
 int runSystem(const CommonOptions& options);
 int runEntry(const CommonOptions& options);
 int runExec(const CommonOptions& options);
+int runWhy(const CommonOptions& options);
 
 // The table of every command, for dispatch and for the overview's list.
 const std::vector<Command>& commands();

@@ -40,6 +40,10 @@ const std::vector<Command>& commands()
          "One --file (--url) fills %f (%u); several fill %F (%U). --icon and --caption\n"
          "pass the entry's icon and name for %i and %c. Exit status 1 when nothing results.",
          1, 1, runExec, {"--file", "--url"}, {"--icon", "--caption"}},
+        {"why", "why FILE [--json]", "Whether a desktop entry is shown and may run here, with the reason when not.",
+         "Shown: Hidden, OnlyShowIn/NotShowIn (and the kiosk whitelist), NoDisplay.\n"
+         "Usable: Type, URL, TryExec, Exec, administrator marks, origin file, edition modes.",
+         1, 1, runWhy},
     };
     return table;
 }

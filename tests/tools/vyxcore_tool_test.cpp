@@ -170,7 +170,7 @@ TEST(ToolHelp, EveryCommandHasHelp)
     vyxtest::TempHome world;
     ToolRun help = runTool({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* command : {"dirs", "session", "which", "split", "system", "entry", "exec"}) {
+    for (const char* command : {"dirs", "session", "which", "split", "system", "entry", "exec", "why"}) {
         EXPECT_TRUE(has(help.out, command)) << help.out;
         ToolRun own = runTool({command, "--help"});
         EXPECT_EQ(own.status, 0);
@@ -256,6 +256,21 @@ TEST(ToolExec, ExpandsWithoutRunning)
     EXPECT_EQ(list.out, "editor /a \"/b c\"\n");
     EXPECT_EQ(runTool({"exec", dataFile("link.desktop")}).status, 1);  // no Exec at all
     EXPECT_EQ(runTool({"exec", dataFile("browser.desktop"), "--file"}).status, 2);
+}
+
+}  // namespace
+
+namespace {
+
+TEST(ToolWhy, GivesTheReasonWithItsCode)
+{
+    vyxtest::TempHome world;
+    std::string file = world.writeFile("gone.desktop", "[Desktop Entry]\nType=Application\nExec=no-such-42\nNoDisplay=true\n");
+    ToolRun why = runTool({"why", file});
+    EXPECT_EQ(why.status, 0);
+    EXPECT_TRUE(has(why.out, "no  -3 DisplayableNoDisplay")) << why.out;
+    EXPECT_TRUE(has(why.out, "no  4 SuitableExecNotInPath")) << why.out;
+    EXPECT_TRUE(has(runTool({"why", dataFile("link.desktop"), "--json"}).out, "\"suitable\": true"));
 }
 
 }  // namespace

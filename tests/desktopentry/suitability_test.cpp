@@ -1,0 +1,201 @@
+// Whether entries are shown and may run: the rules on given facts, and the
+// process's own facts from the real machine.
+
+#include "desktopentry/suitability_p.h"
+#include "support/child_process.h"
+#include "support/temp_home.h"
+
+#include <vyxdesktopentry.h>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace {
+
+using Code = VyxDesktopEntry::SuitableCode;
+using DisplayCode = VyxDesktopEntry::DisplayableCode;
+using vyxtest::ScopedEnv;
+using vyxtest::TempHome;
+using Vyx::detail::SessionFacts;
+using Vyx::detail::UserFacts;
+
+VyxDesktopEntry entryFrom(const TempHome& world, const std::string& name, const std::string& body)
+{
+    return VyxDesktopEntry(world.writeFile(name, "[Desktop Entry]\n" + body));
+}
+
+DisplayCode displayCode(const VyxDesktopEntry& entry, const SessionFacts& facts)
+{
+    DisplayCode code = VyxDesktopEntry::Displayable;
+    Vyx::detail::isForSession(entry, facts, &code);
+    return code;
+}
+
+TEST(ForSession, OnlyShowInAndNotShowIn)
+{
+    TempHome world;
+    SessionFacts plain, plasma, mini;
+    plasma.plasmaPresent = true;
+    mini.sessionName = "vyx-mini";
+    VyxDesktopEntry kde = entryFrom(world, "kde.desktop", "OnlyShowIn=KDE;\n");
+    EXPECT_EQ(displayCode(kde, plain), VyxDesktopEntry::Displayable);  // no Plasma: "KDE" means us
+    EXPECT_EQ(displayCode(kde, plasma), VyxDesktopEntry::DisplayableNotForSession);
+    EXPECT_EQ(displayCode(entryFrom(world, "notkde.desktop", "NotShowIn=KDE;\n"), plasma), VyxDesktopEntry::Displayable);
+    EXPECT_EQ(displayCode(entryFrom(world, "vyx.desktop", "OnlyShowIn=GNOME;vyx;\n"), plain), VyxDesktopEntry::Displayable);
+    EXPECT_EQ(displayCode(entryFrom(world, "gnome.desktop", "OnlyShowIn=GNOME;\n"), plain),
+              VyxDesktopEntry::DisplayableNotForSession);
+    VyxDesktopEntry notMini = entryFrom(world, "nomini.desktop", "NotShowIn=Vyx-Mini;\n");
+    EXPECT_EQ(displayCode(notMini, mini), VyxDesktopEntry::DisplayableNotForSession);
+    EXPECT_EQ(displayCode(notMini, plain), VyxDesktopEntry::Displayable);
+}
+
+TEST(Displayable, HiddenAndNoDisplayInOrder)
+{
+    TempHome world;
+    DisplayCode code;
+    EXPECT_FALSE(entryFrom(world, "h.desktop", "Hidden=true\nOnlyShowIn=GNOME\n").isDisplayable(&code));
+    EXPECT_EQ(code, VyxDesktopEntry::DisplayableHidden);
+    EXPECT_FALSE(entryFrom(world, "n.desktop", "NoDisplay=true\nOnlyShowIn=GNOME\n").isDisplayable(&code));
+    EXPECT_EQ(code, VyxDesktopEntry::DisplayableNotForSession);
+    EXPECT_FALSE(entryFrom(world, "m.desktop", "NoDisplay=true\n").isDisplayable(&code));
+    EXPECT_EQ(code, VyxDesktopEntry::DisplayableNoDisplay);
+    EXPECT_TRUE(entryFrom(world, "ok.desktop", "OnlyShowIn=VYX\n").isDisplayable(&code));  // DESKTOP_SESSION unset
+    EXPECT_EQ(code, VyxDesktopEntry::Displayable);
+}
+
+TEST(Displayable, PlasmaShellOnTheMachineTurnsKdeEntriesAway)
+{
+    TempHome world;
+    std::string entry = world.writeFile("kde.desktop", "[Desktop Entry]\nOnlyShowIn=KDE;\n");
+    std::string shell = world.writeFile("plasmashell", "");
+    vyxtest::ChildOptions options;
+    options.mounts = {vyxtest::Mount::bind(shell, "/usr/bin/plasmashell")};
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] { EXPECT_FALSE(VyxDesktopEntry(entry).isDisplayable()); }));
+    vyxtest::ChildOptions none;
+    none.mounts = {vyxtest::Mount::tmpfs("/usr/bin")};
+    VYX_EXPECT_CHILD(vyxtest::runInChild(none, [&] { EXPECT_TRUE(VyxDesktopEntry(entry).isDisplayable()); }));
+}
+
+Code execCode(const char* exec, const UserFacts& user = UserFacts{}, bool adminOnly = false)
+{
+    Code code = static_cast<Code>(99);
+    bool ok = Vyx::detail::isExecSuitableFor(exec, adminOnly, user, &code);
+    EXPECT_EQ(ok, false) << exec;  // callers below expect failures unless noted
+    return code;
+}
+
+bool execOk(const char* exec, const UserFacts& user = UserFacts{})
+{
+    Code code;
+    bool ok = Vyx::detail::isExecSuitableFor(exec, false, user, &code);
+    EXPECT_EQ(code, VyxDesktopEntry::Suitable) << exec;
+    return ok;
+}
+
+TEST(ExecRules, ProgramNameIsolation)
+{
+    TempHome world;
+    std::string program = world.writeFile("my app/run", "#!/bin/sh\n");
+    chmod(program.c_str(), 0755);
+    EXPECT_TRUE(execOk(("\"" + program + "\" --x").c_str()));
+    EXPECT_EQ(execCode("\""), VyxDesktopEntry::SuitableBadExec);
+    EXPECT_EQ(execCode("\"\" x"), VyxDesktopEntry::SuitableBadExec);
+    EXPECT_EQ(execCode(""), VyxDesktopEntry::SuitableBadExec);
+    EXPECT_TRUE(execOk("env LANG=C ls --all"));
+    EXPECT_EQ(execCode("env LANG=C no-such-program-42"), VyxDesktopEntry::SuitableExecNotInPath);
+    EXPECT_EQ(execCode("env foo"), VyxDesktopEntry::Suitable);  // false with code 0, kept
+    EXPECT_TRUE(execOk("ls;rm -rf /"));
+    EXPECT_TRUE(execOk("VYXWM_RESTART"));  // a window-manager command, not a program
+    EXPECT_EQ(execCode("VYXWM_"), VyxDesktopEntry::SuitableExecNotInPath);
+    EXPECT_EQ(execCode("/no/such/program %f"), VyxDesktopEntry::SuitableExecNotFound);
+    UserFacts admin;
+    admin.administrator = true;
+    EXPECT_EQ(execCode("su-to-root -X ls", admin), VyxDesktopEntry::Suitable);  // no "-c": code 0, kept
+    EXPECT_TRUE(execOk("su-to-root -c \"ls\"", admin));
+    EXPECT_TRUE(execOk("su-to-root -c ls -l", admin));
+    EXPECT_EQ(execCode("su-to-root -c \"", admin), VyxDesktopEntry::SuitableBadExec);
+}
+
+TEST(ExecRules, PrivilegesAndTerminals)
+{
+    UserFacts ordinary, unchecked, noConsole;
+    unchecked.noAdminCheck = true;
+    noConsole.consoleAllowed = false;
+    EXPECT_EQ(execCode("pkexec ls"), VyxDesktopEntry::SuitableAdminRequired);
+    EXPECT_EQ(execCode("vyx-su ls"), VyxDesktopEntry::SuitableAdminRequired);
+    EXPECT_EQ(execCode("ls", ordinary, true), VyxDesktopEntry::SuitableAdminRequired);
+    EXPECT_EQ(execCode("pkexec no-such-42", unchecked), VyxDesktopEntry::SuitableExecNotInPath);  // no rights check
+    EXPECT_EQ(execCode("su-to-root", ordinary), VyxDesktopEntry::SuitableExecNotInPath);  // no blank: no rights check
+    EXPECT_EQ(execCode("x-terminal-emulator -e top", noConsole), VyxDesktopEntry::SuitableAdminRequired);
+    EXPECT_EQ(execCode("mc", noConsole), VyxDesktopEntry::SuitableAdminRequired);
+    UserFacts root = noConsole;
+    root.root = true;
+    EXPECT_TRUE(execOk("ls --color", root));
+}
+
+TEST(Suitable, TypeLinkTryExecOriginAndModes)
+{
+    TempHome world;
+    Code code;
+    EXPECT_FALSE(entryFrom(world, "a.desktop", "Exec=ls\n").isSuitable(&code));
+    EXPECT_EQ(code, VyxDesktopEntry::SuitableNoType);
+    EXPECT_FALSE(entryFrom(world, "b.desktop", "Type=Link\n").isSuitable(&code));
+    EXPECT_EQ(code, VyxDesktopEntry::SuitableLinkWithoutUrl);
+    EXPECT_FALSE(entryFrom(world, "c.desktop", "Type=Application\nTryExec=/no/such\nExec=ls\n").isSuitable(&code));
+    EXPECT_EQ(code, VyxDesktopEntry::SuitableTryExecNotFound);
+    EXPECT_FALSE(entryFrom(world, "d.desktop", "Type=Application\nTryExec=nope-42\nExec=ls\n").isSuitable(&code));
+    EXPECT_EQ(code, VyxDesktopEntry::SuitableTryExecNotInPath);
+    world.writeFile("home/tool", "x");
+    EXPECT_TRUE(entryFrom(world, "e.desktop", "Type=Application\nTryExec=$HOME/tool\nExec=ls\n").isSuitable(&code));
+    EXPECT_FALSE(entryFrom(world, "f.desktop", "Type=Application\nExec=ls\nX-Vyx-OriginFile=/no/origin\n").isSuitable(&code));
+    EXPECT_EQ(code, VyxDesktopEntry::SuitableOriginFileMissing);
+    EXPECT_TRUE(entryFrom(world, "g.desktop", "Type=Link\nURL=https://x\n").isSuitable(&code));
+    EXPECT_EQ(code, VyxDesktopEntry::Suitable);
+
+    std::string modes = world.writeFile("h.desktop", "[Desktop Entry]\nType=Directory\nX-Vyx-OnlyShowInModes=1;2\n");
+    vyxtest::ChildOptions options;
+    options.mounts = {vyxtest::Mount::bind(world.writeFile("edition", "mode=3\n"), "/etc/vyx/edition")};
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
+        Code inner;
+        EXPECT_FALSE(VyxDesktopEntry(modes).isSuitable(&inner));
+        EXPECT_EQ(inner, VyxDesktopEntry::SuitableModeMismatch);
+    }));
+}
+
+TEST(Suitable, AdminOnlyEntriesForAnOrdinaryUser)
+{
+    TempHome world;
+    std::string dir = world.writeFile("admin.directory", "[Desktop Entry]\nType=Directory\nX-Vyx-AdminOnly=TRUE\n");
+    vyxtest::ChildOptions options;
+    options.unprivileged = true;
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
+        Code code;
+        EXPECT_FALSE(VyxDesktopEntry(dir).isSuitable(&code));
+        EXPECT_EQ(code, VyxDesktopEntry::SuitableAdminRequired);
+        EXPECT_FALSE(VyxDesktopEntry::isExecSuitable("pkexec ls", Vyx::tagged_bool<AdminOnly_tag>(false), &code));
+        EXPECT_EQ(code, VyxDesktopEntry::SuitableAdminRequired);
+    }));
+    if (geteuid() == 0) {
+        EXPECT_TRUE(VyxDesktopEntry(dir).isSuitable());  // root may
+    }
+}
+
+TEST(Kiosk, WhitelistByFileNameAndProgram)
+{
+    TempHome world;
+    std::string kioskDir = world.path("kiosk");
+    world.writeFile("kiosk/sub/editor.desktop", "[Desktop Entry]\nExec=/usr/bin/editor --kiosk\n");
+    ScopedEnv session("DESKTOP_SESSION", "vyx-kiosk"), config("VYX_KIOSK_CONFIG_DIR", kioskDir.c_str());
+    DisplayCode code;
+    EXPECT_TRUE(entryFrom(world, "apps/editor.desktop", "Exec=editor --kiosk\n").isForVyx(&code));
+    EXPECT_FALSE(entryFrom(world, "apps2/editor.desktop", "Exec=other\n").isForVyx(&code));
+    EXPECT_EQ(code, VyxDesktopEntry::DisplayableNotForSession);
+    EXPECT_FALSE(entryFrom(world, "apps/viewer.desktop", "Exec=viewer\n").isForVyx(&code));
+    EXPECT_TRUE(entryFrom(world, "apps/menu.directory", "Type=Directory\n").isForVyx());
+    EXPECT_TRUE(entryFrom(world, "apps/kiosk-only.desktop", "Exec=x\nOnlyShowIn=VYX-KIOSK;\n").isForVyx());
+    world.writeFile("apps3/editor-kiosk.desktop", "[Desktop Entry]\n");
+    EXPECT_FALSE(entryFrom(world, "apps3/editor.desktop", "Exec=/usr/bin/editor --kiosk\n").isForVyx(&code));
+}
+
+}  // namespace

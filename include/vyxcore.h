@@ -9,6 +9,7 @@
 #include "vyxfileutils.h"
 #include "vyxcmdline.h"
 #include "vyxdesktopentry.h"
+#include "vyxmime.h"
 #include "vyxsession.h"
 #include "vyxsystem.h"
 

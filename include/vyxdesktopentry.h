@@ -239,6 +239,27 @@ private:
     std::unique_ptr<VyxDesktopEntryPrivate> d;
 };
 
+// --- the application catalogue ---
+
+// Builds, once per process, the ordered application directories (the user's,
+// then the XDG data directories, then the system's), the MIME alias table and
+// the path of the per-user MIME cache file. Later calls return at once.
+VYX_EXPORT void FillDesktopEntriesDirArray();
+// The application directories, highest priority first.
+VYX_EXPORT std::vector<std::string> GetAllAppDesktopEntrySearchPaths();
+// The full path of a desktop file name: an absolute name as it is, else the
+// first application directory that holds it; empty when none does, or when
+// the directories have not been built yet (FillDesktopEntriesDirArray).
+VYX_EXPORT std::string GetDesktopEntryFullPath(const char* name);
+// Every desktop file of every application directory (two levels deep); a
+// name found in two directories is listed twice, the first directory first.
+VYX_EXPORT std::vector<std::string> GetAllAppDesktopEntryPaths();
+// Every entry of type "Application" among those files.
+VYX_EXPORT std::vector<VyxDesktopEntry> GetAllAppDesktopEntries();
+// The menu folders (".directory" files of type "Directory" with categories),
+// each as its path with the last 11 characters cut off.
+VYX_EXPORT std::vector<std::string> GetAllCategorizedFolderList();
+
 // An Exec value and what to open with it, expanded by toString() into one
 // shell command line. Fields are borrowed from the caller; null or empty
 // means absent. toString() consumes what it substitutes (a used field is set

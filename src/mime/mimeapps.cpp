@@ -1,0 +1,202 @@
+#include "vyxmime.h"
+
+#include "core/environment_p.h"
+#include "core/ini_p.h"
+#include "vyxdirs.h"
+#include "vyxsession.h"
+
+#include <map>
+#include <mutex>
+#include <sys/stat.h>
+
+namespace {
+
+struct Locations {
+    std::vector<std::string> desktops;
+    std::string configHome;  // empty when unknown
+    std::vector<std::string> configDirs;
+    std::string dataHome;
+    std::vector<std::string> dataDirs;
+};
+
+Locations locations()
+{
+    using Vyx::detail::envString;
+    Locations l;
+    std::string home = GetVyxDir(HomeDir);
+    l.desktops = Vyx::split(envString("XDG_CURRENT_DESKTOP").c_str(), ":");
+    l.configHome = envString("XDG_CONFIG_HOME");
+    if (l.configHome.empty() && !home.empty())
+        l.configHome = home + "/.config";
+    std::string configDirs = envString("XDG_CONFIG_DIRS");
+    l.configDirs = Vyx::split(configDirs.empty() ? "/etc/xdg" : configDirs.c_str(), ":");
+    l.dataHome = envString("XDG_DATA_HOME");
+    if (l.dataHome.empty() && !home.empty())
+        l.dataHome = home + "/.local/share";
+    std::string dataDirs = envString("XDG_DATA_DIRS");
+    l.dataDirs = Vyx::split(dataDirs.empty() ? "/usr/local/share:/usr/share" : dataDirs.c_str(), ":");
+    return l;
+}
+
+bool exists(const std::string& path)
+{
+    struct stat st;
+    return stat(path.c_str(), &st) == 0;
+}
+
+std::vector<std::string> listExisting()
+{
+    Locations l = locations();
+    std::vector<std::string> candidates;
+    auto add = [&](const std::string& path) {
+        if (exists(path))
+            candidates.push_back(path);
+    };
+    auto inDir = [&](const std::string& dir, const char* sub) {
+        if (dir.empty())
+            return;
+        for (const std::string& desktop : l.desktops)
+            add(dir + sub + desktop + "-mimeapps.list");
+        add(dir + sub + "mimeapps.list");
+    };
+    auto inDirs = [&](const std::vector<std::string>& dirs, const char* sub) {
+        for (const std::string& desktop : l.desktops) {
+            for (const std::string& dir : dirs)
+                add(dir + sub + desktop + "-mimeapps.list");
+        }
+        for (const std::string& dir : dirs)
+            add(dir + sub + "mimeapps.list");
+    };
+    inDir(l.configHome, "/");
+    inDirs(l.configDirs, "/");
+    inDir(l.dataHome, "/applications/");
+    inDirs(l.dataDirs, "/applications/");
+    return candidates;
+}
+
+// The assignments of the "Added Associations" groups.
+std::mutex g_assignMutex;
+std::multimap<std::string, VyxDesktopEntry> g_entries;
+std::multimap<std::string, std::string> g_icons;
+long long g_loadTime = 0;
+
+void refreshAssignments()
+{
+    static const std::vector<std::string> lists = listExisting();
+    long long newest = 0;
+    for (const std::string& list : lists) {
+        struct stat st;
+        if (stat(list.c_str(), &st) == 0 && st.st_mtime > newest) {
+            newest = st.st_mtime;
+            if (g_loadTime && newest > g_loadTime)
+                break;
+        }
+    }
+    if (g_loadTime >= newest)
+        return;
+    g_entries.clear();
+    g_icons.clear();
+    FillDesktopEntriesDirArray();
+    for (const std::string& list : lists) {
+        Vyx::detail::IniDocument ini;
+        if (!ini.loadFile(list))
+            continue;
+        for (const auto& [type, value] : ini.entries("Added Associations")) {
+            for (const std::string& item : Vyx::split(value, ";,")) {
+                std::string path = GetDesktopEntryFullPath(item.c_str());
+                if (path.empty())
+                    continue;
+                VyxDesktopEntry entry(path);
+                if (entry.isLoaded() && !entry.localIconOrFallback().empty())
+                    g_icons.emplace(type, entry.localIconOrFallback());
+                g_entries.emplace(type, std::move(entry));
+            }
+        }
+    }
+    g_loadTime = newest;
+}
+
+// mime first, then its aliases; the first found only unless all.
+template <typename Visit>
+void walkAssigned(const char* mime, bool all, Visit visit)
+{
+    std::vector<std::string> types{mime};
+    for (const std::string& alias : GetMimeAliases(mime))
+        types.push_back(alias);
+    std::lock_guard<std::mutex> lock(g_assignMutex);
+    refreshAssignments();
+    bool found = false;
+    for (const std::string& type : types) {
+        auto range = g_entries.equal_range(type);
+        for (auto it = range.first; it != range.second; ++it) {
+            visit(it->second);
+            found = true;
+            if (!all)
+                return;
+        }
+        if (!all && found)
+            return;
+    }
+}
+
+}  // namespace
+
+std::vector<std::string> GetMimeappsLists()
+{
+    static const std::vector<std::string> lists = listExisting();
+    return lists;
+}
+
+std::string GetWritableMimeappsList()
+{
+    static std::mutex mutex;
+    static std::string cached;
+    std::lock_guard<std::mutex> lock(mutex);
+    if (cached.empty()) {
+        std::string configHome = locations().configHome;
+        if (!configHome.empty())
+            cached = configHome + "/mimeapps.list";
+    }
+    return cached;
+}
+
+std::string GetWritableDesktopMimeappsList()
+{
+    static std::mutex mutex;
+    static std::string cached;
+    std::lock_guard<std::mutex> lock(mutex);
+    if (cached.empty()) {
+        Locations l = locations();
+        std::string name = Vyx::makeString(vyxSessionName());
+        if (name.empty() && !l.desktops.empty())
+            name = l.desktops.front();
+        if (!l.configHome.empty() && !name.empty() && name != "vyx")
+            cached = l.configHome + "/" + name + "-mimeapps.list";
+    }
+    return cached;
+}
+
+std::vector<VyxDesktopEntry> GetAssignedDesktopEntryForMime(const char* mime,
+                                                            Vyx::tagged_bool<AllDesktopEntries_tag> all)
+{
+    std::vector<VyxDesktopEntry> result;
+    if (!mime || !*mime)
+        return result;
+    walkAssigned(mime, static_cast<bool>(all), [&](const VyxDesktopEntry& stored) {
+        VyxDesktopEntry copy;
+        copy.setFilePath(stored.filePath());
+        copy.copyFrom(stored);
+        result.push_back(std::move(copy));
+    });
+    return result;
+}
+
+std::vector<std::string> GetAssignedIconForMime(const char* mime, Vyx::tagged_bool<AllIcons_tag> all)
+{
+    std::vector<std::string> result;
+    if (!mime || !*mime)
+        return result;
+    walkAssigned(mime, static_cast<bool>(all),
+                 [&](const VyxDesktopEntry& stored) { result.push_back(stored.localIconOrFallback()); });
+    return result;
+}

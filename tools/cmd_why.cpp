@@ -46,7 +46,16 @@ const char* suitableName(VyxDesktopEntry::SuitableCode code)
 
 int runWhy(const CommonOptions& options)
 {
-    VyxDesktopEntry entry(options.positional[0]);
+    // A desktop-file id ("app.desktop") is looked up in the application
+    // directories; anything with a "/" is a file.
+    std::string path = options.positional[0];
+    if (path.find('/') == std::string::npos) {
+        FillDesktopEntriesDirArray();
+        std::string found = GetDesktopEntryFullPath(path.c_str());
+        if (!found.empty())
+            path = found;
+    }
+    VyxDesktopEntry entry(path);
     if (!entry.isLoaded()) {
         std::fprintf(stderr, "vyxcore why: cannot read %s\n", options.positional[0].c_str());
         return NothingFound;

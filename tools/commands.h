@@ -22,6 +22,10 @@ int runSystem(const CommonOptions& options);
 int runEntry(const CommonOptions& options);
 int runExec(const CommonOptions& options);
 int runWhy(const CommonOptions& options);
+int runApps(const CommonOptions& options);
+int runDefault(const CommonOptions& options);
+int runAssigned(const CommonOptions& options);
+int runMimeapps(const CommonOptions& options);
 
 // The table of every command, for dispatch and for the overview's list.
 const std::vector<Command>& commands();

@@ -170,7 +170,7 @@ TEST(ToolHelp, EveryCommandHasHelp)
     vyxtest::TempHome world;
     ToolRun help = runTool({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* command : {"dirs", "session", "which", "split", "system", "entry", "exec", "why"}) {
+    for (const char* command : {"dirs", "session", "which", "split", "system", "entry", "exec", "why", "apps", "default", "assigned", "mimeapps"}) {
         EXPECT_TRUE(has(help.out, command)) << help.out;
         ToolRun own = runTool({command, "--help"});
         EXPECT_EQ(own.status, 0);
@@ -271,6 +271,39 @@ TEST(ToolWhy, GivesTheReasonWithItsCode)
     EXPECT_TRUE(has(why.out, "no  -3 DisplayableNoDisplay")) << why.out;
     EXPECT_TRUE(has(why.out, "no  4 SuitableExecNotInPath")) << why.out;
     EXPECT_TRUE(has(runTool({"why", dataFile("link.desktop"), "--json"}).out, "\"suitable\": true"));
+}
+
+}  // namespace
+
+namespace {
+
+TEST(ToolApps, ListsDefaultsAssignmentsAndTheirSources)
+{
+    vyxtest::TempHome world;
+    world.writeFile("usr/share/applications/shown.desktop",
+                    "[Desktop Entry]\nType=Application\nName=Shown App\nExec=true\nMimeType=text/x-vyxtest;\n");
+    world.writeFile("usr/share/applications/hidden.desktop",
+                    "[Desktop Entry]\nType=Application\nName=Hidden App\nExec=true\nNoDisplay=true\n");
+    std::string list = world.writeFile("home/.config/mimeapps.list",
+                                       "[Added Associations]\ntext/x-vyxtest=shown.desktop;\n");
+
+    ToolRun apps = runTool({"apps"});
+    EXPECT_EQ(apps.status, 0);
+    EXPECT_TRUE(has(apps.out, "Shown App")) << apps.out;
+    EXPECT_FALSE(has(apps.out, "Hidden App")) << apps.out;
+    EXPECT_TRUE(has(runTool({"apps", "--all"}).out, "hidden.desktop")) << apps.out;
+
+    ToolRun found = runTool({"default", "text/x-vyxtest"});
+    EXPECT_EQ(found.status, 0);
+    EXPECT_TRUE(has(found.out, world.path("usr/share/applications/shown.desktop") + "  (from the desktop files of"))
+        << found.out;
+    EXPECT_EQ(runTool({"default", "text/x-none-vyxtest"}).status, 1);
+
+    ToolRun assigned = runTool({"assigned", "text/x-vyxtest", "--json"});
+    EXPECT_EQ(assigned.status, 0);
+    EXPECT_TRUE(has(assigned.out, "\"source\": \"" + list + "\"")) << assigned.out;
+    EXPECT_TRUE(has(runTool({"mimeapps"}).out, list));
+    EXPECT_TRUE(has(runTool({"why", "hidden.desktop"}).out, "DisplayableNoDisplay"));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <sys/stat.h>
 
 namespace {
@@ -196,6 +197,57 @@ TEST(Kiosk, WhitelistByFileNameAndProgram)
     EXPECT_TRUE(entryFrom(world, "apps/kiosk-only.desktop", "Exec=x\nOnlyShowIn=VYX-KIOSK;\n").isForVyx());
     world.writeFile("apps3/editor-kiosk.desktop", "[Desktop Entry]\n");
     EXPECT_FALSE(entryFrom(world, "apps3/editor.desktop", "Exec=/usr/bin/editor --kiosk\n").isForVyx(&code));
+}
+
+}  // namespace
+
+namespace {
+
+// Real users and groups: a private group database, a restricted /dev/pts,
+// and a child running as the test user.
+void asUser(const TempHome& world, uid_t uid, const std::string& groups, bool restrictTerminals,
+            const std::function<void()>& body)
+{
+    std::string passwd = vyxtest::readFile("/etc/passwd") + "alice:x:2001:2001::/home/alice:/bin/sh\n" +
+                         "bob:x:2002:2002::/home/bob:/bin/sh\n";
+    std::string group = vyxtest::readFile("/etc/group") + "alice:x:2001:\nbob:x:2002:\n" + groups;
+    vyxtest::ChildOptions options;
+    options.mounts = {vyxtest::Mount::bind(world.writeFile("passwd", passwd), "/etc/passwd"),
+                      vyxtest::Mount::bind(world.writeFile("group", group), "/etc/group")};
+    if (restrictTerminals)
+        options.mounts.push_back(vyxtest::Mount::bind(world.makeDir("pts", 0750), "/dev/pts"));
+    options.unprivileged = true;
+    options.uid = uid;
+    options.gid = uid;
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, body));
+}
+
+Code codeOf(const char* exec)
+{
+    Code code;
+    VyxDesktopEntry::isExecSuitable(exec, Vyx::tagged_bool<AdminOnly_tag>(false), &code);
+    return code;
+}
+
+TEST(RealUsers, AdministratorGroupAllowsPrivilegeTools)
+{
+    TempHome world;
+    const std::string groups = "orvel-admin:x:3000:alice\n";
+    asUser(world, 2001, groups, false, [] {
+        EXPECT_EQ(codeOf("pkexec no-such-42"), VyxDesktopEntry::SuitableExecNotInPath);  // allowed, just missing
+    });
+    asUser(world, 2002, groups, false, [] {
+        EXPECT_EQ(codeOf("pkexec no-such-42"), VyxDesktopEntry::SuitableAdminRequired);
+    });
+}
+
+TEST(RealUsers, RestrictedTerminalsNeedTheConsoleGroup)
+{
+    TempHome world;
+    const std::string groups = "orvel-console:x:3001:alice\n";
+    asUser(world, 2001, groups, true, [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableExecNotInPath); });
+    asUser(world, 2002, groups, true, [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableAdminRequired); });
+    asUser(world, 2002, groups, false, [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableExecNotInPath); });
 }
 
 }  // namespace

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <sys/stat.h>
 #include <sys/time.h>
 
 namespace {
@@ -225,6 +226,52 @@ TEST(Mimeapps, AssignedApplicationsAndIcons)
     setTime(list, time(nullptr) + 60);
     EXPECT_EQ(GetAssignedDesktopEntryForMime("text/plain", kFirst)[0].filePath(),
               world.path("usr/share/applications/editor.desktop"));
+}
+
+}  // namespace
+
+namespace {
+
+TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
+{
+    TempHome world;
+    std::string dir = world.path("usr/share/applications");
+    app(world, "usr/share/applications/ok.desktop", "text/plain;");
+    world.writeFile("usr/share/applications/mimeinfo.cache",
+                    "[MIME Cache]\ngarbage without equals\n=\ntext/plain=ok.desktop;;\n"
+                    "text/huge=" + std::string(20000, 'x') + ".desktop\n\x01\x02\xff=\xfe\n");
+    setTime(dir, 1000);
+    setTime(dir + "/mimeinfo.cache", 2000);
+    // A binary, truncated cache file with lines far beyond 8190 characters.
+    std::string binary(30000, '\0');
+    for (size_t i = 0; i < binary.size(); ++i)
+        binary[i] = static_cast<char>((i * 131) & 0xFF);
+    std::string cache = world.writeFile("run/.vyx-mime-desktop.tbl", binary + "/x.desktop=text/plain");
+    setTime(cache, 500);  // older than the mimeinfo.cache: rebuilt from it
+    std::string list = world.writeFile("home/.config/mimeapps.list", "[Added Associations]\ntext/plain=ok.desktop\n");
+    chmod(list.c_str(), 0600);
+    world.writeFile("home/.config/B-mimeapps.list", std::string(5000, '\xff'));
+    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings{dir + "/ok.desktop"});
+        EXPECT_EQ(GetDesktopEntryPathForMime("text/huge", kAll).size(), 1u);
+    }));
+    // Newer than every source (the hidden system directory is a fresh mount): it is read.
+    setTime(cache, time(nullptr) + 100);
+    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings{dir + "/ok.desktop"});
+    }));
+    world.writeFile("run/.vyx-mime-desktop.tbl", binary);
+    setTime(cache, time(nullptr) + 100);
+    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+        EXPECT_TRUE(GetDesktopEntryPathForMime("text/plain", kAll).empty());
+    }));
+    vyxtest::ChildOptions unprivileged = isolated(world);
+    unprivileged.unprivileged = true;
+    ScopedEnv desktops("XDG_CURRENT_DESKTOP", "B");
+    VYX_EXPECT_CHILD(vyxtest::runInChild(unprivileged, [&] {
+        // The user's list cannot be read and the other is garbage: no assignment.
+        EXPECT_TRUE(GetAssignedDesktopEntryForMime("text/plain", kAll).empty());
+    }));
 }
 
 }  // namespace

@@ -154,6 +154,15 @@ ChildResult runInChild(const ChildOptions& options, const std::function<void()>&
     if (pid == 0) {
         close(fds[0]);
         prepareChild(options, scratch, fds[1]);
+        // Only the body's own failures count, not the parent's earlier ones.
+        const ::testing::TestResult* result = ::testing::UnitTest::GetInstance()->current_test_info()->result();
+        auto failures = [result] {
+            int count = 0;
+            for (int i = 0; i < result->total_part_count(); ++i)
+                count += result->GetTestPartResult(i).failed();
+            return count;
+        };
+        const int failedBefore = failures();
         try {
             body();
         } catch (const std::exception& e) {
@@ -162,7 +171,7 @@ ChildResult runInChild(const ChildOptions& options, const std::function<void()>&
             ADD_FAILURE() << "unknown exception in child";
         }
         std::fflush(nullptr);
-        _exit(::testing::Test::HasFailure() ? 1 : 0);
+        _exit(failures() > failedBefore ? 1 : 0);
     }
 
     close(fds[1]);

@@ -54,7 +54,7 @@ std::atomic<unsigned> g_counter{0};
 
 }  // namespace
 
-bool writeFileAtomically(const std::string& path, const std::string& content)
+bool writeFileAtomically(const std::string& path, const std::string& content, bool durable)
 {
     if (path.empty())
         return false;
@@ -77,7 +77,7 @@ bool writeFileAtomically(const std::string& path, const std::string& content)
     if (fd < 0)
         return false;
 
-    bool ok = writeAll(fd, content) && fsync(fd) == 0;
+    bool ok = writeAll(fd, content) && (!durable || fsync(fd) == 0);
     if (ok && existed)
         ok = fchmod(fd, old.st_mode & 07777) == 0;
     ok = close(fd) == 0 && ok;

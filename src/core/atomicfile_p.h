@@ -10,8 +10,10 @@ namespace Vyx::detail {
 // directory, is flushed to disk, and is renamed over the old one. An
 // existing file keeps its permission bits; when path is a symbolic link the
 // file it points to is replaced and the link stays. False (and nothing
-// changed) on failure.
-bool writeFileAtomically(const std::string& path, const std::string& content);
+// changed) on failure. With durable false the data is not forced to disk
+// before the rename: readers still never see half a file, but a crash may
+// lose the new content, which suits caches that are rebuilt anyway.
+bool writeFileAtomically(const std::string& path, const std::string& content, bool durable = true);
 
 }  // namespace Vyx::detail
 

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cstring>
 #include <mutex>
+#include <string_view>
 
 namespace Vyx::detail {
 
@@ -65,24 +66,32 @@ void build()
 AliasTable readAliases(FILE* file)
 {
     AliasTable table;
-    std::string line;
-    char chunk[4096];
-    while (std::fgets(chunk, sizeof chunk, file)) {
-        line += chunk;
-        if (!line.empty() && line.back() != '\n' && !std::feof(file))
-            continue;  // a long line arrives in pieces
-        if (!line.empty() && line.back() == '\n')
-            line.pop_back();
-        std::string current;
-        current.swap(line);
-        if (current.empty() || current[0] == '!' || current[0] == '#')
+    char buffer[4096];
+    std::string longLine;
+    while (std::fgets(buffer, sizeof buffer, file)) {
+        size_t length = std::strlen(buffer);
+        const char* line = buffer;
+        if (length == sizeof buffer - 1 && buffer[length - 1] != '\n' && !std::feof(file)) {
+            longLine.append(buffer, length);  // a long line arrives in pieces
             continue;
-        std::string::size_type gap = current.find_first_of(" \t");
-        if (gap == std::string::npos)
-            continue;
-        std::string alias = current.substr(0, gap);
-        std::string::size_type canonical = current.find_first_not_of(" \t", gap);
-        table.emplace_back(canonical == std::string::npos ? std::string() : current.substr(canonical), alias);
+        }
+        if (!longLine.empty()) {
+            longLine.append(buffer, length);
+            line = longLine.c_str();
+            length = longLine.size();
+        }
+        if (length && line[length - 1] == '\n')
+            --length;
+        if (length && line[0] != '!' && line[0] != '#') {
+            std::string_view text(line, length);
+            std::string_view::size_type gap = text.find_first_of(" \t");
+            if (gap != std::string_view::npos) {
+                std::string_view::size_type canonical = text.find_first_not_of(" \t", gap);
+                table.emplace_back(canonical == std::string_view::npos ? std::string() : std::string(text.substr(canonical)),
+                                   std::string(text.substr(0, gap)));
+            }
+        }
+        longLine.clear();
     }
     return table;
 }

@@ -13,29 +13,70 @@
 
 namespace Vyx::detail {
 
-void AvailableMap::add(const std::string& type, const std::string& path)
+uint32_t AvailableMap::internPath(const std::string& path)
 {
-    std::vector<std::string>& paths = m_byType[type];
-    if (std::find(paths.begin(), paths.end(), path) == paths.end())
-        paths.push_back(path);
+    auto [it, inserted] = m_pathIndex.emplace(path, static_cast<uint32_t>(m_paths.size()));
+    if (inserted)
+        m_paths.push_back(path);
+    return it->second;
 }
 
-const std::vector<std::string>* AvailableMap::pathsFor(const std::string& type) const
+void AvailableMap::add(const std::string& type, uint32_t pathIndex)
 {
-    auto it = m_byType.find(type);
-    return it == m_byType.end() ? nullptr : &it->second;
+    auto [typeIt, newType] = m_typeIndex.emplace(type, static_cast<uint32_t>(m_byType.size()));
+    if (newType)
+        m_byType.emplace_back();
+    uint64_t pair = static_cast<uint64_t>(typeIt->second) << 32 | pathIndex;
+    if (m_pairs.insert(pair).second)
+        m_byType[typeIt->second].push_back(pathIndex);
+}
+
+void AvailableMap::add(const std::string& type, const std::string& path)
+{
+    add(type, internPath(path));
+}
+
+std::vector<std::string> AvailableMap::pathsFor(const std::string& type, bool all) const
+{
+    std::vector<std::string> result;
+    auto it = m_typeIndex.find(type);
+    if (it != m_typeIndex.end()) {
+        for (uint32_t index : m_byType[it->second]) {
+            result.push_back(m_paths[index]);
+            if (!all)
+                break;
+        }
+    }
+    return result;
 }
 
 std::string AvailableMap::toCacheText() const
 {
-    std::map<std::string, std::vector<std::string>> byPath;
-    for (const auto& [type, paths] : m_byType) {
-        for (const std::string& path : paths)
-            byPath[path].push_back(type);
+    std::vector<std::vector<const std::string*>> typesOf(m_paths.size());
+    for (const auto& [type, number] : m_typeIndex) {
+        for (uint32_t index : m_byType[number])
+            typesOf[index].push_back(&type);
     }
+    std::vector<uint32_t> order(m_paths.size());
+    for (uint32_t i = 0; i < order.size(); ++i)
+        order[i] = i;
+    std::sort(order.begin(), order.end(), [this](uint32_t a, uint32_t b) { return m_paths[a] < m_paths[b]; });
     std::string text;
-    for (const auto& [path, types] : byPath)
-        text += path + "=" + Vyx::join(types, ";") + "\n";
+    for (uint32_t index : order) {
+        if (typesOf[index].empty())
+            continue;
+        // Types in a stable order: sorted, as a reader cannot tell otherwise.
+        std::vector<const std::string*>& types = typesOf[index];
+        std::sort(types.begin(), types.end(), [](const std::string* a, const std::string* b) { return *a < *b; });
+        text += m_paths[index];
+        text += '=';
+        for (size_t i = 0; i < types.size(); ++i) {
+            if (i)
+                text += ';';
+            text += *types[i];
+        }
+        text += '\n';
+    }
     return text;
 }
 
@@ -45,13 +86,25 @@ void readCacheFile(FILE* file, AvailableMap* map)
     while (std::fgets(line, sizeof line, file)) {
         size_t length = std::strlen(line);
         if (length && line[length - 1] == '\n')
-            line[length - 1] = '\0';
+            line[--length] = '\0';
         char* eq = std::strchr(line, '=');
         if (!eq)
             continue;
         *eq = '\0';
-        for (const std::string& type : Vyx::split(eq + 1, ",;"))
-            map->add(type, line);
+        uint32_t path = map->internPath(line);
+        // The types after "=", split at "," and ";", without a list in between.
+        std::string type;
+        for (const char* p = eq + 1;; ++p) {
+            if (*p == ',' || *p == ';' || *p == '\0') {
+                if (!type.empty())
+                    map->add(type, path);
+                type.clear();
+                if (!*p)
+                    break;
+            } else {
+                type += *p;
+            }
+        }
     }
 }
 
@@ -67,15 +120,32 @@ long long modifiedAt(const std::string& path)
     return stat(path.c_str(), &st) == 0 ? static_cast<long long>(st.st_mtime) : -1;
 }
 
-// Registers path for type and for the type's aliases (or canonical type).
+// For each type, the types the alias table links it to (its aliases, or its
+// canonical type), in table order: built once, so that registering does not
+// walk the whole table.
+const std::unordered_map<std::string, std::vector<std::string>>& linkedTypes()
+{
+    static const std::unordered_map<std::string, std::vector<std::string>> links = [] {
+        std::unordered_map<std::string, std::vector<std::string>> map;
+        for (const auto& [canonical, alias] : mimeAliasTable()) {
+            map[canonical].push_back(alias);
+            if (alias != canonical)
+                map[alias].push_back(canonical);
+        }
+        return map;
+    }();
+    return links;
+}
+
+// Registers path for type and for the types the alias table links to it.
 void registerType(AvailableMap& map, const std::string& type, const std::string& path)
 {
-    map.add(type, path);
-    for (const auto& [canonical, alias] : mimeAliasTable()) {
-        if (type == canonical)
-            map.add(alias, path);
-        else if (type == alias)
-            map.add(canonical, path);
+    uint32_t index = map.internPath(path);
+    map.add(type, index);
+    auto it = linkedTypes().find(type);
+    if (it != linkedTypes().end()) {
+        for (const std::string& linked : it->second)
+            map.add(linked, index);
     }
 }
 
@@ -139,9 +209,8 @@ std::vector<std::string> GetMimeAliases(const char* mime)
 
 std::vector<std::string> GetDesktopEntryPathForMime(const char* mime, Vyx::tagged_bool<AllDesktopEntries_tag> all)
 {
-    std::vector<std::string> result;
     if (!mime || !*mime)
-        return result;
+        return {};
     FillDesktopEntriesDirArray();
     std::lock_guard<std::mutex> lock(g_availableMutex);
 
@@ -167,7 +236,7 @@ std::vector<std::string> GetDesktopEntryPathForMime(const char* mime, Vyx::tagge
     if (rebuilt) {
         g_available = std::move(rebuiltMap);
         // Replaced whole, so another process never reads half a file.
-        writeFileAtomically(cache, g_available.toCacheText());
+        writeFileAtomically(cache, g_available.toCacheText(), false);
     }
     if (g_available.empty()) {
         if (FILE* file = std::fopen(cache.c_str(), "r")) {
@@ -175,14 +244,7 @@ std::vector<std::string> GetDesktopEntryPathForMime(const char* mime, Vyx::tagge
             std::fclose(file);
         }
     }
-    if (const std::vector<std::string>* paths = g_available.pathsFor(mime)) {
-        for (const std::string& path : *paths) {
-            result.push_back(path);
-            if (!all)
-                break;
-        }
-    }
-    return result;
+    return g_available.pathsFor(mime, static_cast<bool>(all));
 }
 
 std::vector<VyxDesktopEntry> GetDesktopEntryForMime(const char* mime, Vyx::tagged_bool<AllDesktopEntries_tag> all)

@@ -1,0 +1,175 @@
+// Which application opens a MIME type: the first lookup in a fresh process
+// (with and without the per-user cache file), warm lookups, assignments and
+// the list of all applications.
+//   build/bench/mime_bench          a generated tree: 2,000 applications, 500 types
+//   . ROOT/env.sh && VYX_QUERY_TYPES=ROOT/query_types.txt build/bench/mime_bench
+//                                   an existing XDG tree, its environment already set
+
+#include "core/spawn_p.h"
+#include "desktopentry/catalogue_p.h"
+
+#include <vyxfileutils.h>
+#include <vyxmime.h>
+
+#include <benchmark/benchmark.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <string>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vector>
+
+namespace {
+
+const Vyx::tagged_bool<AllDesktopEntries_tag> kFirst(false), kAll(true);
+
+std::string g_root;
+
+void removeRoot()
+{
+    rmdirRecursive(g_root.c_str(), Vyx::tagged_bool<InsideOnly_tag>(false),
+                   Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false));
+}
+
+// 2,000 applications over 500 types (1 to 8 each, deterministic), with
+// mimeinfo.cache files, and a mimeapps.list assigning 100 types.
+std::vector<std::string> generateTree()
+{
+    char templ[] = "/tmp/vyxcore-mime-bench-XXXXXX";
+    g_root = mkdtemp(templ);
+    std::atexit(removeRoot);
+    unsigned seed = 12345;
+    auto next = [&seed] { return seed = seed * 1103515245u + 12345u, (seed >> 8) % 100000; };
+    for (int part = 0; part < 2; ++part) {
+        std::string dir = g_root + "/sys" + std::to_string(part) + "/applications";
+        Vyx::detail::runProgram({"/bin/mkdir", "-p", dir}, 0);
+        for (int i = 0; i < 1000; ++i) {
+            std::string types;
+            for (unsigned n = next() % 8 + 1; n > 0; --n)
+                types += "application/x-bench-" + std::to_string(next() % 500) + ";";
+            std::ofstream(dir + "/app" + std::to_string(part * 1000 + i) + ".desktop")
+                << "[Desktop Entry]\nType=Application\nName=App " << i << "\nExec=true %f\nIcon=app-" << i
+                << "\nMimeType=" << types << "\n";
+        }
+        Vyx::detail::runProgram({"/usr/bin/update-desktop-database", dir}, 0);
+    }
+    Vyx::detail::runProgram({"/bin/mkdir", "-p", g_root + "/home/.config", g_root + "/run"}, 0);
+    std::ofstream list(g_root + "/home/.config/mimeapps.list");
+    list << "[Added Associations]\n";
+    for (int t = 0; t < 100; ++t)
+        list << "application/x-bench-" << t << "=app" << t << ".desktop;app" << t + 1000 << ".desktop;\n";
+    list.close();
+    setenv("HOME", (g_root + "/home").c_str(), 1);
+    setenv("XDG_CONFIG_HOME", (g_root + "/home/.config").c_str(), 1);
+    setenv("XDG_DATA_HOME", (g_root + "/home/.local/share").c_str(), 1);
+    setenv("XDG_DATA_DIRS", (g_root + "/sys0:" + g_root + "/sys1").c_str(), 1);
+    setenv("XDG_CONFIG_DIRS", (g_root + "/etc").c_str(), 1);
+    setenv("XDG_RUNTIME_DIR", (g_root + "/run").c_str(), 1);
+    std::vector<std::string> types;
+    for (int t = 0; t < 500; t += 9)
+        types.push_back("application/x-bench-" + std::to_string(t));
+    return types;
+}
+
+const std::vector<std::string>& queryTypes()
+{
+    static const std::vector<std::string> types = [] {
+        if (const char* file = std::getenv("VYX_QUERY_TYPES")) {
+            std::vector<std::string> read;
+            std::ifstream in(file);
+            for (std::string line; std::getline(in, line);)
+                if (!line.empty())
+                    read.push_back(line);
+            return read;
+        }
+        return generateTree();
+    }();
+    return types;
+}
+
+// Times one call in a fresh child process; the fork is not counted.
+template <typename Call>
+void timeInChild(benchmark::State& state, Call call)
+{
+    for (auto _ : state) {
+        int fds[2];
+        if (pipe(fds) != 0)
+            return;
+        pid_t pid = fork();
+        if (pid == 0) {
+            auto start = std::chrono::steady_clock::now();
+            call();
+            double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+            ssize_t ignored = write(fds[1], &seconds, sizeof seconds);
+            (void)ignored;
+            _exit(0);
+        }
+        double seconds = 0;
+        ssize_t got = read(fds[0], &seconds, sizeof seconds);
+        close(fds[0]);
+        close(fds[1]);
+        waitpid(pid, nullptr, 0);
+        state.SetIterationTime(got == sizeof seconds ? seconds : 0);
+    }
+}
+
+void BM_DefaultFirstCallWithoutCacheFile(benchmark::State& state)
+{
+    const std::string type = queryTypes().front();
+    timeInChild(state, [&] {
+        std::remove(Vyx::detail::mimeCachePath().c_str());
+        benchmark::DoNotOptimize(GetDesktopEntryPathForMime(type.c_str(), kFirst));
+    });
+}
+BENCHMARK(BM_DefaultFirstCallWithoutCacheFile)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+void BM_DefaultFirstCallWithCacheFile(benchmark::State& state)
+{
+    const std::string type = queryTypes().front();
+    timeInChild(state, [&] { benchmark::DoNotOptimize(GetDesktopEntryPathForMime(type.c_str(), kFirst)); });
+}
+BENCHMARK(BM_DefaultFirstCallWithCacheFile)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+void BM_DefaultWarm(benchmark::State& state)
+{
+    const std::vector<std::string>& types = queryTypes();
+    GetDesktopEntryPathForMime(types.front().c_str(), kFirst);
+    size_t i = 0;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(GetDesktopEntryPathForMime(types[i++ % types.size()].c_str(), kFirst));
+}
+BENCHMARK(BM_DefaultWarm)->Unit(benchmark::kMicrosecond);
+
+void BM_AllForTypeWarm(benchmark::State& state)
+{
+    const std::vector<std::string>& types = queryTypes();
+    GetDesktopEntryPathForMime(types.front().c_str(), kFirst);
+    size_t i = 0;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(GetDesktopEntryForMime(types[i++ % types.size()].c_str(), kAll));
+}
+BENCHMARK(BM_AllForTypeWarm)->Unit(benchmark::kMicrosecond);
+
+void BM_AssignedWarm(benchmark::State& state)
+{
+    const std::vector<std::string>& types = queryTypes();
+    size_t i = 0;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(GetAssignedDesktopEntryForMime(types[i++ % types.size()].c_str(), kFirst));
+}
+BENCHMARK(BM_AssignedWarm)->Unit(benchmark::kMicrosecond);
+
+void BM_AllApplications(benchmark::State& state)
+{
+    queryTypes();
+    size_t count = 0;
+    for (auto _ : state)
+        count = GetAllAppDesktopEntries().size();
+    state.counters["entries"] = static_cast<double>(count);
+}
+BENCHMARK(BM_AllApplications)->Unit(benchmark::kMillisecond);
+
+}  // namespace

@@ -69,14 +69,6 @@ std::string assignedSource(const std::string& type, const std::string& id)
     return "(unknown)";
 }
 
-std::string jsonStrings(const std::vector<std::string>& items)
-{
-    std::vector<std::string> quoted;
-    for (const std::string& item : items)
-        quoted.push_back(jsonString(item));
-    return jsonArray(quoted);
-}
-
 }  // namespace
 
 int runApps(const CommonOptions& options)
@@ -165,7 +157,7 @@ int runMimeapps(const CommonOptions& options)
     std::vector<std::string> lists = GetMimeappsLists();
     std::string writable = GetWritableMimeappsList(), desktop = GetWritableDesktopMimeappsList();
     if (options.json) {
-        std::printf("%s\n", JsonObject().add("lists", jsonStrings(lists)).addString("writable", writable)
+        std::printf("%s\n", JsonObject().add("lists", jsonStringArray(lists)).addString("writable", writable)
                                 .addString("writable_desktop", desktop).str().c_str());
         return Done;
     }

@@ -65,14 +65,6 @@ void setUnknown(VyxDesktopEntry& entry, const std::string& key, const std::strin
     entry.setUnknowns(unknowns);
 }
 
-std::string jsonList(const std::vector<std::string>& items)
-{
-    std::vector<std::string> quoted;
-    for (const std::string& item : items)
-        quoted.push_back(jsonString(item));
-    return jsonArray(quoted);
-}
-
 std::string optionalBoolJson(bool present, bool value)
 {
     return present ? (value ? "true" : "false") : "null";
@@ -89,15 +81,15 @@ void printJson(const VyxDesktopEntry& e)
                               .addString("comment", a.comment())
                               .addString("icon", a.icon())
                               .addString("exec", a.exec())
-                              .add("only_show_in", jsonList(a.onlyShowIn()))
-                              .add("not_show_in", jsonList(a.notShowIn()))
+                              .add("only_show_in", jsonStringArray(a.onlyShowIn()))
+                              .add("not_show_in", jsonStringArray(a.notShowIn()))
                               .str());
     }
     for (const auto& unknown : e.unknowns())
         unknowns.push_back(JsonObject().addString("key", unknown.first).addString("value", unknown.second).str());
     JsonObject out;
     out.addString("file", e.filePath())
-        .add("languages", jsonList(GetLangPref()))
+        .add("languages", jsonStringArray(GetLangPref()))
         .addString("type", e.type())
         .addString("name", e.name())
         .addString("local_name", e.localName())
@@ -113,13 +105,13 @@ void printJson(const VyxDesktopEntry& e)
         .addString("startup_wm_class", e.startupWMClass())
         .addString("url", e.url())
         .addString("version", e.version())
-        .add("mime_type", jsonList(e.mimeType()))
-        .add("categories", jsonList(e.categories()))
-        .add("keywords", jsonList(e.keywords()))
-        .add("local_keywords", jsonList(e.localKeywords()))
-        .add("sort_order", jsonList(e.sortOrder()))
-        .add("only_show_in", jsonList(e.onlyShowIn()))
-        .add("not_show_in", jsonList(e.notShowIn()))
+        .add("mime_type", jsonStringArray(e.mimeType()))
+        .add("categories", jsonStringArray(e.categories()))
+        .add("keywords", jsonStringArray(e.keywords()))
+        .add("local_keywords", jsonStringArray(e.localKeywords()))
+        .add("sort_order", jsonStringArray(e.sortOrder()))
+        .add("only_show_in", jsonStringArray(e.onlyShowIn()))
+        .add("not_show_in", jsonStringArray(e.notShowIn()))
         .add("no_display", optionalBoolJson(e.hasNoDisplay(), e.noDisplay()))
         .add("hidden", optionalBoolJson(e.hasHidden(), e.hidden()))
         .add("terminal", optionalBoolJson(e.hasTerminal(), e.terminal()))

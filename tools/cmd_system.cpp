@@ -15,11 +15,6 @@ int runSystem(const CommonOptions& options)
     bool admin = isUserInGroup("orvel-admin");
     std::vector<std::string> v4 = getIPv4Addresses(), v6 = getIPv6Addresses();
     if (options.json) {
-        std::vector<std::string> v4json, v6json;
-        for (const std::string& a : v4)
-            v4json.push_back(jsonString(a));
-        for (const std::string& a : v6)
-            v6json.push_back(jsonString(a));
         JsonObject out;
         out.addString("user", user)
             .addString("full_name", getUserFullName())
@@ -33,8 +28,8 @@ int runSystem(const CommonOptions& options)
             .addBool("edition_se", isOrvelSE())
             .addInt("edition_mode", getOrvelMode())
             .addInt("sessions", numWho())
-            .add("ipv4", jsonArray(v4json))
-            .add("ipv6", jsonArray(v6json));
+            .add("ipv4", jsonStringArray(v4))
+            .add("ipv6", jsonStringArray(v6));
         std::printf("%s\n", out.str().c_str());
         return Done;
     }

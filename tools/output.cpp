@@ -151,6 +151,15 @@ std::string jsonArray(const std::vector<std::string>& rawItems)
     return out + "]";
 }
 
+std::string jsonStringArray(const std::vector<std::string>& texts)
+{
+    std::vector<std::string> quoted;
+    quoted.reserve(texts.size());
+    for (const std::string& text : texts)
+        quoted.push_back(jsonString(text));
+    return jsonArray(quoted);
+}
+
 void printRows(const std::vector<std::pair<std::string, std::string>>& rows)
 {
     size_t width = 0;

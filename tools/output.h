@@ -62,6 +62,8 @@ private:
 };
 
 std::string jsonArray(const std::vector<std::string>& rawItems);
+// An array of JSON strings.
+std::string jsonStringArray(const std::vector<std::string>& texts);
 
 // Prints "label  value" rows with the labels padded to one width.
 void printRows(const std::vector<std::pair<std::string, std::string>>& rows);

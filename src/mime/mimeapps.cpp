@@ -147,33 +147,43 @@ std::vector<std::string> GetMimeappsLists()
     return lists;
 }
 
+namespace {
+
+// A writable list's path, kept once it is known.
+template <typename Compute>
+std::string cachedOnceKnown(std::string& cache, std::mutex& mutex, Compute compute)
+{
+    std::lock_guard<std::mutex> lock(mutex);
+    if (cache.empty())
+        cache = compute();
+    return cache;
+}
+
+}  // namespace
+
 std::string GetWritableMimeappsList()
 {
     static std::mutex mutex;
     static std::string cached;
-    std::lock_guard<std::mutex> lock(mutex);
-    if (cached.empty()) {
+    return cachedOnceKnown(cached, mutex, [] {
         std::string configHome = locations().configHome;
-        if (!configHome.empty())
-            cached = configHome + "/mimeapps.list";
-    }
-    return cached;
+        return configHome.empty() ? std::string() : configHome + "/mimeapps.list";
+    });
 }
 
 std::string GetWritableDesktopMimeappsList()
 {
     static std::mutex mutex;
     static std::string cached;
-    std::lock_guard<std::mutex> lock(mutex);
-    if (cached.empty()) {
+    return cachedOnceKnown(cached, mutex, [] {
         Locations l = locations();
         std::string name = Vyx::makeString(vyxSessionName());
         if (name.empty() && !l.desktops.empty())
             name = l.desktops.front();
-        if (!l.configHome.empty() && !name.empty() && name != "vyx")
-            cached = l.configHome + "/" + name + "-mimeapps.list";
-    }
-    return cached;
+        if (l.configHome.empty() || name.empty() || name == "vyx")
+            return std::string();
+        return l.configHome + "/" + name + "-mimeapps.list";
+    });
 }
 
 std::vector<VyxDesktopEntry> GetAssignedDesktopEntryForMime(const char* mime,

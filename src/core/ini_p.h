@@ -35,7 +35,6 @@ public:
         const char* v = value(group, key);
         return v ? std::string(v) : std::string();
     }
-    bool hasGroup(const char* group) const { return m_ini.GetSection(group) != nullptr; }
 
     // The keys of group with their values, in file order.
     std::vector<std::pair<const char*, const char*>> entries(const char* group) const;

@@ -157,10 +157,10 @@ void readMimeinfoCache(const std::string& dir, AvailableMap& map)
     std::string line;
     char chunk[4096];
     while (std::fgets(chunk, sizeof chunk, file)) {
-        line += chunk;
-        if (line.back() != '\n' && !std::feof(file))
+        line += chunk;  // a NUL byte in the file ends the chunk early
+        if (!line.empty() && line.back() != '\n' && !std::feof(file))
             continue;
-        if (line.back() == '\n')
+        if (!line.empty() && line.back() == '\n')
             line.pop_back();
         std::string current;
         current.swap(line);

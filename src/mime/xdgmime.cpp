@@ -1,0 +1,287 @@
+#include "mime/mimedb_p.h"
+
+#include "core/environment_p.h"
+#include "vyxdirs.h"
+#include "vyxmime.h"
+
+#include <cstdlib>
+#include <cstring>
+#include <fcntl.h>
+#include <memory>
+#include <mutex>
+#include <unistd.h>
+
+extern "C" {
+const char xdg_mime_type_unknown[] = "application/octet-stream";
+const char xdg_mime_type_empty[] = "application/x-zerosize";
+const char xdg_mime_type_textplain[] = "text/plain";
+}
+
+namespace {
+
+using Vyx::detail::MimeDatabase;
+
+constexpr size_t kTextSniffLength = 256;
+
+std::recursive_mutex g_mimeMutex;
+std::unique_ptr<MimeDatabase> g_database;
+
+// The "mime" directories, the user's first. Nothing is created.
+std::vector<std::string> mimeDirs()
+{
+    std::vector<std::string> dirs;
+    std::string dataHome = Vyx::detail::envString("XDG_DATA_HOME");
+    if (dataHome.empty() && !Vyx::detail::homeFromEnvironment().empty())
+        dataHome = Vyx::detail::homeFromEnvironment() + "/.local/share";
+    if (!dataHome.empty())
+        dirs.push_back(dataHome + "/mime");
+    std::string dataDirs = Vyx::detail::envString("XDG_DATA_DIRS");
+    for (const std::string& dir : Vyx::split(dataDirs.empty() ? "/usr/local/share:/usr/share" : dataDirs.c_str(), ":"))
+        dirs.push_back(dir + "/mime");
+    return dirs;
+}
+
+MimeDatabase& database()
+{
+    if (!g_database) {
+        g_database.reset(new MimeDatabase);
+        g_database->load(mimeDirs());
+    }
+    return *g_database;
+}
+
+// No control characters but white space among the first bytes: text.
+bool looksLikeText(const unsigned char* data, size_t length)
+{
+    for (size_t i = 0; i < length && i < kTextSniffLength; ++i) {
+        unsigned char c = data[i];
+        if (c < 32 && c != '\n' && c != '\r' && c != '\t' && c != '\f')
+            return false;
+        if (c == 127)
+            return false;
+    }
+    return true;
+}
+
+const char* typeForData(MimeDatabase& db, const void* data, size_t length, int* priority)
+{
+    if (length == 0) {
+        if (priority)
+            *priority = 0;
+        return xdg_mime_type_empty;
+    }
+    const unsigned char* bytes = static_cast<const unsigned char*>(data);
+    std::string magic = db.matchMagic(bytes, length, priority);
+    if (!magic.empty())
+        return db.intern(magic);
+    return looksLikeText(bytes, length) ? xdg_mime_type_textplain : xdg_mime_type_unknown;
+}
+
+const char* inodeType(const struct stat& st)
+{
+    if (S_ISDIR(st.st_mode))
+        return "inode/directory";
+    if (S_ISLNK(st.st_mode))
+        return "inode/symlink";
+    if (S_ISBLK(st.st_mode))
+        return "inode/blockdevice";
+    if (S_ISCHR(st.st_mode))
+        return "inode/chardevice";
+    if (S_ISFIFO(st.st_mode))
+        return "inode/fifo";
+    if (S_ISSOCK(st.st_mode))
+        return "inode/socket";
+    return nullptr;
+}
+
+}  // namespace
+
+extern "C" {
+
+void xdg_mime_lock(void)
+{
+    g_mimeMutex.lock();
+}
+
+void xdg_mime_unlock(void)
+{
+    g_mimeMutex.unlock();
+}
+
+const char* xdg_mime_get_mime_type_for_data(const void* data, size_t length, int* priority)
+{
+    std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
+    if (!data && length)
+        length = 0;
+    return typeForData(database(), data, length, priority);
+}
+
+const char* xdg_mime_get_mime_type_from_file_name(const char* file_name)
+{
+    std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
+    MimeDatabase& db = database();
+    Vyx::detail::NameMatch match = db.matchName(file_name);
+    return match.types.size() == 1 ? db.intern(match.types[0]) : xdg_mime_type_unknown;
+}
+
+int xdg_mime_get_mime_types_from_file_name(const char* file_name, const char* mime_types[], int n)
+{
+    std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
+    MimeDatabase& db = database();
+    Vyx::detail::NameMatch match = db.matchName(file_name);
+    int count = 0;
+    for (const std::string& type : match.types) {
+        if (count >= n)
+            break;
+        mime_types[count++] = db.intern(type);
+    }
+    return count;
+}
+
+const char* xdg_mime_get_mime_type_for_file(const char* file_name, struct stat* statbuf)
+{
+    std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
+    if (!file_name)
+        return xdg_mime_type_unknown;
+    MimeDatabase& db = database();
+    struct stat own;
+    if (!statbuf) {
+        if (stat(file_name, &own) != 0)
+            return xdg_mime_type_unknown;
+        statbuf = &own;
+    }
+    if (const char* inode = inodeType(*statbuf))
+        return inode;
+    if (statbuf->st_size == 0)
+        return xdg_mime_type_empty;
+
+    Vyx::detail::NameMatch byName = db.matchName(file_name);
+    if (byName.types.size() == 1)
+        return db.intern(byName.types[0]);
+
+    // No name match, or several: the content decides.
+    std::string data(db.maxExtent() ? db.maxExtent() : kTextSniffLength, '\0');
+    int fd = open(file_name, O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return byName.types.empty() ? xdg_mime_type_unknown : db.intern(byName.types[0]);
+    ssize_t got = read(fd, &data[0], data.size());
+    close(fd);
+    size_t length = got > 0 ? static_cast<size_t>(got) : 0;
+    const unsigned char* bytes = reinterpret_cast<const unsigned char*>(data.data());
+    std::string magic = db.matchMagic(bytes, length, nullptr);
+    if (byName.types.empty()) {
+        if (!magic.empty())
+            return db.intern(magic);
+        return looksLikeText(bytes, length) ? xdg_mime_type_textplain : xdg_mime_type_unknown;
+    }
+    // A name type that is the content's type, or a kind of it, wins; else
+    // the first name type.
+    if (!magic.empty()) {
+        for (const std::string& type : byName.types) {
+            if (db.isSubclass(type, magic))
+                return db.intern(type);
+        }
+    }
+    return db.intern(byName.types[0]);
+}
+
+int xdg_mime_is_valid_mime_type(const char* mime_type)
+{
+    if (!mime_type || !*mime_type)
+        return 0;
+    const char* slash = std::strchr(mime_type, '/');
+    if (!slash || slash == mime_type || !slash[1] || std::strchr(slash + 1, '/'))
+        return 0;
+    for (const char* p = mime_type; *p; ++p) {
+        if (static_cast<unsigned char>(*p) <= ' ')
+            return 0;
+    }
+    return 1;
+}
+
+int xdg_mime_mime_type_equal(const char* a, const char* b)
+{
+    if (!a || !b)
+        return 0;
+    std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
+    MimeDatabase& db = database();
+    return db.unalias(a) == db.unalias(b);
+}
+
+int xdg_mime_media_type_equal(const char* a, const char* b)
+{
+    if (!a || !b)
+        return 0;
+    const char* slashA = std::strchr(a, '/');
+    const char* slashB = std::strchr(b, '/');
+    size_t lengthA = slashA ? size_t(slashA - a) : std::strlen(a);
+    size_t lengthB = slashB ? size_t(slashB - b) : std::strlen(b);
+    return lengthA == lengthB && std::strncmp(a, b, lengthA) == 0;
+}
+
+int xdg_mime_mime_type_subclass(const char* mime, const char* base)
+{
+    if (!mime || !base)
+        return 0;
+    std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
+    return database().isSubclass(mime, base);
+}
+
+char** xdg_mime_list_mime_parents(const char* mime)
+{
+    if (!mime)
+        return nullptr;
+    std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
+    MimeDatabase& db = database();
+    std::vector<std::string> parents = db.parents(mime);
+    if (parents.empty())
+        return nullptr;
+    char** list = static_cast<char**>(std::calloc(parents.size() + 1, sizeof(char*)));
+    if (!list)
+        return nullptr;
+    for (size_t i = 0; i < parents.size(); ++i)
+        list[i] = const_cast<char*>(db.intern(parents[i]));
+    return list;
+}
+
+const char* xdg_mime_unalias_mime_type(const char* mime)
+{
+    if (!mime)
+        return nullptr;
+    std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
+    MimeDatabase& db = database();
+    std::string canonical = db.unalias(mime);
+    return canonical == mime ? mime : db.intern(canonical);
+}
+
+const char* xdg_mime_get_icon(const char* mime)
+{
+    if (!mime)
+        return nullptr;
+    std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
+    const std::string* icon = database().icon(mime, false);
+    return icon ? icon->c_str() : nullptr;
+}
+
+const char* xdg_mime_get_generic_icon(const char* mime)
+{
+    if (!mime)
+        return nullptr;
+    std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
+    const std::string* icon = database().icon(mime, true);
+    return icon ? icon->c_str() : nullptr;
+}
+
+int xdg_mime_get_max_buffer_extents(void)
+{
+    std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
+    return static_cast<int>(database().maxExtent());
+}
+
+void xdg_mime_shutdown(void)
+{
+    std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
+    g_database.reset();
+}
+
+}  // extern "C"

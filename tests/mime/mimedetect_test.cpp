@@ -1,0 +1,170 @@
+// MIME type detection: rules pinned on small databases the test writes, and
+// the real shared MIME database as Debian installs it.
+
+#include "support/temp_home.h"
+
+#include <vyxmime.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using vyxtest::ScopedEnv;
+using vyxtest::TempHome;
+
+std::string magicLine(int indent, int offset, const std::string& value, const std::string& extra = "")
+{
+    std::string line = (indent ? std::to_string(indent) : "") + ">" + std::to_string(offset) + "=";
+    line += static_cast<char>(value.size() >> 8);
+    line += static_cast<char>(value.size() & 0xFF);
+    return line + value + extra + "\n";
+}
+
+// A database of our own in the user's data directory; no other.
+class OwnDatabase : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        world.writeFile("home/.local/share/mime/globs2",
+                        "# weight:type:pattern\n"
+                        "50:text/x-own:*.own\n"
+                        "60:text/x-heavy:*.own\n"
+                        "50:application/x-longer:*.tar.own\n"
+                        "50:text/x-case:*.C:cs\n"
+                        "50:text/x-lower:*.c\n"
+                        "50:text/x-literal:Ownfile\n"
+                        "40:application/x-tie-a:*.tie\n"
+                        "40:application/x-tie-b:*.tie\n"
+                        "50:image/x-glob:img-*.dat\n"
+                        "50:application/x-dropped:__NOGLOBS__\n");
+        world.writeFile("usr/share/mime/globs2", "50:application/x-dropped:*.drop\n50:text/x-system:*.sys\n");
+        world.writeFile("home/.local/share/mime/aliases", "text/x-old-own text/x-own\n");
+        world.writeFile("home/.local/share/mime/subclasses", "text/x-own text/x-base\ntext/x-base text/plain\n"
+                                                             "application/x-loop application/x-loop2\n"
+                                                             "application/x-loop2 application/x-loop\n");
+        world.writeFile("home/.local/share/mime/icons", "text/x-own:own-icon\n");
+        world.writeFile("home/.local/share/mime/generic-icons", "text/x-own:text-x-generic\n");
+        std::string magic = std::string("MIME-Magic\0\n", 12);
+        magic += "[80:image/x-nested]\n" + magicLine(0, 0, "NEST") + magicLine(1, 4, "ED") + magicLine(1, 4, "OK");
+        magic += "[50:application/x-ranged]\n" + magicLine(0, 0, "ZZ", "+8");
+        magic += "[40:application/x-masked]\n" + magicLine(0, 0, std::string("\xF0", 1), std::string("&\xF0", 2));
+        magic += "[30:text/x-heavy]\n" + magicLine(0, 0, "HEAVY");
+        world.writeFile("home/.local/share/mime/magic", magic);
+    }
+    void TearDown() override { xdg_mime_shutdown(); }
+
+    TempHome world;
+};
+
+TEST_F(OwnDatabase, NamesByKindWeightAndLength)
+{
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.own"), "text/x-heavy");        // weight
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.tar.own"), "text/x-heavy");    // weight before length
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("/dir.c/x.C"), "text/x-case");    // case-sensitive
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("X.c"), "text/x-lower");
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("OWNFILE"), "text/x-literal");    // literals ignore case too
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("img-12.dat"), "image/x-glob");
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.sys"), "text/x-system");
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.drop"), xdg_mime_type_unknown);  // __NOGLOBS__
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.tie"), xdg_mime_type_unknown);   // ambiguous
+    const char* types[4];
+    EXPECT_EQ(xdg_mime_get_mime_types_from_file_name("a.tie", types, 4), 2);
+    EXPECT_EQ(xdg_mime_get_mime_types_from_file_name("a.tie", types, 1), 1);
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name(std::string(10000, 'n').c_str()), xdg_mime_type_unknown);
+}
+
+TEST_F(OwnDatabase, MagicNestingRangesMasksAndPriority)
+{
+    int priority = -1;
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("NESTOK..", 8, &priority), "image/x-nested");
+    EXPECT_EQ(priority, 80);
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("NESTNO..", 8, &priority), "text/plain");  // child fails
+    EXPECT_EQ(priority, 0);
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("......ZZ", 8, nullptr), "application/x-ranged");
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_data(".......ZZ", 9, nullptr), "application/x-ranged");  // offset 7: in range
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("........ZZ", 10, nullptr), "text/plain");          // offset 8: out
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("\xF7\x01", 2, nullptr), "application/x-masked");
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("\x01\x02", 2, nullptr), xdg_mime_type_unknown);
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("", 0, nullptr), xdg_mime_type_empty);
+    EXPECT_EQ(xdg_mime_get_max_buffer_extents(), 10);  // 0 + 8 + 2
+}
+
+TEST_F(OwnDatabase, FilesNameFirstThenContent)
+{
+    std::string dir = world.makeDir("files");
+    // A name that ties is settled by the content.
+    world.writeFile("files/x.own", "HEAVY text");
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/x.own").c_str(), nullptr), "text/x-heavy");
+    world.writeFile("files/noname", "NESTED");
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/noname").c_str(), nullptr), "image/x-nested");
+    world.writeFile("files/empty.own", "");
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/empty.own").c_str(), nullptr), xdg_mime_type_empty);
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(dir.c_str(), nullptr), "inode/directory");
+    std::string fifo = world.path("files/pipe");
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(fifo.c_str(), nullptr), "inode/fifo");
+    std::string link = world.path("files/link");
+    ASSERT_EQ(symlink("noname", link.c_str()), 0);
+    struct stat st;
+    ASSERT_EQ(lstat(link.c_str(), &st), 0);
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(link.c_str(), &st), "inode/symlink");
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/missing").c_str(), nullptr), xdg_mime_type_unknown);
+}
+
+TEST_F(OwnDatabase, AliasesParentsAndIcons)
+{
+    EXPECT_STREQ(xdg_mime_unalias_mime_type("text/x-old-own"), "text/x-own");
+    EXPECT_TRUE(xdg_mime_mime_type_equal("text/x-old-own", "text/x-own"));
+    EXPECT_TRUE(xdg_mime_mime_type_subclass("text/x-old-own", "text/x-base"));
+    EXPECT_TRUE(xdg_mime_mime_type_subclass("text/x-own", "text/plain"));
+    EXPECT_TRUE(xdg_mime_mime_type_subclass("text/x-anything", "text/plain"));  // implicit
+    EXPECT_TRUE(xdg_mime_mime_type_subclass("image/png", "application/octet-stream"));
+    EXPECT_FALSE(xdg_mime_mime_type_subclass("inode/directory", "application/octet-stream"));
+    EXPECT_TRUE(xdg_mime_mime_type_subclass("image/png", "image/*"));
+    EXPECT_FALSE(xdg_mime_mime_type_subclass("application/x-loop", "text/plain"));  // a loop ends
+    char** parents = xdg_mime_list_mime_parents("text/x-old-own");
+    ASSERT_NE(parents, nullptr);
+    EXPECT_STREQ(parents[0], "text/x-base");
+    EXPECT_EQ(parents[1], nullptr);
+    std::free(parents);
+    EXPECT_EQ(xdg_mime_list_mime_parents("image/png"), nullptr);
+    EXPECT_STREQ(xdg_mime_get_icon("text/x-old-own"), "own-icon");
+    EXPECT_STREQ(xdg_mime_get_generic_icon("text/x-own"), "text-x-generic");
+    EXPECT_EQ(xdg_mime_get_icon("image/png"), nullptr);
+}
+
+TEST(MimeNames, ValidityAndMediaTypes)
+{
+    EXPECT_TRUE(xdg_mime_is_valid_mime_type("text/plain"));
+    for (const char* bad : {"", "text", "/plain", "text/", "text/pl ain", "a/b/c"})
+        EXPECT_FALSE(xdg_mime_is_valid_mime_type(bad)) << bad;
+    EXPECT_TRUE(xdg_mime_media_type_equal("image/png", "image/jpeg"));
+    EXPECT_FALSE(xdg_mime_media_type_equal("image/png", "imagex/png"));
+}
+
+TEST(RealDatabase, CommonNamesAndContents)
+{
+    TempHome world;
+    ScopedEnv dirs("XDG_DATA_DIRS", "/usr/share");
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("notes.txt"), "text/plain");
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("NOTES.TXT"), "text/plain");
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.tar.gz"), "application/x-compressed-tar");
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("Makefile"), "text/x-makefile");
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("x.c"), "text/x-csrc");
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("x.C"), "text/x-c++src");
+    int priority = 0;
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16, &priority), "image/png");
+    EXPECT_GT(priority, 0);
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("%PDF-1.4\n", 9, nullptr), "application/pdf");
+    EXPECT_STREQ(xdg_mime_unalias_mime_type("application/x-pdf"), "application/pdf");
+    EXPECT_TRUE(xdg_mime_mime_type_subclass("application/x-shellscript", "text/plain"));
+    EXPECT_GT(xdg_mime_get_max_buffer_extents(), 256);
+    xdg_mime_shutdown();
+}
+
+}  // namespace

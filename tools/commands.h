@@ -26,6 +26,8 @@ int runApps(const CommonOptions& options);
 int runDefault(const CommonOptions& options);
 int runAssigned(const CommonOptions& options);
 int runMimeapps(const CommonOptions& options);
+int runMime(const CommonOptions& options);
+int runMimetype(const CommonOptions& options);
 
 // The table of every command, for dispatch and for the overview's list.
 const std::vector<Command>& commands();

@@ -51,6 +51,10 @@ const std::vector<Command>& commands()
          "Exit status 1 when none is assigned.", 1, 1, runAssigned, {}, {"--all"}},
         {"mimeapps", "mimeapps [--json]", "The mimeapps.list files in priority order, and the writable ones.", nullptr,
          0, 0, runMimeapps},
+        {"mime", "mime FILE... [--json]", "The MIME type of each file, and what its name and its content say.",
+         "Exit status 1 when a file cannot be examined.", 1, 100000, runMime},
+        {"mimetype", "mimetype TYPE [--json]", "A MIME type's canonical name, aliases, parents, icon and generic icon.",
+         nullptr, 1, 1, runMimetype},
         {"why", "why FILE|ID [--json]", "Whether a desktop entry is shown and may run here, with the reason when not.",
          "Shown: Hidden, OnlyShowIn/NotShowIn (and the kiosk whitelist), NoDisplay.\n"
          "Usable: Type, URL, TryExec, Exec, administrator marks, origin file, edition modes.",

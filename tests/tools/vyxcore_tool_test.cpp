@@ -170,7 +170,7 @@ TEST(ToolHelp, EveryCommandHasHelp)
     vyxtest::TempHome world;
     ToolRun help = runTool({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* command : {"dirs", "session", "which", "split", "system", "entry", "exec", "why", "apps", "default", "assigned", "mimeapps"}) {
+    for (const char* command : {"dirs", "session", "which", "split", "system", "entry", "exec", "why", "apps", "default", "assigned", "mimeapps", "mime", "mimetype"}) {
         EXPECT_TRUE(has(help.out, command)) << help.out;
         ToolRun own = runTool({command, "--help"});
         EXPECT_EQ(own.status, 0);
@@ -304,6 +304,24 @@ TEST(ToolApps, ListsDefaultsAssignmentsAndTheirSources)
     EXPECT_TRUE(has(assigned.out, "\"source\": \"" + list + "\"")) << assigned.out;
     EXPECT_TRUE(has(runTool({"mimeapps"}).out, list));
     EXPECT_TRUE(has(runTool({"why", "hidden.desktop"}).out, "DisplayableNoDisplay"));
+}
+
+}  // namespace
+
+namespace {
+
+TEST(ToolMime, TypesOfFilesAndFactsOfTypes)
+{
+    vyxtest::TempHome world;
+    vyxtest::ScopedEnv dirs("XDG_DATA_DIRS", "/usr/share");
+    std::string png = world.writeFile("picture.txt", std::string("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16));
+    ToolRun mime = runTool({"mime", png, world.path("missing")});
+    EXPECT_EQ(mime.status, 1);
+    EXPECT_TRUE(has(mime.out, "by name text/plain, by content image/png")) << mime.out;
+    ToolRun type = runTool({"mimetype", "application/x-pdf", "--json"});
+    EXPECT_EQ(type.status, 0);
+    EXPECT_TRUE(has(type.out, "\"canonical\": \"application/pdf\"")) << type.out;
+    EXPECT_EQ(runTool({"mimetype", "nonsense"}).status, 2);
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
 #include "mime/mimedb_p.h"
 
+#include "core/mappedfile_p.h"
 #include "vyxstrings.h"
 
 #include <algorithm>
 #include <cctype>
 #include <cstring>
 #include <fnmatch.h>
+#include <sys/stat.h>
 #include <unordered_set>
 
 namespace Vyx::detail {
@@ -166,15 +168,15 @@ bool parseMatchlet(const char*& p, const char* end, int* indent, Matchlet* m)
     return m->rangeLength > 0;
 }
 
-size_t extentOf(const Matchlet& m)
+}  // namespace
+
+size_t extentOfMatchlet(const Matchlet& m)
 {
     size_t extent = size_t(m.offset) + m.rangeLength + m.value.size();
     for (const Matchlet& child : m.children)
-        extent = std::max(extent, extentOf(child));
+        extent = std::max(extent, extentOfMatchlet(child));
     return extent;
 }
-
-}  // namespace
 
 void MimeDatabase::readGlobs2(FILE* file, bool oldFormat)
 {
@@ -292,15 +294,43 @@ bool MimeDatabase::readMagic(FILE* file)
             stack.push_back(&siblings->back());
         }
         for (const Matchlet& m : section.matchlets)
-            m_maxExtent = std::max(m_maxExtent, extentOf(m));
+            m_maxExtent = std::max(m_maxExtent, extentOfMatchlet(m));
         m_magic.push_back(std::move(section));
     }
     return true;
 }
 
+namespace {
+
+long long modified(const std::string& path)
+{
+    struct stat st;
+    return stat(path.c_str(), &st) == 0 ? static_cast<long long>(st.st_mtime) : -1;
+}
+
+// A mime.cache is trusted only when no text file it was made from is newer.
+bool cacheIsFresh(const std::string& dir)
+{
+    long long cache = modified(dir + "/mime.cache");
+    if (cache < 0)
+        return false;
+    for (const char* source : {"/globs2", "/globs", "/magic", "/aliases", "/subclasses", "/icons", "/generic-icons"}) {
+        if (modified(dir + source) > cache)
+            return false;
+    }
+    return true;
+}
+
+}  // namespace
+
 void MimeDatabase::load(const std::vector<std::string>& mimeDirs)
 {
     for (const std::string& dir : mimeDirs) {
+        if (cacheIsFresh(dir)) {
+            MappedFile cache;
+            if (cache.open(dir + "/mime.cache") && readCache(cache))
+                continue;
+        }
         if (FILE* f = std::fopen((dir + "/globs2").c_str(), "r")) {
             readGlobs2(f, false);
             std::fclose(f);

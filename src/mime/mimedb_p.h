@@ -14,6 +14,8 @@
 
 namespace Vyx::detail {
 
+class MappedFile;
+
 struct GlobRule {
     std::string pattern;  // as written; matched lower-cased unless caseSensitive
     std::string type;
@@ -41,6 +43,9 @@ struct NameMatch {
     int weight = 0;
 };
 
+// The furthest byte a matchlet (with its children) looks at.
+size_t extentOfMatchlet(const Matchlet& m);
+
 class MimeDatabase {
 public:
     // Reads the directories in precedence order (highest first).
@@ -56,6 +61,11 @@ public:
     void readIcons(FILE* file, bool generic);
     // False when the file is not a magic file.
     bool readMagic(FILE* file);
+    // Reads a directory's compiled mime.cache into the database; false (and
+    // nothing taken) when it is not a cache of a known version. Every offset
+    // and count is checked against the file, so a damaged cache gives what
+    // can be read of it.
+    bool readCache(const MappedFile& cache);
 
     NameMatch matchName(const char* fileName) const;
     // The magic type of data, or empty; *priority receives the rule's priority.
@@ -68,6 +78,9 @@ public:
     const std::string* icon(const std::string& type, bool generic) const;
     // A library-owned copy of type, stable for the database's life.
     const char* intern(const std::string& type);
+
+    const std::vector<GlobRule>& globs() const { return m_globs; }
+    const std::vector<MagicSection>& magic() const { return m_magic; }
 
 private:
     bool subclassOf(const std::string& type, const std::string& base, int depth) const;

@@ -168,3 +168,89 @@ TEST(RealDatabase, CommonNamesAndContents)
 }
 
 }  // namespace
+
+#include "core/mappedfile_p.h"
+#include "mime/mimedb_p.h"
+
+namespace {
+
+using Vyx::detail::MimeDatabase;
+
+// The compiled cache and the text files it was made from must give the same
+// answers: checked over every pattern and every magic rule of Debian's
+// database.
+TEST(MimeCache, AgreesWithTheTextFiles)
+{
+    const std::string dir = "/usr/share/mime";
+    MimeDatabase fromCache, fromText;
+    Vyx::detail::MappedFile cache;
+    ASSERT_TRUE(cache.open(dir + "/mime.cache"));
+    ASSERT_TRUE(fromCache.readCache(cache));
+    for (const char* name : {"/globs2", "/aliases", "/subclasses", "/icons", "/generic-icons", "/magic"}) {
+        FILE* f = std::fopen((dir + name).c_str(), "rb");
+        ASSERT_NE(f, nullptr) << name;
+        std::string file = name;
+        if (file == "/globs2")
+            fromText.readGlobs2(f, false);
+        else if (file == "/aliases")
+            fromText.readAliases(f);
+        else if (file == "/subclasses")
+            fromText.readSubclasses(f);
+        else if (file == "/magic")
+            fromText.readMagic(f);
+        else
+            fromText.readIcons(f, file == "/generic-icons");
+        std::fclose(f);
+    }
+    EXPECT_EQ(fromCache.maxExtent(), fromText.maxExtent());
+
+    size_t names = 0;
+    for (const auto& rule : fromText.globs()) {
+        if (rule.pattern.find_first_of("?[") != std::string::npos || rule.pattern == "__NOGLOBS__")
+            continue;
+        std::string sample = rule.pattern;
+        for (std::string::size_type star; (star = sample.find('*')) != std::string::npos;)
+            sample.replace(star, 1, "sample");
+        EXPECT_EQ(fromCache.matchName(sample.c_str()).types, fromText.matchName(sample.c_str()).types) << sample;
+        ++names;
+    }
+    EXPECT_GT(names, 500u);
+
+    size_t contents = 0;
+    for (const auto& section : fromText.magic()) {
+        for (const auto& m : section.matchlets) {
+            std::string data(m.offset + m.value.size(), '\0');
+            data.replace(m.offset, m.value.size(), m.value);
+            const unsigned char* bytes = reinterpret_cast<const unsigned char*>(data.data());
+            int a = 0, b = 0;
+            EXPECT_EQ(fromCache.matchMagic(bytes, data.size(), &a), fromText.matchMagic(bytes, data.size(), &b))
+                << section.type;
+            EXPECT_EQ(a, b);
+            ++contents;
+        }
+    }
+    EXPECT_GT(contents, 300u);
+    EXPECT_EQ(fromCache.unalias("application/x-pdf"), fromText.unalias("application/x-pdf"));
+    EXPECT_EQ(fromCache.parents("text/x-csrc"), fromText.parents("text/x-csrc"));
+    EXPECT_EQ(*fromCache.icon("application/pdf", true), *fromText.icon("application/pdf", true));
+}
+
+TEST(MimeCache, DamagedCachesGiveWhatCanBeRead)
+{
+    vyxtest::TempHome world;
+    std::string good = vyxtest::readFile("/usr/share/mime/mime.cache");
+    ASSERT_GT(good.size(), 1000u);
+    const std::string damaged[] = {good.substr(0, good.size() / 2), good.substr(0, 39), std::string(64, '\xff'),
+                                   std::string("\0\1\0\2", 4) + std::string(36, '\xff') + good.substr(40)};
+    for (const std::string& bytes : damaged) {
+        std::string path = world.writeFile("mime.cache", bytes);
+        Vyx::detail::MappedFile file;
+        ASSERT_TRUE(file.open(path));
+        MimeDatabase db;
+        db.readCache(file);  // must not read outside the mapping
+        db.matchName("x.txt");
+        db.matchMagic(reinterpret_cast<const unsigned char*>("%PDF-"), 5, nullptr);
+    }
+}
+
+}  // namespace

@@ -1,0 +1,61 @@
+#include "core/mappedfile_p.h"
+
+#include <cstring>
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Vyx::detail {
+
+MappedFile::~MappedFile()
+{
+    if (m_data)
+        munmap(m_data, m_size);
+}
+
+bool MappedFile::open(const std::string& path)
+{
+    int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0)
+        return false;
+    struct stat st;
+    bool ok = fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0;
+    if (ok) {
+        void* map = mmap(nullptr, static_cast<size_t>(st.st_size), PROT_READ, MAP_SHARED, fd, 0);
+        ok = map != MAP_FAILED;
+        if (ok) {
+            m_data = static_cast<unsigned char*>(map);
+            m_size = static_cast<size_t>(st.st_size);
+        }
+    }
+    close(fd);
+    return ok;
+}
+
+bool MappedFile::u16(uint64_t offset, uint16_t* out) const
+{
+    if (!contains(offset, 2))
+        return false;
+    *out = static_cast<uint16_t>(m_data[offset] << 8 | m_data[offset + 1]);
+    return true;
+}
+
+bool MappedFile::u32(uint64_t offset, uint32_t* out) const
+{
+    if (!contains(offset, 4))
+        return false;
+    const unsigned char* p = m_data + offset;
+    *out = uint32_t(p[0]) << 24 | uint32_t(p[1]) << 16 | uint32_t(p[2]) << 8 | uint32_t(p[3]);
+    return true;
+}
+
+const char* MappedFile::string(uint64_t offset) const
+{
+    if (offset >= m_size)
+        return nullptr;
+    const void* nul = std::memchr(m_data + offset, '\0', m_size - offset);
+    return nul ? reinterpret_cast<const char*>(m_data + offset) : nullptr;
+}
+
+}  // namespace Vyx::detail

@@ -214,6 +214,7 @@ bool MimeDatabase::readCache(const MappedFile& cache)
     }
     for (const std::string& type : noGlobsHere)
         m_noGlobs[type] = true;
+    m_index.built = false;
     for (MagicSection& section : reader.m_magic) {
         for (const Matchlet& m : section.matchlets)
             m_maxExtent = std::max(m_maxExtent, extentOfMatchlet(m));

@@ -59,18 +59,6 @@ bool isSimpleSuffix(const std::string& pattern)
     return pattern.size() > 1 && pattern[0] == '*' && isLiteral(pattern.substr(1));
 }
 
-// Whether pattern matches subject, compared exactly.
-bool globMatches(const std::string& pattern, const std::string& subject)
-{
-    if (isLiteral(pattern))
-        return subject == pattern;
-    if (isSimpleSuffix(pattern)) {
-        size_t n = pattern.size() - 1;
-        return subject.size() >= n && subject.compare(subject.size() - n, n, pattern, 1, n) == 0;
-    }
-    return fnmatch(pattern.c_str(), subject.c_str(), 0) == 0;
-}
-
 // The rank of a match kind: literal names first, then suffixes, then globs.
 int kind(const std::string& pattern)
 {
@@ -218,6 +206,7 @@ void MimeDatabase::readGlobs2(FILE* file, bool oldFormat)
     });
     for (const std::string& type : noGlobsHere)
         m_noGlobs[type] = true;
+    m_index.built = false;
 }
 
 void MimeDatabase::readAliases(FILE* file)
@@ -362,45 +351,86 @@ void MimeDatabase::load(const std::vector<std::string>& mimeDirs)
                      [](const MagicSection& a, const MagicSection& b) { return a.priority > b.priority; });
 }
 
+void MimeDatabase::buildIndex() const
+{
+    GlobIndex& index = m_index;
+    index = GlobIndex();
+    index.lowered.reserve(m_globs.size());
+    for (size_t i = 0; i < m_globs.size(); ++i) {
+        const GlobRule& rule = m_globs[i];
+        index.lowered.push_back(lowered(rule.pattern));
+        if (isLiteral(rule.pattern)) {
+            index.literal[rule.pattern].push_back(i);
+            if (!rule.caseSensitive)
+                index.literalLower[index.lowered.back()].push_back(i);
+        } else if (isSimpleSuffix(rule.pattern)) {
+            index.suffix[rule.pattern.substr(1)].push_back(i);
+            if (!rule.caseSensitive)
+                index.suffixLower[index.lowered.back().substr(1)].push_back(i);
+        } else {
+            index.other.push_back(i);
+        }
+    }
+    index.built = true;
+}
+
 NameMatch MimeDatabase::matchName(const char* fileName) const
 {
     NameMatch best;
     if (!fileName)
         return best;
+    if (!m_index.built)
+        buildIndex();
     // Only the last path component is a file name.
     const char* slash = std::strrchr(fileName, '/');
     const std::string name = slash ? slash + 1 : fileName;
     int bestKind = 3;
     size_t bestLength = 0;
+    auto consider = [&](size_t i) {
+        const GlobRule& rule = m_globs[i];
+        int k = kind(rule.pattern);
+        // Literal names, then suffixes, then globs; then weight; then length.
+        bool better = k < bestKind || (k == bestKind && (rule.weight > best.weight ||
+                                                         (rule.weight == best.weight && rule.pattern.size() > bestLength)));
+        bool same = k == bestKind && rule.weight == best.weight && rule.pattern.size() == bestLength;
+        std::string type = unalias(rule.type);
+        if (better) {
+            best.types = {type};
+            best.weight = rule.weight;
+            bestKind = k;
+            bestLength = rule.pattern.size();
+        } else if (same && std::find(best.types.begin(), best.types.end(), type) == best.types.end()) {
+            best.types.push_back(type);
+        }
+    };
     // The name as it is first; only when nothing matches, lower-cased against
     // the patterns that ignore case.
     auto pass = [&](const std::string& subject, bool lowerCasePass) {
-        for (const GlobRule& rule : m_globs) {
+        const auto& literals = lowerCasePass ? m_index.literalLower : m_index.literal;
+        const auto& suffixes = lowerCasePass ? m_index.suffixLower : m_index.suffix;
+        if (auto it = literals.find(subject); it != literals.end())
+            for (size_t i : it->second)
+                consider(i);
+        for (size_t start = 0; start < subject.size(); ++start) {
+            auto it = suffixes.find(subject.substr(start));
+            if (it != suffixes.end())
+                for (size_t i : it->second)
+                    consider(i);
+        }
+        for (size_t i : m_index.other) {
+            const GlobRule& rule = m_globs[i];
             if (lowerCasePass && rule.caseSensitive)
                 continue;
-            const std::string pattern = lowerCasePass ? lowered(rule.pattern) : rule.pattern;
-            if (!globMatches(pattern, subject))
-                continue;
-            int k = kind(rule.pattern);
-            // Literal names, then suffixes, then globs; then weight; then length.
-            bool better = k < bestKind || (k == bestKind && (rule.weight > best.weight ||
-                                                             (rule.weight == best.weight &&
-                                                              rule.pattern.size() > bestLength)));
-            bool same = k == bestKind && rule.weight == best.weight && rule.pattern.size() == bestLength;
-            std::string type = unalias(rule.type);
-            if (better) {
-                best.types = {type};
-                best.weight = rule.weight;
-                bestKind = k;
-                bestLength = rule.pattern.size();
-            } else if (same && std::find(best.types.begin(), best.types.end(), type) == best.types.end()) {
-                best.types.push_back(type);
-            }
+            const std::string& pattern = lowerCasePass ? m_index.lowered[i] : rule.pattern;
+            if (fnmatch(pattern.c_str(), subject.c_str(), 0) == 0)
+                consider(i);
         }
     };
     pass(name, false);
     if (best.types.empty())
         pass(lowered(name), true);
+    // Ties in a stable order, whichever source the globs came from.
+    std::sort(best.types.begin(), best.types.end());
     return best;
 }
 

@@ -84,6 +84,17 @@ public:
 
 private:
     bool subclassOf(const std::string& type, const std::string& base, int depth) const;
+    // Indexes of the globs by literal name and by suffix, as written and
+    // lower-cased, so that a name costs a few hash lookups, not a walk
+    // over every pattern. Built on the first match after a load.
+    void buildIndex() const;
+    struct GlobIndex {
+        std::unordered_map<std::string, std::vector<size_t>> literal, suffix, literalLower, suffixLower;
+        std::vector<size_t> other;  // patterns fnmatch must try
+        std::vector<std::string> lowered;  // each rule's pattern, lower-cased
+        bool built = false;
+    };
+    mutable GlobIndex m_index;
 
     std::vector<GlobRule> m_globs;
     std::unordered_map<std::string, bool> m_globTypesSeen;   // types given globs by a directory so far

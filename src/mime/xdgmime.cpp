@@ -152,12 +152,13 @@ const char* xdg_mime_get_mime_type_for_file(const char* file_name, struct stat* 
     }
     if (const char* inode = inodeType(*statbuf))
         return inode;
-    if (statbuf->st_size == 0)
-        return xdg_mime_type_empty;
 
     Vyx::detail::NameMatch byName = db.matchName(file_name);
     if (byName.types.size() == 1)
         return db.intern(byName.types[0]);
+    // An empty file has no content to decide by: a name still names it.
+    if (statbuf->st_size == 0)
+        return byName.types.empty() ? xdg_mime_type_empty : db.intern(byName.types[0]);
 
     // No name match, or several: the content decides.
     std::string data(db.maxExtent() ? db.maxExtent() : kTextSniffLength, '\0');

@@ -103,7 +103,10 @@ TEST_F(OwnDatabase, FilesNameFirstThenContent)
     world.writeFile("files/noname", "NESTED");
     EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/noname").c_str(), nullptr), "image/x-nested");
     world.writeFile("files/empty.own", "");
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/empty.own").c_str(), nullptr), xdg_mime_type_empty);
+    world.writeFile("files/empty", "");
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/empty").c_str(), nullptr), xdg_mime_type_empty);
+    world.writeFile("files/empty.sys", "");  // a name still names an empty file
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/empty.sys").c_str(), nullptr), "text/x-system");
     EXPECT_STREQ(xdg_mime_get_mime_type_for_file(dir.c_str(), nullptr), "inode/directory");
     std::string fifo = world.path("files/pipe");
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);

@@ -175,13 +175,14 @@ const char* xdg_mime_get_mime_type_for_file(const char* file_name, struct stat* 
             return db.intern(magic);
         return looksLikeText(bytes, length) ? xdg_mime_type_textplain : xdg_mime_type_unknown;
     }
-    // A name type that is the content's type, or a kind of it, wins; else
-    // the first name type.
-    if (!magic.empty()) {
-        for (const std::string& type : byName.types) {
-            if (db.isSubclass(type, magic))
-                return db.intern(type);
-        }
+    // A name type that is the content's type, or a kind of it, wins; when
+    // no content rule matched, the text-or-binary guess stands in for one,
+    // so that a text file picks the text type among names that tie.
+    if (magic.empty())
+        magic = looksLikeText(bytes, length) ? xdg_mime_type_textplain : xdg_mime_type_unknown;
+    for (const std::string& type : byName.types) {
+        if (db.isSubclass(type, magic))
+            return db.intern(type);
     }
     return db.intern(byName.types[0]);
 }

@@ -20,10 +20,11 @@ void listInto(std::vector<std::string>* out, const std::string& dir, int depth, 
             continue;
         bool isDir = entry->d_type == DT_DIR;
         bool matches = fnmatch(pattern, name, 0) == 0 && !(filesOnly && isDir);
+        if (!matches && !((isDir || entry->d_type == DT_UNKNOWN) && depth >= 1))
+            continue;  // most entries of a big tree: no path built for them
         std::string path = needsSlash ? Vyx::concat(dir, '/', name) : Vyx::concat(dir, name);
         if (!matches) {
-            if ((isDir || entry->d_type == DT_UNKNOWN) && depth >= 1)
-                listInto(out, path, depth - 1, pattern, filesOnly, namesOnly);
+            listInto(out, path, depth - 1, pattern, filesOnly, namesOnly);
             continue;
         }
         if (filesOnly && entry->d_type == DT_UNKNOWN) {

@@ -25,6 +25,8 @@ bool isSymbolicLink(const char* path)
 
 bool vyxCopyFile(const char* src, const char* dst)
 {
+    if (!src || !dst)
+        return false;
     if (isDirectory(src)) {
         std::fprintf(stderr, "libvyxcore: can't copy folder to file\n");
         return false;
@@ -56,6 +58,8 @@ bool vyxCopyFile(const char* src, const char* dst)
 bool rmdirRecursive(const char* path, Vyx::tagged_bool<InsideOnly_tag> insideOnly,
                     Vyx::tagged_bool<KeepDotDirectoryFile_tag> keepDotDirectory)
 {
+    if (!path)
+        return false;
     // A link is removed itself, never followed out of the tree.
     if (isSymbolicLink(path))
         return unlink(path) == 0;
@@ -89,7 +93,7 @@ bool rmdirRecursive(const char* path, Vyx::tagged_bool<InsideOnly_tag> insideOnl
 
 bool isDirEmpty(const char* path, Vyx::tagged_bool<IgnoreDotDirectoryFile_tag> ignoreDotDirectory)
 {
-    DIR* dir = opendir(path);
+    DIR* dir = path ? opendir(path) : nullptr;
     if (!dir)
         return true;
     bool empty = true;
@@ -109,7 +113,7 @@ bool isDirEmpty(const char* path, Vyx::tagged_bool<IgnoreDotDirectoryFile_tag> i
 int64_t vyxSizeOfPath(const char* path)
 {
     struct stat st;
-    if (lstat(path, &st) != 0)
+    if (!path || lstat(path, &st) != 0)
         return 0;
     if (S_ISLNK(st.st_mode) || S_ISREG(st.st_mode))
         return st.st_size;

@@ -123,6 +123,8 @@ std::pair<std::string, int> MakeNewNumberedPath(const char* dir, const char* nam
                                                 bool parentheses, int first, int end,
                                                 Vyx::tagged_bool<DeleteAndReuseIfNotBusy_tag> deleteAndReuse)
 {
+    if (!dir || !name)
+        return {std::string(), -1};
     const char* extension = ext ? ext : "";
     for (long counter = static_cast<long>(first) - 1; counter < end; ++counter) {
         std::string candidate =

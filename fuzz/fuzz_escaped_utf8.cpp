@@ -1,23 +1,43 @@
-// isEscapedUtf8 writes at most strlen + 1 bytes into the caller's buffer.
+// isEscapedUtf8 writes at most strlen + 1 bytes into the caller's buffer and
+// undoes encodedUrl.
 #include <vyxstrings.h>
 
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <string>
+
+namespace {
+
+const unsigned char* bytes(const std::string& text)
+{
+    return reinterpret_cast<const unsigned char*>(text.c_str());
+}
+
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    std::unique_ptr<unsigned char[]> text(new unsigned char[size + 1]);
-    std::memcpy(text.get(), data, size);
-    text[size] = '\0';
-    size_t length = std::strlen(reinterpret_cast<char*>(text.get()));
+    std::string text(reinterpret_cast<const char*>(data), size);
+    text = text.c_str();  // up to the first NUL, as a C caller would pass it
+    size_t length = text.size();
     // Exactly the room the contract promises, so ASan sees any overrun.
     std::unique_ptr<unsigned char[]> out(new unsigned char[length + 1]);
-    bool escaped = Vyx::isEscapedUtf8(text.get(), out.get());
-    if (escaped && std::strlen(reinterpret_cast<char*>(out.get())) > length)
+    bool escaped = Vyx::isEscapedUtf8(bytes(text), out.get());
+    if (length >= 3 && std::strlen(reinterpret_cast<char*>(out.get())) > length)
         abort();
-    if (escaped != Vyx::isEscapedUtf8(text.get(), nullptr))
+    if (escaped != Vyx::isEscapedUtf8(bytes(text), nullptr))
         abort();
+
+    // Every escape encodedUrl makes has two digits, so when it escaped
+    // anything the decoded text is the original and the answer is its validity.
+    std::string encoded = Vyx::encodedUrl(text);
+    if (encoded != text) {
+        std::unique_ptr<unsigned char[]> back(new unsigned char[encoded.size() + 1]);
+        if (Vyx::isEscapedUtf8(bytes(encoded), back.get()) != Vyx::isValidUtf8(bytes(text))
+            || text != reinterpret_cast<char*>(back.get()))
+            abort();
+    }
     return 0;
 }

@@ -27,6 +27,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     int code = MakeArgVector(cmd.get(), info.get());
     if (code < 0 || code > 7 || info->argc < 0 || info->argc > CmdLineMaxArguments)
         abort();
+    if (code != 0 && info->argc != 0)
+        abort();
+    if (!std::memchr(info->redirectFile, 0, sizeof info->redirectFile) ||
+        !std::memchr(info->pipeCommand, 0, sizeof info->pipeCommand))
+        abort();
+    const int argc = info->argc;
+    if (info->argv[argc] || info->argv[argc + 1] != cmd.get() ||
+        info->argv[argc + 2] != reinterpret_cast<char*>(info.get()) || info->argv[argc + 3])
+        abort();
     for (int i = 0; i < info->argc; ++i) {
         if (info->argv[i] < info->argText || info->argv[i] >= info->argText + sizeof info->argText)
             abort();

@@ -1,6 +1,7 @@
 // section, lastSection and cutLastSection on any text, separator and index.
 #include <vyxstrings.h>
 
+#include <climits>
 #include <cstdint>
 #include <cstdlib>
 #include <string>
@@ -11,9 +12,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         return 0;
     char separator = static_cast<char>(data[0]);
     int n = static_cast<int8_t>(data[1]);
+    // The two extreme bytes stand for the extreme indices, which must not overflow.
+    if (n == INT8_MIN)
+        n = INT_MIN;
+    else if (n == INT8_MAX)
+        n = INT_MAX;
     std::string text(reinterpret_cast<const char*>(data + 2), size - 2);
     std::string field = Vyx::section(text, separator, n);
     if (field.size() > text.size() || field.find(separator) != std::string::npos)
+        abort();
+    if (!field.empty() && text.find(field) == std::string::npos)
         abort();
     std::string last = Vyx::lastSection(text, separator);
     std::string cut = text;

@@ -2,14 +2,20 @@
 #include <vyxstrings.h>
 
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
-#include <memory>
+#include <string>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    std::unique_ptr<unsigned char[]> text(new unsigned char[size + 1]);
-    std::memcpy(text.get(), data, size);
-    text[size] = '\0';
-    Vyx::isValidUtf8(text.get());
+    std::string text(reinterpret_cast<const char*>(data), size);
+    text = text.c_str();  // up to the first NUL, as a C caller would pass it
+    std::string twice = text + text;
+    const auto* once = reinterpret_cast<const unsigned char*>(text.c_str());
+    // A valid text ends with nothing pending, so a second copy parses alike;
+    // an invalid one keeps its fault (a repeated byte-order mark is a valid
+    // three-byte sequence).
+    if (Vyx::isValidUtf8(once) != Vyx::isValidUtf8(reinterpret_cast<const unsigned char*>(twice.c_str())))
+        abort();
     return 0;
 }

@@ -44,17 +44,26 @@ struct CmdLineInfo {
     const char* message;                   // its message; "" for success
 };
 
-// Splits cmd into info and returns the result code. cmd must be a writable
-// buffer of CmdLineBufferSize bytes: variables are expanded in it and a
-// comment is cut off. Fields that would overflow are truncated, never
-// written past.
+// Splits cmd into info and returns the result code (a CmdLineError; 0 when
+// the line is fine, including an empty one). cmd must be a writable buffer of
+// CmdLineBufferSize bytes: variables are expanded in it and a comment is cut
+// off. Words past the 128th are dropped without an error. A redirect file
+// name or pipe command longer than CmdLineFieldSize - 1 bytes, and argument
+// text past CmdLineBufferSize - 1 bytes, are cut there and stay
+// NUL-terminated; nothing is written past the record or the buffer.
+// "\ddd" takes exactly three digits as an octal byte (an 8 or 9 ends the
+// value early: "\108" is byte 8, "\999" byte 0). A null cmd counts as an
+// empty line; a null info returns -1 and touches nothing.
 VYX_EXPORT int MakeArgVector(char* cmd, CmdLineInfo* info);
 
-// Expands "$NAME" and "${NAME}" (names of at most 254 letters and digits; an unbraced name ends at the first other character, "_" included) in
-// the NUL-terminated text of buffer, in place, never writing past size bytes;
-// the last byte is always set to NUL, so a longer result is cut there. A
-// backslash protects the next character; unset (or empty) variables stay as
-// written.
+// Expands "$NAME" and "${NAME}" in the NUL-terminated text of buffer, in
+// place. An unbraced name is the run of letters and digits after "$" ("_"
+// ends it); a braced one runs to the next "}", which is removed with it.
+// An unbraced name ends after 254 characters; a braced name longer than that,
+// unset and empty variables and a "$" followed by anything else stay as
+// written. A backslash protects the next character (both are kept). Values are not expanded again. Never writes past
+// size bytes: the last byte is always set to NUL, so a longer result (or a
+// long value) is cut there. Does nothing for a null buffer or size 0.
 VYX_EXPORT void ExpandDollarVariables(char* buffer, size_t size);
 
 #endif

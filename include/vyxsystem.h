@@ -14,7 +14,8 @@
 // True when the real user id of the process is 0.
 VYX_EXPORT bool isUserRoot();
 // The login name of the real user (password database, else LOGNAME, else
-// USER); empty when none is known. A found name is kept for the process.
+// USER); empty when none is known. A found name is kept for the process in
+// a string that is not locked: callers on several threads serialise it.
 VYX_EXPORT std::string getUserName();
 // The user's full name: the GECOS field of the password entry up to its
 // first ","; empty when there is none.
@@ -24,8 +25,9 @@ VYX_EXPORT std::string getUserFullName();
 // get user name" when the user is unknown.
 VYX_EXPORT bool isUserInGroup(const char* group);
 // Whether user belongs to group, by the user's group list of at most 256
-// groups (a user in more groups is answered false, with a message). Positive
-// answers are remembered for the process. The remembered answers of all
+// groups (a user in more groups is answered false, with a message). False
+// for a null group or user and for an unknown user ("libvyxcore:
+// getpwnam(USER) failed"). Positive answers are remembered for the process. The remembered answers of all
 // three forms are not locked: callers on several threads serialise them.
 VYX_EXPORT bool isUserInGroup(const char* group, const char* user);
 // Whether the user with id uid belongs to group; answers, yes and no, are
@@ -72,8 +74,9 @@ VYX_EXPORT int getOrvelMode();
 // The parent process id of pid (of the caller when pid <= 0); -1 when pid
 // does not exist.
 VYX_EXPORT int getPPid(int pid);
-// The command line of pid, its arguments joined by single blanks; empty when
-// it cannot be read (or for kernel threads).
+// The command line of pid (of the caller when pid <= 0), its arguments
+// joined by single blanks; empty when it cannot be read (or for kernel
+// threads).
 VYX_EXPORT std::string getCmdLine(int pid);
 // The lowest pid other than the caller's whose program name (the last "/"
 // section of its first argument, or its kernel name when it has none) is

@@ -28,6 +28,7 @@ bool isQuote(char c)
     return c == '"' || c == '\'' || c == '`';
 }
 
+// Letters and digits only: "_" ends an unbraced name. Kept on purpose.
 bool isNameChar(char c)
 {
     return std::isalnum(static_cast<unsigned char>(c)) != 0;
@@ -50,8 +51,8 @@ public:
 
 private:
     bool readWord();
-    bool putChar(char c);
-    bool endWord();
+    void putChar(char c);
+    void endWord();
     int redirect();
     int pipe();
 
@@ -67,20 +68,19 @@ private:
     int m_depth = 0;
 };
 
-bool Splitter::putChar(char c)
+void Splitter::putChar(char c)
 {
     m_wordOpen = true;
     // Keep room for the word's NUL; bytes beyond the text's room are dropped.
     if (m_used + 1 < sizeof m_info->argText)
         m_info->argText[m_used++] = c;
-    return true;
 }
 
 // Finishes the word in progress: an argument, or the pending output file.
-bool Splitter::endWord()
+void Splitter::endWord()
 {
     if (!m_wordOpen)
-        return true;
+        return;
     m_wordOpen = false;
     m_info->argText[m_used] = '\0';
     char* word = m_info->argText + m_wordStart;
@@ -89,13 +89,12 @@ bool Splitter::endWord()
         m_redirectPending = false;
         m_redirectGiven = true;
         m_used = m_wordStart;  // the file name is not an argument
-        return true;
+        return;
     }
     m_info->argv[m_info->argc++] = word;
     if (m_used + 1 < sizeof m_info->argText)
         ++m_used;
     m_wordStart = m_used;
-    return true;
 }
 
 int Splitter::redirect()
@@ -186,9 +185,14 @@ bool Splitter::readWord()
             const char* next = m_p + 1;
             if (std::isdigit(static_cast<unsigned char>(next[0])) && std::isdigit(static_cast<unsigned char>(next[1])) &&
                 std::isdigit(static_cast<unsigned char>(next[2]))) {
+                // Exactly three digits, even when more follow. Kept on purpose:
+                // the digit check admits 8 and 9, which end the octal value early
+                // ("\108" is byte 8, "\999" byte 0), and values past 255 keep
+                // their low byte.
+                const char digits[4] = {next[0], next[1], next[2], '\0'};
                 unsigned value = 0;
-                std::sscanf(next, "%32o", &value);
-                putChar(static_cast<char>(value));
+                std::sscanf(digits, "%32o", &value);
+                putChar(static_cast<char>(value & 0xFF));
                 m_p += 4;
             } else if (*next) {
                 putChar(*next);
@@ -219,12 +223,16 @@ int Splitter::run()
         bool goOn = readWord();
         if (m_error != CmdLineOk)
             break;
-        m_depth = 0;  // an unterminated quote at the end counts as closed
+        // Kept on purpose: a quote left open at the end counts as closed, so
+        // "Unbalanced quotes" is never reported.
+        m_depth = 0;
         endWord();
         if (!goOn)
             break;
     }
-    if (m_error == CmdLineOk && m_redirectPending)
+    // An empty pipe command does not stop the parse, so a pending
+    // redirection still turns it into code 4.
+    if ((m_error == CmdLineOk || m_error == CmdLineNoPipeCommand) && m_redirectPending)
         m_error = CmdLineNoRedirectFile;
     return m_error;
 }
@@ -290,10 +298,15 @@ void ExpandDollarVariables(char* buffer, size_t size)
 
 int MakeArgVector(char* cmd, CmdLineInfo* info)
 {
+    if (!info)
+        return -1;
     std::memset(info, 0, sizeof *info);
-    ExpandDollarVariables(cmd, CmdLineBufferSize);
-    Splitter splitter(cmd, info);
-    int error = splitter.run();
+    int error = CmdLineOk;
+    if (cmd) {
+        ExpandDollarVariables(cmd, CmdLineBufferSize);
+        Splitter splitter(cmd, info);
+        error = splitter.run();
+    }
     if (error != CmdLineOk)
         info->argc = 0;
     int argc = info->argc;

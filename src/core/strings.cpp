@@ -236,7 +236,8 @@ std::string section(const std::string& text, char separator, int n)
 
     std::string::size_type last = text.size() - 1;
     std::string::size_type pos = text.rfind(separator, last);
-    for (int i = 0; i < -n - 1; ++i) {
+    const int steps = -(n + 1);  // not -n - 1: that overflows for INT_MIN
+    for (int i = 0; i < steps; ++i) {
         // Likewise a separator in the first byte ends the backward walk.
         if (pos == npos || pos == 0)
             return std::string();

@@ -12,17 +12,21 @@ namespace {
 constexpr unsigned kLightCpuMhz = 999;
 constexpr unsigned kLightMemoryKb = 253680;
 
-// The first line of path that starts with prefix, or empty.
+// The first line of path that starts with prefix, or empty. Lines longer
+// than the buffer arrive in pieces; only a piece that begins a line is
+// compared, so the tail of a long "flags" line can never pass for a match.
 std::string firstLineStarting(const char* path, const char* prefix)
 {
     std::string found;
     if (FILE* file = std::fopen(path, "r")) {
-        char line[512];
-        while (std::fgets(line, sizeof line, file)) {
-            if (Vyx::startsWith(line, prefix)) {
-                found = line;
+        char piece[512];
+        bool atLineStart = true;
+        while (std::fgets(piece, sizeof piece, file)) {
+            if (atLineStart && Vyx::startsWith(piece, prefix)) {
+                found = piece;
                 break;
             }
+            atLineStart = std::strchr(piece, '\n') != nullptr;
         }
         std::fclose(file);
     }
@@ -51,7 +55,9 @@ unsigned GetCPUMhz()
         std::string line = firstLineStarting("/proc/cpuinfo", "cpu MHz");
         const char* colon = line.size() > 7 ? std::strchr(line.c_str() + 7, ':') : nullptr;
         float value = 0;
-        if (colon && std::sscanf(colon + 1, "%12f", &value) == 1 && value > 0)
+        // "%12f" still admits "inf" and twelve digits, which do not fit: such
+        // a rate counts as unknown rather than converting out of range.
+        if (colon && std::sscanf(colon + 1, "%12f", &value) == 1 && value > 0 && value < 4294967296.0f)
             mhz = static_cast<unsigned>(value);
     });
     return mhz;

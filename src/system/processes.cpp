@@ -14,9 +14,12 @@
 
 namespace {
 
+// A file of pid's /proc directory (the caller's for pid <= 0); empty when
+// it cannot be read.
 std::string readProcFile(int pid, const char* name)
 {
-    std::ifstream in(Vyx::concat("/proc/", pid, '/', name), std::ios::binary);
+    std::string path = pid > 0 ? Vyx::concat("/proc/", pid, '/', name) : Vyx::concat("/proc/self/", name);
+    std::ifstream in(path, std::ios::binary);
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 

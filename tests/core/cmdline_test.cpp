@@ -4,165 +4,143 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace {
 
 using vyxtest::ScopedEnv;
 
-struct Split {
-    int code;
-    std::vector<std::string> args;
-    std::string redirect;
-    std::string pipe;
-    bool append;
-};
-
-// The record sits between guard bytes, so any write past it shows.
+// The record and the command buffer sit between guard bytes, so any write
+// past them shows.
 struct Guarded {
     unsigned char before[64];
     CmdLineInfo info;
     unsigned char after[64];
 };
 
-Split split(const std::string& line)
+// Splits line and writes the outcome as "[arg][arg] >file |pipe", or as
+// "E<code> <message>" (plus any argument left behind) after an error. Checks
+// the guards, the argv trailer and the stored code on the way.
+std::string split(const std::string& line, std::string* cmdAfter = nullptr)
 {
     auto guarded = std::make_unique<Guarded>();
     std::memset(guarded.get(), 0xA5, sizeof(Guarded));
-    std::vector<char> cmd(CmdLineBufferSize + 64, '\x5A');
-    std::memcpy(cmd.data(), line.c_str(), std::min(line.size() + 1, size_t(CmdLineBufferSize)));
+    std::string cmd(CmdLineBufferSize + 64, '\x5A');
+    std::memcpy(&cmd[0], line.c_str(), std::min(line.size() + 1, size_t(CmdLineBufferSize)));
     cmd[CmdLineBufferSize - 1] = '\0';
 
-    Split result;
     CmdLineInfo& info = guarded->info;
-    result.code = MakeArgVector(cmd.data(), &info);
-    for (int i = 0; i < info.argc; ++i)
-        result.args.emplace_back(info.argv[i]);
-    result.redirect = info.redirectFile;
-    result.pipe = info.pipeCommand;
-    result.append = info.append == 1;
+    const int code = MakeArgVector(&cmd[0], &info);
+    const int argc = info.argc;
+    EXPECT_EQ(info.error, code);
+    EXPECT_TRUE(info.argv[argc] == nullptr && info.argv[argc + 1] == &cmd[0] &&
+                info.argv[argc + 2] == reinterpret_cast<char*>(&info) && info.argv[argc + 3] == nullptr);
+    EXPECT_EQ(std::count(std::begin(guarded->before), std::end(guarded->before), 0xA5) +
+                  std::count(std::begin(guarded->after), std::end(guarded->after), 0xA5),
+              128);
+    EXPECT_EQ(std::count(cmd.begin() + CmdLineBufferSize, cmd.end(), '\x5A'), 64);
+    if (cmdAfter)
+        *cmdAfter = cmd.c_str();
 
-    EXPECT_EQ(info.error, result.code);
-    EXPECT_NE(info.message, nullptr);
-    EXPECT_EQ(info.message && info.message[0] == '\0', result.code == 0) << "message of code " << result.code;
-    EXPECT_EQ(info.argv[info.argc], nullptr);
-    EXPECT_EQ(info.argv[info.argc + 1], cmd.data());
-    EXPECT_EQ(info.argv[info.argc + 2], reinterpret_cast<char*>(&info));
-    EXPECT_EQ(info.argv[info.argc + 3], nullptr);
-    for (unsigned char b : guarded->before)
-        EXPECT_EQ(b, 0xA5);
-    for (unsigned char b : guarded->after)
-        EXPECT_EQ(b, 0xA5);
-    for (size_t i = CmdLineBufferSize; i < cmd.size(); ++i)
-        EXPECT_EQ(cmd[i], '\x5A');
-    return result;
+    std::string out;
+    for (int i = 0; i < argc; ++i)
+        out += std::string("[") + info.argv[i] + "]";
+    if (code != 0)
+        return out + "E" + std::to_string(code) + " " + (info.message ? info.message : "(null)");
+    EXPECT_STREQ(info.message, "");
+    if (info.redirectFile[0])
+        out += (info.append ? " >>" : " >") + std::string(info.redirectFile);
+    if (info.pipeCommand[0])
+        out += " |" + std::string(info.pipeCommand);
+    return out;
 }
 
-using Args = std::vector<std::string>;
-
-TEST(CmdLine, WordsQuotesAndComments)
+TEST(CmdLine, SplitsLikeASmallShell)
 {
-    EXPECT_EQ(split("  ls   -l  ").args, (Args{"ls", "-l"}));
-    EXPECT_EQ(split("echo 'a b' # note").args, (Args{"echo", "a b"}));
-    EXPECT_EQ(split("say \"it 'is' `odd`\"").args, (Args{"say", "it 'is' `odd`"}));
-    // An apostrophe inside double quotes opens a span of its own, which only
-    // an apostrophe closes: the double quote after it is text.
-    EXPECT_EQ(split("say \"it's\" x").args, (Args{"say", "it's\" x"}));
-    EXPECT_EQ(split("a \"\" b").args, (Args{"a", "", "b"}));
-    EXPECT_EQ(split("open 'unterminated span").args, (Args{"open", "unterminated span"}));
-    EXPECT_EQ(split("a#b c").args, (Args{"a"}));
-    EXPECT_EQ(split("!cmd x!").args, (Args{"!", "cmd", "x!"}));
-    EXPECT_EQ(split("\\101\\ b ^C^? \\").args, (Args{"A b", "\x03\x7f"}));
-}
-
-TEST(CmdLine, RedirectionAndPipe)
-{
-    Split out = split("ls -l > out.txt");
-    EXPECT_EQ(out.code, 0);
-    EXPECT_EQ(out.args, (Args{"ls", "-l"}));
-    EXPECT_EQ(out.redirect, "out.txt");
-    EXPECT_FALSE(out.append);
-    Split app = split("ls>>log");
-    EXPECT_EQ(app.args, (Args{"ls"}));
-    EXPECT_EQ(app.redirect, "log");
-    EXPECT_TRUE(app.append);
-    Split piped = split("cat file |  sort -r\nignored");
-    EXPECT_EQ(piped.args, (Args{"cat", "file"}));
-    EXPECT_EQ(piped.pipe, "sort -r");
+    const struct { const char* line; const char* expected; } cases[] = {
+        {"  ls   -l  ", "[ls][-l]"},
+        {"say \"it 'is' `odd`\" '#' \"a\\\"b\" \"\"", "[say][it 'is' `odd`][#][a\"b][]"},
+        // An apostrophe inside double quotes opens a span that only an
+        // apostrophe closes, so the double quote after it is text; the span
+        // left open at the end counts as closed.
+        {"say \"it's\" x", "[say][it's\" x]"},
+        {"!cmd x! a#b c", "[!][cmd][x!][a]"},
+        {"\\101\\ b ^C^? \\", "[A b][\x03\x7f]"},
+        // Exactly three digits, the rest stays text; 8 ends the octal value.
+        {"\\1017 \\108x \\777 \\18", "[A7][\x08x][\xff][18]"},
+        {"ls -l > out.txt", "[ls][-l] >out.txt"},
+        {"ls>>log x", "[ls][x] >>log"},
+        {"cat file |  sort -r\nignored", "[cat][file] |sort -r"},
+        {"q \"'\"'\"'\"'\"'\"'\"'\"x", "[q]['\"'\"'\"'\"'\"'\"'\"x]"},  // fifteen levels of quotes
+    };
+    for (const auto& c : cases)
+        EXPECT_EQ(split(c.line), c.expected) << c.line;
+    std::string cmdAfter;
+    EXPECT_EQ(split("echo 'a b' # note", &cmdAfter), "[echo][a b]");
+    EXPECT_EQ(cmdAfter, "echo 'a b' ");
 }
 
 TEST(CmdLine, ErrorsClearTheArguments)
 {
-    const struct {
-        const char* line;
-        int code;
-        const char* message;
-    } cases[] = {
-        {"a > f1 > f2", 3, "Cannot redirect output to more than one file"},
-        {"a < f", 6, "Redirection of input not implemented"},
-        {"a > f | b", 7, "Cannot redirect and pipe out at the same time"},
-        {"a >", 4, "No filename supplied to redirect output to"},
-        {"a |  ", 5, "No command supplied to pipe output to"},
-        {"q \"'\"'\"'\"'\"'\"'\"'\"'x", 2, "Too many sets of quotes"},
+    const struct { const char* line; const char* expected; } cases[] = {
+        {"a > f1 > f2", "E3 Cannot redirect output to more than one file"},
+        {"a > > f", "E3 Cannot redirect output to more than one file"},
+        {"a < f", "E6 Redirection of input not implemented"},
+        {"a > f | b", "E7 Cannot redirect and pipe out at the same time"},
+        {"a >", "E4 No filename supplied to redirect output to"},
+        {"a > |", "E4 No filename supplied to redirect output to"},
+        {"a |  ", "E5 No command supplied to pipe output to"},
+        {"q \"'\"'\"'\"'\"'\"'\"'\"'x", "E2 Too many sets of quotes"},
     };
-    for (const auto& c : cases) {
-        std::vector<char> cmd(CmdLineBufferSize, 0);
-        std::strcpy(cmd.data(), c.line);
-        CmdLineInfo info;
-        EXPECT_EQ(MakeArgVector(cmd.data(), &info), c.code) << c.line;
-        EXPECT_EQ(info.argc, 0) << c.line;
-        EXPECT_STREQ(info.message, c.message);
-    }
-    // Fifteen levels are still fine.
-    EXPECT_EQ(split("q \"'\"'\"'\"'\"'\"'\"'\"x").code, 0);
+    for (const auto& c : cases)
+        EXPECT_EQ(split(c.line), c.expected) << c.line;
+
+    CmdLineInfo info;
+    EXPECT_TRUE(MakeArgVector(nullptr, &info) == 0 && info.argc == 0);
+    char line[CmdLineBufferSize] = "a b";
+    EXPECT_EQ(MakeArgVector(line, nullptr), -1);
 }
 
 TEST(CmdLine, VariablesAreExpandedFirst)
 {
-    ScopedEnv target("VYXT", "/tmp/out file"), words("VYX_W", "one two");
+    ScopedEnv target("VYXT", "/tmp/out file"), words("VYX_W", "one two"), hash("VYXH", "a#b");
+    ScopedEnv empty("VYXEMPTY", ""), unset("VYXUNSET42", nullptr), prefix("VYX", nullptr);
     // Unbraced names are letters and digits only: "$VYX_W" names VYX.
-    EXPECT_EQ(split("echo ${VYX_W}x \\${VYX_W} $VYXUNSET42 $VYX_W $ $-").args,
-              (Args{"echo", "one", "twox", "${VYX_W}", "$VYXUNSET42", "$VYX_W", "$", "$-"}));
-    EXPECT_EQ(split("cmd > \"$VYXT\"").redirect, "/tmp/out file");
+    EXPECT_EQ(split("echo ${VYX_W}x \\${VYX_W} $VYXUNSET42 $VYXEMPTY $VYX_W $ $-"),
+              "[echo][one][twox][${VYX_W}][$VYXUNSET42][$VYXEMPTY][$VYX_W][$][$-]");
+    EXPECT_EQ(split("x $VYXH y"), "[x][a]");
+    EXPECT_EQ(split("cmd > \"$VYXT\""), "[cmd] >/tmp/out file");
 }
 
 TEST(CmdLine, LimitsNeverOverflow)
 {
-    std::string many;
-    for (int i = 0; i < 200; ++i)
+    std::string many, kept, bangs;
+    for (int i = 0; i < 200; ++i) {
         many += "w" + std::to_string(i) + " ";
-    Split manyWords = split(many);
-    ASSERT_EQ(manyWords.args.size(), 128u);
-    EXPECT_EQ(manyWords.args.back(), "w127");
+        if (i < 128) {
+            kept += "[w" + std::to_string(i) + "]";
+            bangs += "[!]";
+        }
+    }
+    EXPECT_EQ(split(many), kept);
+    EXPECT_EQ(split(std::string(16000, '!')), bangs);  // "!" words need no separator
 
-    Split huge = split(std::string(20000, 'x'));
-    ASSERT_EQ(huge.args.size(), 1u);
-    EXPECT_EQ(huge.args[0].size(), size_t(CmdLineBufferSize - 1));
-
-    Split longFile = split("a > " + std::string(6000, 'f') + " | b");
-    EXPECT_EQ(longFile.code, 7);
-
-    Split bangs = split(std::string(16000, '!'));  // "!" words need no separator
-    EXPECT_EQ(bangs.args.size(), 128u);
+    EXPECT_EQ(split(std::string(20000, 'x')), "[" + std::string(CmdLineBufferSize - 1, 'x') + "]");
+    EXPECT_EQ(split("a > " + std::string(6000, 'f')), "[a] >" + std::string(CmdLineFieldSize - 1, 'f'));
+    EXPECT_EQ(split("a | " + std::string(6000, 'p')), "[a] |" + std::string(CmdLineFieldSize - 1, 'p'));
 
     std::string value(10000, 'v');
     ScopedEnv big("VYXBIG", value.c_str());
-    Split expanded = split("$VYXBIG $VYXBIG tail");
-    ASSERT_EQ(expanded.args.size(), 2u);
-    EXPECT_EQ(expanded.args[0], value);
-    EXPECT_EQ(expanded.args[1].size(), size_t(CmdLineBufferSize - 1 - 10001));
+    // The second copy is cut where the command buffer ends; "tail" is lost.
+    EXPECT_EQ(split("$VYXBIG $VYXBIG tail"), "[" + value + "][" + std::string(CmdLineBufferSize - 1 - 10001, 'v') + "]");
 }
 
 TEST(DollarVariables, BoundedInPlaceExpansion)
 {
     ScopedEnv var("VYXV", "0123456789");
-    char small[16] = "a $VYXV b";
-    ExpandDollarVariables(small, sizeof small);
-    EXPECT_STREQ(small, "a 0123456789 b");
-
     char tight[12];
     std::memset(tight, 'Z', sizeof tight);
     std::strcpy(tight, "<${VYXV}>");
@@ -170,11 +148,14 @@ TEST(DollarVariables, BoundedInPlaceExpansion)
     EXPECT_STREQ(tight, "<012345678");  // cut at the last byte
     EXPECT_EQ(tight[11], 'Z');
 
-    std::string longName = "$" + std::string(300, 'N');
-    std::vector<char> buffer(longName.begin(), longName.end());
-    buffer.push_back('\0');
-    ExpandDollarVariables(buffer.data(), buffer.size());
-    EXPECT_EQ(std::string(buffer.data()), longName);
+    // Names of 254 characters are looked up, longer braced ones are not.
+    for (size_t length : {254, 255}) {
+        std::string name(length, 'N'), reference = "${" + name + "}";
+        ScopedEnv longVar(name.c_str(), "set");
+        std::string buffer = reference;
+        ExpandDollarVariables(&buffer[0], buffer.size() + 1);
+        EXPECT_EQ(buffer.c_str(), length == 254 ? std::string("set") : reference);
+    }
 
     char unterminated[4] = {'a', 'b', 'c', 'd'};
     ExpandDollarVariables(unterminated, sizeof unterminated);

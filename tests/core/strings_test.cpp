@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <type_traits>
 
 namespace {
@@ -12,18 +13,15 @@ TEST(Strings, SplitDropsEmptyFieldsAndTreatsDelimitersAsASet)
 {
     EXPECT_EQ(Vyx::split("a,,b,", ","), (Strings{"a", "b"}));
     EXPECT_EQ(Vyx::split(",,", ","), Strings{});
-    EXPECT_EQ(Vyx::split("", ","), Strings{});
     EXPECT_EQ(Vyx::split("a b\tc", " \t"), (Strings{"a", "b", "c"}));
-    EXPECT_EQ(Vyx::split("text/plain;image/png,", ";,"), (Strings{"text/plain", "image/png"}));
     const char input[] = "x:y";
     Vyx::split(input, ":");
     EXPECT_STREQ(input, "x:y");  // the input is never written
 }
 
-TEST(Strings, JoinHandlesEmptyOneAndNullSeparator)
+TEST(Strings, JoinHandlesNoPartsEmptyPartsAndNullSeparator)
 {
     EXPECT_EQ(Vyx::join({}, ";"), "");
-    EXPECT_EQ(Vyx::join({"only"}, ";"), "only");
     EXPECT_EQ(Vyx::join({"a", "", "c"}, "; "), "a; ; c");
     EXPECT_EQ(Vyx::join({"a", "b"}, nullptr), "ab");
 }
@@ -43,9 +41,7 @@ TEST(Strings, QuotingEscapesOnlyWhatTheShellNeeds)
     int special = 0;
     for (int c = 0; c < 256; ++c)
         special += Vyx::isSpecial(static_cast<char>(c));
-    EXPECT_EQ(special, 22);
-    EXPECT_FALSE(Vyx::isSpecial('\n'));
-    EXPECT_FALSE(Vyx::isSpecial(127));
+    EXPECT_EQ(special, 22);  // control bytes, DEL and bytes >= 128 are not special
 }
 
 TEST(Strings, FileNamePieces)
@@ -61,7 +57,6 @@ TEST(Strings, FileNamePieces)
 TEST(Strings, LastSectionAndCut)
 {
     EXPECT_EQ(Vyx::lastSection("abc", '/'), "");
-    EXPECT_EQ(Vyx::lastSection("/usr/share/", '/'), "");
     EXPECT_EQ(Vyx::lastSection("a/b/c", '/'), "c");
     std::string text = "abc";
     EXPECT_FALSE(Vyx::cutLastSection(text, '/'));
@@ -74,7 +69,6 @@ TEST(Strings, LastSectionAndCut)
 TEST(Strings, SectionWalksFromBothEnds)
 {
     EXPECT_EQ(Vyx::section("a/b/c", '/', 0), "a");
-    EXPECT_EQ(Vyx::section("a/b/c", '/', 1), "b");
     EXPECT_EQ(Vyx::section("a/b/c", '/', 2), "c");
     EXPECT_EQ(Vyx::section("a/b/c", '/', 3), "");
     EXPECT_EQ(Vyx::section("a/b/c", '/', -1), "c");
@@ -82,12 +76,11 @@ TEST(Strings, SectionWalksFromBothEnds)
     EXPECT_EQ(Vyx::section("a/b/c", '/', -4), "");
     EXPECT_EQ(Vyx::section("a/b/", '/', 2), "");
     EXPECT_EQ(Vyx::section("a/b/", '/', -1), "");
-    EXPECT_EQ(Vyx::section("a//c", '/', 1), "");
     EXPECT_EQ(Vyx::section("/a", '/', 1), "a");
     EXPECT_EQ(Vyx::section("/a", '/', -2), "");  // a leading separator ends the backward walk
-    EXPECT_EQ(Vyx::section("abc", '/', 0), "abc");
-    EXPECT_EQ(Vyx::section("", '/', 0), "");
     EXPECT_EQ(Vyx::section("", '/', -1), "");
+    EXPECT_EQ(Vyx::section("a/b", '/', INT_MIN), "");
+    EXPECT_EQ(Vyx::section("a/b", '/', INT_MAX), "");
 }
 
 TEST(Strings, ComparisonsOnEdges)
@@ -95,10 +88,7 @@ TEST(Strings, ComparisonsOnEdges)
     EXPECT_TRUE(Vyx::startsWith("abc", ""));
     EXPECT_TRUE(Vyx::endsWith(std::string("abc"), ""));
     EXPECT_FALSE(Vyx::endsWith("c", "abc"));
-    EXPECT_TRUE(Vyx::endsWith(std::string("file.desktop"), std::string(".desktop")));
     EXPECT_FALSE(Vyx::startsWith(std::string("ab"), std::string("abc")));
-    EXPECT_TRUE(Vyx::ciEqual(std::string("KDE"), "kde"));
-    EXPECT_TRUE(Vyx::ciContains("Xephyr server", "XEPHYR"));
     EXPECT_EQ(Vyx::makeString(nullptr), "");
     char* copy = Vyx::newStringCopy(std::string("a\0b", 3));
     EXPECT_EQ(std::string(copy, 4), std::string("a\0b\0", 4));
@@ -121,13 +111,6 @@ static_assert(!std::is_convertible_v<bool, Vyx::tagged_bool<FilesOnly_tag>>);
 static_assert(!std::is_constructible_v<Vyx::tagged_bool<FilesOnly_tag>, int>);
 static_assert(!std::is_constructible_v<Vyx::tagged_bool<FilesOnly_tag>, Vyx::tagged_bool<OtherTag>>);
 static_assert(!std::is_convertible_v<Vyx::tagged_bool<FilesOnly_tag>, bool>);
-
-TEST(Strings, TaggedBoolCarriesItsValue)
-{
-    Vyx::tagged_bool<FilesOnly_tag> yes(true), no(false);
-    EXPECT_TRUE(static_cast<bool>(yes));
-    EXPECT_TRUE(!no);
-    EXPECT_FALSE(!yes);
-}
+static_assert(static_cast<bool>(Vyx::tagged_bool<FilesOnly_tag>(true)) && !Vyx::tagged_bool<FilesOnly_tag>(false));
 
 }  // namespace

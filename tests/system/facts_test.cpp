@@ -56,6 +56,34 @@ TEST(Facts, LightPlatformBoundaries)
     });
 }
 
+TEST(Facts, FirstProcessorAndBadRates)
+{
+    const struct {
+        std::string cpuinfo;
+        unsigned mhz;
+    } cases[] = {
+        {cpu("1800.5") + cpu("700.0"), 1800},  // the first processor decides
+        {"cpu MHz 1200\n", 0},                // no ":"
+        {"cpu MHz\t: inf\n", 0},
+        {"cpu MHz\t: 999999999999\n", 0},     // does not fit
+        {"cpu MHz\t: -5\n", 0},
+    };
+    for (const auto& c : cases) {
+        withProc({{"cpuinfo", c.cpuinfo}, {"meminfo", memory(8000000)}}, [&] {
+            EXPECT_EQ(GetCPUMhz(), c.mhz) << c.cpuinfo;
+            EXPECT_FALSE(lightPlatform()) << c.cpuinfo;
+        });
+    }
+}
+
+TEST(Facts, TailOfALongLineIsNotALine)
+{
+    // The first line is cut by a line reader with a small buffer exactly
+    // where a "MemTotal:" text starts.
+    std::string longLine = "Filler:" + std::string(504, ' ') + "MemTotal: 100 kB\n";
+    withProc({{"meminfo", longLine + memory(4096)}}, [] { EXPECT_EQ(GetMemTotal(), 4096u); });
+}
+
 TEST(Facts, FiguresAreReadOnce)
 {
     withProc({{"meminfo", memory(4096)}}, [] {

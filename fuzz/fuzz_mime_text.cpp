@@ -1,7 +1,8 @@
-// The MIME database's text readers and magic matcher on arbitrary bytes:
-// the input is read as each text file and as a magic file, then matched
-// against names and against itself as content.
+// The MIME database's text readers, their compilation and the matchers on
+// arbitrary bytes: the input is read as each text file and as a magic file,
+// then matched against names and against itself as content.
 #include "mime/mimedb_p.h"
+#include "mime/mimetext_p.h"
 
 #include <cstdint>
 #include <cstdio>
@@ -22,24 +23,28 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         return 0;
     std::string text(reinterpret_cast<const char*>(data), size);
     std::string magic = std::string("MIME-Magic\0\n", 12) + text;
-    Vyx::detail::MimeDatabase db;
+    Vyx::detail::MimeTextRules rules;
     if (FILE* f = open(text)) {
-        db.readGlobs2(f, size % 2 == 0);
+        rules.readGlobs(f, size % 2 == 0);
         std::rewind(f);
-        db.readAliases(f);
+        rules.readAliases(f);
         std::rewind(f);
-        db.readSubclasses(f);
+        rules.readSubclasses(f);
         std::rewind(f);
-        db.readIcons(f, true);
+        rules.readIcons(f, true);
         std::fclose(f);
     }
     if (FILE* f = open(magic)) {
-        db.readMagic(f);
+        rules.readMagic(f);
         std::fclose(f);
     }
+    Vyx::detail::MimeDatabase db;
+    db.addRules(rules);
     db.matchName(text.c_str());
+    for (const auto& rule : rules.globs)
+        db.matchName(rule.pattern.c_str());
     int priority = 0;
     db.matchMagic(data, size, &priority);
-    db.isSubclass(text, "text/plain");
+    db.isSubclass(text.c_str(), "text/plain");
     return 0;
 }

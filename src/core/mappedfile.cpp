@@ -33,7 +33,7 @@ bool MappedFile::open(const std::string& path)
     return ok;
 }
 
-bool MappedFile::u16(uint64_t offset, uint16_t* out) const
+bool ByteView::u16(uint64_t offset, uint16_t* out) const
 {
     if (!contains(offset, 2))
         return false;
@@ -41,7 +41,7 @@ bool MappedFile::u16(uint64_t offset, uint16_t* out) const
     return true;
 }
 
-bool MappedFile::u32(uint64_t offset, uint32_t* out) const
+bool ByteView::u32(uint64_t offset, uint32_t* out) const
 {
     if (!contains(offset, 4))
         return false;
@@ -50,12 +50,24 @@ bool MappedFile::u32(uint64_t offset, uint32_t* out) const
     return true;
 }
 
-const char* MappedFile::string(uint64_t offset) const
+const char* ByteView::string(uint64_t offset) const
 {
     if (offset >= m_size)
         return nullptr;
     const void* nul = std::memchr(m_data + offset, '\0', m_size - offset);
     return nul ? reinterpret_cast<const char*>(m_data + offset) : nullptr;
+}
+
+int ByteView::compare(uint64_t offset, const char* key) const
+{
+    const unsigned char* k = reinterpret_cast<const unsigned char*>(key);
+    for (uint64_t i = offset;; ++i, ++k) {
+        unsigned char c = i < m_size ? m_data[i] : 0;
+        if (c != *k)
+            return int(c) - int(*k);
+        if (c == 0)
+            return 0;
+    }
 }
 
 }  // namespace Vyx::detail

@@ -1,110 +1,56 @@
 #ifndef VYXCORE_MIMEDB_P_H
 #define VYXCORE_MIMEDB_P_H
 
-// The shared MIME database in memory: globs, magic, aliases, parents and
-// icons merged from every "mime" directory, and the rules that decide a type.
+// The shared MIME database: the rules of every "mime" directory, each read
+// where it lies (its mime.cache when fresh, else its text files compiled to
+// the same layout), and the rules that merge them into one answer.
 
-#include <cstddef>
-#include <cstdint>
-#include <cstdio>
+#include "mime/mimecacheview_p.h"
+
 #include <memory>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace Vyx::detail {
 
-class MappedFile;
-
-struct GlobRule {
-    std::string pattern;  // as written; matched lower-cased unless caseSensitive
-    std::string type;
-    int weight = 50;
-    bool caseSensitive = false;
-};
-
-struct Matchlet {
-    uint32_t offset = 0;
-    uint32_t rangeLength = 1;
-    uint32_t wordSize = 1;
-    std::string value;
-    std::string mask;  // empty: no mask
-    std::vector<Matchlet> children;
-};
-
-struct MagicSection {
-    int priority = 50;
-    std::string type;
-    std::vector<Matchlet> matchlets;
-};
-
-struct NameMatch {
-    std::vector<std::string> types;  // the best matches (one type unless ambiguous)
-    int weight = 0;
-};
-
-// The furthest byte a matchlet (with its children) looks at.
-size_t extentOfMatchlet(const Matchlet& m);
+struct MimeTextRules;
 
 class MimeDatabase {
 public:
+    MimeDatabase();
+    ~MimeDatabase();
+
     // Reads the directories in precedence order (highest first).
     void load(const std::vector<std::string>& mimeDirs);
+    // Adds one directory of lower precedence than those added before: a
+    // mime.cache file (false, and nothing added, when it is not one), or
+    // rules read from text files.
+    bool addCache(const std::string& path);
+    void addRules(const MimeTextRules& rules);
 
-    // Readers of the text files, each merged into the database. A directory
-    // of higher precedence is read first; "__NOGLOBS__" of a later one is
-    // ignored for types already given globs by earlier ones, and drops the
-    // type's globs from later ones.
-    void readGlobs2(FILE* file, bool older);
-    void readAliases(FILE* file);
-    void readSubclasses(FILE* file);
-    void readIcons(FILE* file, bool generic);
-    // False when the file is not a magic file.
-    bool readMagic(FILE* file);
-    // Reads a directory's compiled mime.cache into the database; false (and
-    // nothing taken) when it is not a cache of a known version. Every offset
-    // and count is checked against the file, so a damaged cache gives what
-    // can be read of it.
-    bool readCache(const MappedFile& cache);
-
+    // The best matches of fileName's last component, aliases resolved, in
+    // a stable order.
     NameMatch matchName(const char* fileName) const;
-    // The magic type of data, or empty; *priority receives the rule's priority.
-    std::string matchMagic(const unsigned char* data, size_t length, int* priority) const;
-    size_t maxExtent() const { return m_maxExtent; }
+    // The magic type of data (alias resolved), or null; *priority receives
+    // the rule's priority (0 without one).
+    const char* matchMagic(const unsigned char* data, size_t length, int* priority) const;
+    // The bytes a content guess reads.
+    size_t maxExtent() const;
 
-    std::string unalias(const std::string& type) const;
-    std::vector<std::string> parents(const std::string& type) const;  // explicit, after unalias
-    bool isSubclass(const std::string& type, const std::string& base) const;
-    const std::string* icon(const std::string& type, bool generic) const;
-    // A library-owned copy of type, stable for the database's life.
-    const char* intern(const std::string& type);
-
-    const std::vector<GlobRule>& globs() const { return m_globs; }
-    const std::vector<MagicSection>& magic() const { return m_magic; }
+    // The canonical name of type; type itself when it is no alias.
+    const char* unalias(const char* type) const;
+    // The explicit parents of type (after unalias), from every directory.
+    std::vector<const char*> parents(const char* type) const;
+    // Whether type is base or a kind of it, the implicit parents included.
+    bool isSubclass(const char* type, const char* base) const;
+    // Null when no directory names one.
+    const char* icon(const char* type, bool generic) const;
 
 private:
-    bool subclassOf(const std::string& type, const std::string& base, int depth) const;
-    // Indexes of the globs by literal name and by suffix, as written and
-    // lower-cased, so that a name costs a few hash lookups, not a walk
-    // over every pattern. Built on the first match after a load.
-    void buildIndex() const;
-    struct GlobIndex {
-        std::unordered_map<std::string, std::vector<size_t>> literal, suffix, literalLower, suffixLower;
-        std::vector<size_t> other;  // patterns fnmatch must try
-        std::vector<std::string> lowered;  // each rule's pattern, lower-cased
-        bool built = false;
-    };
-    mutable GlobIndex m_index;
+    struct Source;
+    void add(std::unique_ptr<Source> source);
 
-    std::vector<GlobRule> m_globs;
-    std::unordered_map<std::string, bool> m_globTypesSeen;   // types given globs by a directory so far
-    std::unordered_map<std::string, bool> m_noGlobs;         // types whose later globs are dropped
-    std::vector<MagicSection> m_magic;
-    size_t m_maxExtent = 0;
-    std::unordered_map<std::string, std::string> m_aliases;  // alias -> canonical
-    std::unordered_map<std::string, std::vector<std::string>> m_parents;
-    std::unordered_map<std::string, std::string> m_icons, m_genericIcons;
-    std::unordered_map<std::string, std::unique_ptr<std::string>> m_interned;
+    std::vector<std::unique_ptr<Source>> m_sources;
 };
 
 }  // namespace Vyx::detail

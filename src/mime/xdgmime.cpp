@@ -1,15 +1,18 @@
 #include "mime/mimedb_p.h"
+#include "mime/xdgmime_p.h"
 
 #include "core/environment_p.h"
 #include "vyxdirs.h"
 #include "vyxmime.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <memory>
 #include <mutex>
 #include <unistd.h>
+#include <vector>
 
 extern "C" {
 const char xdg_mime_type_unknown[] = "application/octet-stream";
@@ -25,6 +28,7 @@ constexpr size_t kTextSniffLength = 256;
 
 std::recursive_mutex g_mimeMutex;
 std::unique_ptr<MimeDatabase> g_database;
+std::vector<unsigned char> g_readBuffer;  // a file's first bytes, under g_mimeMutex
 
 // The "mime" directories, the user's first. Nothing is created.
 std::vector<std::string> mimeDirs()
@@ -71,10 +75,32 @@ const char* typeForData(MimeDatabase& db, const void* data, size_t length, int* 
         return xdg_mime_type_empty;
     }
     const unsigned char* bytes = static_cast<const unsigned char*>(data);
-    std::string magic = db.matchMagic(bytes, length, priority);
-    if (!magic.empty())
-        return db.intern(magic);
+    if (const char* magic = db.matchMagic(bytes, length, priority))
+        return magic;
     return looksLikeText(bytes, length) ? xdg_mime_type_textplain : xdg_mime_type_unknown;
+}
+
+// The type of a file whose name matched no type or several, by its first
+// bytes.
+const char* typeByContent(MimeDatabase& db, const Vyx::detail::NameMatch& byName, const unsigned char* bytes,
+                          size_t length)
+{
+    const char* magic = db.matchMagic(bytes, length, nullptr);
+    if (!byName.count) {
+        if (magic)
+            return magic;
+        return looksLikeText(bytes, length) ? xdg_mime_type_textplain : xdg_mime_type_unknown;
+    }
+    // A name type that is the content's type, or a kind of it, wins; when
+    // no content rule matched, the text-or-binary guess stands in for one,
+    // so that a text file picks the text type among names that tie.
+    if (!magic)
+        magic = looksLikeText(bytes, length) ? xdg_mime_type_textplain : xdg_mime_type_unknown;
+    for (int i = 0; i < byName.count; ++i) {
+        if (db.isSubclass(byName.types[i], magic))
+            return byName.types[i];
+    }
+    return byName.types[0];
 }
 
 const char* inodeType(const struct stat& st)
@@ -119,22 +145,17 @@ const char* xdg_mime_get_mime_type_for_data(const void* data, size_t length, int
 const char* xdg_mime_get_mime_type_from_file_name(const char* file_name)
 {
     std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
-    MimeDatabase& db = database();
-    Vyx::detail::NameMatch match = db.matchName(file_name);
-    return match.types.size() == 1 ? db.intern(match.types[0]) : xdg_mime_type_unknown;
+    Vyx::detail::NameMatch match = database().matchName(file_name);
+    return match.count == 1 ? match.types[0] : xdg_mime_type_unknown;
 }
 
 int xdg_mime_get_mime_types_from_file_name(const char* file_name, const char* mime_types[], int n)
 {
     std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
-    MimeDatabase& db = database();
-    Vyx::detail::NameMatch match = db.matchName(file_name);
+    Vyx::detail::NameMatch match = database().matchName(file_name);
     int count = 0;
-    for (const std::string& type : match.types) {
-        if (count >= n)
-            break;
-        mime_types[count++] = db.intern(type);
-    }
+    for (; count < match.count && count < n; ++count)
+        mime_types[count] = match.types[count];
     return count;
 }
 
@@ -154,37 +175,21 @@ const char* xdg_mime_get_mime_type_for_file(const char* file_name, struct stat* 
         return inode;
 
     Vyx::detail::NameMatch byName = db.matchName(file_name);
-    if (byName.types.size() == 1)
-        return db.intern(byName.types[0]);
+    if (byName.count == 1)
+        return byName.types[0];
     // An empty file has no content to decide by: a name still names it.
     if (statbuf->st_size == 0)
-        return byName.types.empty() ? xdg_mime_type_empty : db.intern(byName.types[0]);
+        return byName.count ? byName.types[0] : xdg_mime_type_empty;
 
     // No name match, or several: the content decides.
-    std::string data(db.maxExtent() ? db.maxExtent() : kTextSniffLength, '\0');
     int fd = open(file_name, O_RDONLY | O_CLOEXEC);
     if (fd < 0)
-        return byName.types.empty() ? xdg_mime_type_unknown : db.intern(byName.types[0]);
-    ssize_t got = read(fd, &data[0], data.size());
+        return byName.count ? byName.types[0] : xdg_mime_type_unknown;
+    std::vector<unsigned char>& buffer = g_readBuffer;
+    buffer.resize(std::max(db.maxExtent(), kTextSniffLength));
+    ssize_t got = read(fd, buffer.data(), buffer.size());
     close(fd);
-    size_t length = got > 0 ? static_cast<size_t>(got) : 0;
-    const unsigned char* bytes = reinterpret_cast<const unsigned char*>(data.data());
-    std::string magic = db.matchMagic(bytes, length, nullptr);
-    if (byName.types.empty()) {
-        if (!magic.empty())
-            return db.intern(magic);
-        return looksLikeText(bytes, length) ? xdg_mime_type_textplain : xdg_mime_type_unknown;
-    }
-    // A name type that is the content's type, or a kind of it, wins; when
-    // no content rule matched, the text-or-binary guess stands in for one,
-    // so that a text file picks the text type among names that tie.
-    if (magic.empty())
-        magic = looksLikeText(bytes, length) ? xdg_mime_type_textplain : xdg_mime_type_unknown;
-    for (const std::string& type : byName.types) {
-        if (db.isSubclass(type, magic))
-            return db.intern(type);
-    }
-    return db.intern(byName.types[0]);
+    return typeByContent(db, byName, buffer.data(), got > 0 ? static_cast<size_t>(got) : 0);
 }
 
 int xdg_mime_is_valid_mime_type(const char* mime_type)
@@ -207,7 +212,7 @@ int xdg_mime_mime_type_equal(const char* a, const char* b)
         return 0;
     std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
     MimeDatabase& db = database();
-    return db.unalias(a) == db.unalias(b);
+    return std::strcmp(db.unalias(a), db.unalias(b)) == 0;
 }
 
 int xdg_mime_media_type_equal(const char* a, const char* b)
@@ -234,15 +239,14 @@ char** xdg_mime_list_mime_parents(const char* mime)
     if (!mime)
         return nullptr;
     std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
-    MimeDatabase& db = database();
-    std::vector<std::string> parents = db.parents(mime);
+    std::vector<const char*> parents = database().parents(mime);
     if (parents.empty())
         return nullptr;
     char** list = static_cast<char**>(std::calloc(parents.size() + 1, sizeof(char*)));
     if (!list)
         return nullptr;
     for (size_t i = 0; i < parents.size(); ++i)
-        list[i] = const_cast<char*>(db.intern(parents[i]));
+        list[i] = const_cast<char*>(parents[i]);
     return list;
 }
 
@@ -251,9 +255,7 @@ const char* xdg_mime_unalias_mime_type(const char* mime)
     if (!mime)
         return nullptr;
     std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
-    MimeDatabase& db = database();
-    std::string canonical = db.unalias(mime);
-    return canonical == mime ? mime : db.intern(canonical);
+    return database().unalias(mime);
 }
 
 const char* xdg_mime_get_icon(const char* mime)
@@ -261,8 +263,7 @@ const char* xdg_mime_get_icon(const char* mime)
     if (!mime)
         return nullptr;
     std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
-    const std::string* icon = database().icon(mime, false);
-    return icon ? icon->c_str() : nullptr;
+    return database().icon(mime, false);
 }
 
 const char* xdg_mime_get_generic_icon(const char* mime)
@@ -270,8 +271,7 @@ const char* xdg_mime_get_generic_icon(const char* mime)
     if (!mime)
         return nullptr;
     std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
-    const std::string* icon = database().icon(mime, true);
-    return icon ? icon->c_str() : nullptr;
+    return database().icon(mime, true);
 }
 
 int xdg_mime_get_max_buffer_extents(void)
@@ -284,6 +284,23 @@ void xdg_mime_shutdown(void)
 {
     std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
     g_database.reset();
+    std::vector<unsigned char>().swap(g_readBuffer);
 }
 
 }  // extern "C"
+
+namespace Vyx::detail {
+
+const char* guessMimeType(const char* fileName, const void* data, size_t length)
+{
+    std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
+    MimeDatabase& db = database();
+    NameMatch byName = db.matchName(fileName);
+    if (byName.count == 1)
+        return byName.types[0];
+    if (length == 0 || !data)
+        return byName.count ? byName.types[0] : xdg_mime_type_empty;
+    return typeByContent(db, byName, static_cast<const unsigned char*>(data), length);
+}
+
+}  // namespace Vyx::detail

@@ -10,6 +10,7 @@
 #include "vyxcmdline.h"
 #include "vyxdesktopentry.h"
 #include "vyxmime.h"
+#include "vyxicontheme.h"
 #include "vyxsession.h"
 #include "vyxsystem.h"
 

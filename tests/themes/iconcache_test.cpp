@@ -1,0 +1,293 @@
+// The icon-theme.cache reader against caches written by the real generator:
+// small themes built here (then aged or damaged on purpose) and the themes
+// installed on the system.
+
+#include "core/spawn_p.h"
+#include "support/temp_home.h"
+
+#include <vyxicontheme.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <dirent.h>
+#include <fcntl.h>
+#include <functional>
+#include <map>
+#include <memory>
+#include <set>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using vyxtest::TempHome;
+using Strings = std::vector<std::string>;
+
+const char kGenerator[] = "/usr/bin/gtk-update-icon-cache";
+const time_t kThen = 1600000000;
+
+uint32_t get32(const std::string& b, uint32_t at)
+{
+    return uint32_t(uint8_t(b[at])) << 24 | uint32_t(uint8_t(b[at + 1])) << 16 | uint32_t(uint8_t(b[at + 2])) << 8 |
+           uint8_t(b[at + 3]);
+}
+
+void put32(std::string& b, uint32_t at, uint32_t v)
+{
+    for (int i = 0; i < 4; ++i)
+        b[at + i] = static_cast<char>(v >> (24 - 8 * i));
+}
+
+void setMtime(const std::string& path, time_t when)
+{
+    struct timespec times[2] = {{when, 0}, {when, 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0) << path;
+}
+
+Strings sorted(const std::vector<const char*>& names)
+{
+    Strings list(names.begin(), names.end());
+    std::sort(list.begin(), list.end());
+    return list;
+}
+
+// The directory names the cache lists, read straight from its bytes.
+Strings listedDirs(const std::string& cache)
+{
+    Strings dirs;
+    uint32_t list = get32(cache, 8);
+    for (uint32_t i = 0; i < get32(cache, list); ++i)
+        dirs.push_back(cache.c_str() + get32(cache, list + 4 + 4 * i));
+    return dirs;
+}
+
+// The offset of the hash entry for name, found by walking every chain.
+uint32_t entryOf(const std::string& cache, const std::string& name)
+{
+    uint32_t hash = get32(cache, 4);
+    for (uint32_t i = 0; i < get32(cache, hash); ++i)
+        for (uint32_t e = get32(cache, hash + 4 + 4 * i); uint64_t(e) + 12 <= cache.size(); e = get32(cache, e))
+            if (name == cache.c_str() + get32(cache, e + 4))
+                return e;
+    return 0;
+}
+
+class SmallTheme : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        theme = world.makeDir("usr/share/icons/own");
+        for (const char* file : {"16x16/apps/a.png", "48x48/apps/a.svg", "48x48/apps/b.xpm", "scalable/apps/a.svg",
+                                 "scalable/apps/c.png"})
+            world.writeFile(std::string("usr/share/icons/own/") + file, "x");
+        // Enough names that buckets hold chains of several entries.
+        for (int i = 0; i < 60; ++i)
+            world.writeFile("usr/share/icons/own/22x22/apps/n" + std::to_string(i) + ".png", "x");
+        Vyx::detail::ProgramResult run =
+            Vyx::detail::runProgram({kGenerator, "--force", "--ignore-theme-index", "--quiet", theme}, 4096);
+        ASSERT_TRUE(run.started) << kGenerator << " is missing (scripts/setup.sh installs it)";
+        ASSERT_EQ(run.exitStatus, 0);
+        cachePath = theme + "/icon-theme.cache";
+        cache = vyxtest::readFile(cachePath);
+        ASSERT_EQ(listedDirs(cache).size(), 4u);
+    }
+
+    // Writes bytes as the cache, dates the theme's directories dirTime and
+    // the cache cacheTime, and opens a reader; its messages go to *messages.
+    std::unique_ptr<VyxIconCacheGtkReader> open(const std::string& bytes, std::string* messages,
+                                                time_t cacheTime = kThen + 10, time_t dirTime = kThen)
+    {
+        world.writeFile("usr/share/icons/own/icon-theme.cache", bytes);
+        for (const std::string& dir : listedDirs(cache))
+            if (access((theme + "/" + dir).c_str(), F_OK) == 0)
+                setMtime(theme + "/" + dir, dirTime);
+        setMtime(theme, dirTime);
+        setMtime(cachePath, cacheTime);
+        testing::internal::CaptureStderr();
+        auto reader = std::make_unique<VyxIconCacheGtkReader>(theme);
+        *messages = testing::internal::GetCapturedStderr();
+        return reader;
+    }
+
+    std::string lookupMessages(VyxIconCacheGtkReader& reader, const std::string& name, Strings* found = nullptr)
+    {
+        testing::internal::CaptureStderr();
+        Strings dirs = sorted(reader.lookup(name));
+        if (found)
+            *found = dirs;
+        return testing::internal::GetCapturedStderr();
+    }
+
+    TempHome world;
+    std::string theme, cachePath, cache;
+};
+
+TEST_F(SmallTheme, AnswersTheDirectoriesOfEachIcon)
+{
+    std::string messages;
+    auto reader = open(cache, &messages);
+    ASSERT_TRUE(reader->isValid());
+    EXPECT_EQ(messages, "");
+    EXPECT_EQ(sorted(reader->lookup("a")), (Strings{"16x16/apps", "48x48/apps", "scalable/apps"}));
+    EXPECT_EQ(sorted(reader->lookup("b")), Strings{"48x48/apps"});
+    for (int i = 0; i < 60; ++i)
+        EXPECT_EQ(sorted(reader->lookup("n" + std::to_string(i))), Strings{"22x22/apps"}) << i;
+    for (const std::string& absent : Strings{"a.png", "n", "n60", "", "A", std::string("a\0", 2)}) {
+        Strings found;
+        EXPECT_EQ(lookupMessages(*reader, absent, &found), "") << absent;
+        EXPECT_TRUE(found.empty()) << absent;
+    }
+    EXPECT_TRUE(reader->isValid());
+}
+
+TEST_F(SmallTheme, RefusesACacheOlderThanItsDirectories)
+{
+    std::string messages;
+    EXPECT_TRUE(open(cache, &messages, kThen, kThen)->isValid()) << "same second";
+    EXPECT_FALSE(open(cache, &messages, kThen - 1, kThen)->isValid());
+    EXPECT_EQ(messages, "libvyxcore: outdated cache " + cachePath + ", 1599999999 < 1600000000\n");
+    EXPECT_FALSE(open(cache.substr(0, 3), &messages)->isValid());
+    EXPECT_EQ(messages, "libvyxcore: outdated cache " + cachePath + ", 1600000010 < 1600000000\n");
+
+    world.writeFile("usr/share/icons/own/icon-theme.cache", cache);
+    setMtime(cachePath, kThen + 10);
+    setMtime(theme + "/48x48/apps", kThen + 20);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(VyxIconCacheGtkReader(theme).isValid());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "libvyxcore: theme subdir " + theme +
+                                                          "/48x48/apps is newer than cache " + cachePath +
+                                                          ", 1600000010 < 1600000020\n");
+
+    vyxtest::removeTree(theme + "/scalable/apps");
+    auto reader = open(cache, &messages);
+    EXPECT_FALSE(reader->isValid());
+    EXPECT_EQ(messages, "libvyxcore: no theme subdir " + theme + "/scalable/apps in cache " + cachePath + "\n");
+    Strings found;
+    EXPECT_EQ(lookupMessages(*reader, "a", &found), "");
+    EXPECT_TRUE(found.empty());
+
+    vyxtest::removeTree(cachePath);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(VyxIconCacheGtkReader(theme).isValid());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "libvyxcore: no cache file " + cachePath + "\n");
+}
+
+TEST_F(SmallTheme, DamagedCachesGiveDefinedAnswers)
+{
+    const uint32_t hash = get32(cache, 4), buckets = get32(cache, hash), entryA = entryOf(cache, "a");
+    const uint32_t images = get32(cache, entryA + 8);
+    ASSERT_NE(entryA, 0u);
+    ASSERT_EQ(get32(cache, images), 3u);
+    const std::string firstDirOfA = listedDirs(cache).at(get32(cache, images + 4) >> 16);
+    const uint32_t pastEnd = (static_cast<uint32_t>(cache.size()) + 64) & ~3u;
+    const std::string prefix = "libvyxcore: cache " + cachePath;
+    struct Damage {
+        const char* what;
+        std::function<void(std::string&)> damage;
+        std::string openMessage = {};    // empty: the reader opens valid
+        std::string lookupName = {};     // looked up twice
+        std::string lookupMessage = {};  // printed by the first lookup only
+        Strings found = {};
+    };
+    const Damage cases[] = {
+        {"major version 2", [](std::string& b) { b[1] = 2; }, "libvyxcore: can't mmap file " + cachePath + "\n"},
+        {"directory name past the end", [&](std::string& b) { put32(b, get32(b, 8) + 8, pastEnd); },
+         prefix + " has invalid data/size\n"},
+        {"directory name without NUL at the end",
+         [&](std::string& b) {
+             put32(b, get32(b, 8) + 4, static_cast<uint32_t>(b.size()));
+             b += "16x16/apps";
+         },
+         prefix + " has invalid data/size\n"},
+        {"no buckets", [&](std::string& b) { put32(b, hash, 0); }, "", "a", prefix + " has invalid hash\n"},
+        {"hash table past the end", [&](std::string& b) { put32(b, 4, pastEnd); }, "", "a",
+         prefix + " has invalid hash\n"},
+        {"buckets point past the end",
+         [&](std::string& b) {
+             for (uint32_t i = 0; i < buckets; ++i)
+                 put32(b, hash + 4 + 4 * i, pastEnd);
+         },
+         "", "a", ""},
+        {"chain loops",
+         [&](std::string& b) {
+             for (uint32_t i = 0; i < buckets; ++i)
+                 put32(b, hash + 4 + 4 * i, entryA);
+             put32(b, entryA, entryA);
+         },
+         "", "n7", ""},
+        {"image list past the end", [&](std::string& b) { put32(b, images, 0x10000000); }, "", "a",
+         prefix + " read hash length failed\n"},
+        // The second of a's three images; the first is still answered.
+        {"directory index out of range", [&](std::string& b) { b[images + 12] = 0x7f; }, "", "a",
+         prefix + " read hash item failed\n", Strings{firstDirOfA}},
+        {"icon name without NUL at the end",
+         [&](std::string& b) {
+             put32(b, entryA + 4, static_cast<uint32_t>(b.size()));
+             b += "a";
+         },
+         "", "a", ""},
+    };
+    for (const Damage& c : cases) {
+        SCOPED_TRACE(c.what);
+        std::string bytes = cache, messages;
+        c.damage(bytes);
+        auto reader = open(bytes, &messages);
+        EXPECT_EQ(messages, c.openMessage);
+        EXPECT_EQ(reader->isValid(), c.openMessage.empty());
+        if (!reader->isValid())
+            continue;
+        Strings found;
+        EXPECT_EQ(lookupMessages(*reader, c.lookupName, &found), c.lookupMessage);
+        EXPECT_EQ(found, c.found);
+        EXPECT_EQ(reader->isValid(), c.lookupMessage.empty());
+        EXPECT_EQ(lookupMessages(*reader, c.lookupName), "") << "reported once";
+    }
+    std::string bytes = cache, messages;
+    put32(bytes, 8, pastEnd);
+    EXPECT_FALSE(open(bytes, &messages)->isValid()) << "directory list past the end";
+}
+
+// Every icon of an installed theme's listed directories is found in exactly
+// the directories that hold a file of its name.
+TEST(InstalledThemes, AgreeWithTheirDirectories)
+{
+    const std::set<std::string> kImageTypes = {".png", ".svg", ".xpm"};
+    int checked = 0;
+    for (const std::string theme : {"/usr/share/icons/hicolor", "/usr/share/icons/Adwaita"}) {
+        SCOPED_TRACE(theme);
+        testing::internal::CaptureStderr();
+        VyxIconCacheGtkReader reader(theme);
+        testing::internal::GetCapturedStderr();
+        if (!reader.isValid())
+            continue;
+        std::map<std::string, std::set<std::string>> expected;
+        for (const std::string& dir : listedDirs(vyxtest::readFile(theme + "/icon-theme.cache"))) {
+            std::unique_ptr<DIR, int (*)(DIR*)> d(opendir((theme + "/" + dir).c_str()), closedir);
+            ASSERT_TRUE(d) << dir;
+            // Only the last extension goes: "x-symbolic.symbolic.png" is
+            // the icon "x-symbolic.symbolic".
+            while (dirent* e = readdir(d.get())) {
+                std::string file = e->d_name;
+                size_t dot = file.rfind('.');
+                if (dot != std::string::npos && dot > 0 && kImageTypes.count(file.substr(dot)))
+                    expected[file.substr(0, dot)].insert(dir);
+            }
+        }
+        ASSERT_FALSE(expected.empty());
+        int wrong = 0;
+        for (const auto& [name, dirs] : expected) {
+            Strings found = sorted(reader.lookup(name));
+            if (found != Strings(dirs.begin(), dirs.end()) && ++wrong <= 5)
+                ADD_FAILURE() << name << ": " << found.size() << " directories, expected " << dirs.size();
+            EXPECT_TRUE(reader.lookup(name + "-not-installed").empty());
+        }
+        EXPECT_EQ(wrong, 0);
+        EXPECT_TRUE(reader.isValid());
+        ++checked;
+    }
+    if (checked == 0)
+        GTEST_SKIP() << "no installed theme with a current icon-theme.cache";
+}
+
+}  // namespace

@@ -11,6 +11,7 @@
 #include "vyxdesktopentry.h"
 #include "vyxmime.h"
 #include "vyxicontheme.h"
+#include "vyxdisplay.h"
 #include "vyxsession.h"
 #include "vyxsystem.h"
 

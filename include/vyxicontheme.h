@@ -1,11 +1,13 @@
 #ifndef VYXCORE_ICONTHEME_H
 #define VYXCORE_ICONTHEME_H
 
-// Icon themes: the theme directories installed on the system, and the
-// precomputed index ("icon-theme.cache") that tells which of a theme's
-// directories hold an icon without probing the file system.
+// Icon themes: the theme directories installed on the system, their
+// index.theme model, icon lookup by name and size, and the precomputed index
+// ("icon-theme.cache") that tells which of a theme's directories hold an
+// icon without probing the file system.
 
 #include "vyxexport.h"
+#include "vyxstrings.h"
 
 #include <atomic>
 #include <cstdint>
@@ -16,6 +18,142 @@
 namespace Vyx::detail {
 class MappedFile;
 }
+
+class VyxIconThemePrivate;
+class VyxIconThemeSubdirPrivate;
+
+// One size directory of a theme ("48x48/apps") with its index.theme keys.
+class VYX_EXPORT VyxIconThemeSubdir {
+public:
+    explicit VyxIconThemeSubdir(std::string path);
+    ~VyxIconThemeSubdir();
+    VyxIconThemeSubdir(VyxIconThemeSubdir&& other) noexcept;
+    VyxIconThemeSubdir& operator=(VyxIconThemeSubdir&& other) noexcept;
+    VyxIconThemeSubdir(const VyxIconThemeSubdir&) = delete;
+    VyxIconThemeSubdir& operator=(const VyxIconThemeSubdir&) = delete;
+
+    int size() const;
+    void setSize(int size);
+    int maxSize() const;
+    void setMaxSize(int size);
+    int minSize() const;
+    void setMinSize(int size);
+    int threshold() const;
+    void setThreshold(int threshold);
+    const std::string& path() const;  // relative to the theme, as listed in Directories
+    void setPath(std::string path);
+    const std::string& context() const;
+    void setContext(std::string context);
+    const std::string& type() const;  // "Fixed", "Scalable", "Threshold"
+    void setType(std::string type);
+
+    // Whether icons of this directory serve size, by its Type; a directory
+    // of any other Type (none included) serves no size.
+    bool matchesSize(int size) const;
+    // The file of iconName in this directory of themePath, or else of the
+    // same theme installed under otherPaths: name.png, then name.svg (a
+    // name with an image extension as it is). Empty when the directory's
+    // context or size rules it out or no file exists.
+    std::string findIcon(const char* themePath, const char* iconName, int size, const char* context,
+                         const std::vector<std::string>& otherPaths) const;
+
+private:
+    std::unique_ptr<VyxIconThemeSubdirPrivate> d;
+};
+
+// An icon theme: a directory with an index.theme, its inherited themes, its
+// size directories, its icon-theme.cache and a cache of the paths it has
+// found. Loading reads the parents too, eagerly. Problems are reported on
+// standard error and as false results; nothing throws.
+class VYX_EXPORT VyxIconTheme {
+public:
+    // Which names of a MIME type an icon search uses: 1 its own icon name,
+    // 2 its generic one, other values the own name and else the generic one.
+    enum SearchIconNameType { MimeIconName = 1, MimeGenericIconName = 2, MimeIconNameOrGeneric = 3 };
+
+    // An empty themeName means the current theme. inheritedBy is the Name
+    // of the theme that inherits this one (a parent never loads its child
+    // again); load reads the theme at once.
+    VyxIconTheme(std::string themeName, std::string inheritedBy, bool load);
+    ~VyxIconTheme();
+    VyxIconTheme(VyxIconTheme&& other) noexcept;
+    VyxIconTheme& operator=(VyxIconTheme&& other) noexcept;
+    VyxIconTheme(const VyxIconTheme&) = delete;
+    VyxIconTheme& operator=(const VyxIconTheme&) = delete;
+
+    // Reads the theme and its parents. True at once when loaded; false when
+    // it cannot be found or read, and also when it was read but lacks a Name
+    // or has a size directory without a size (it then counts as loaded).
+    bool load();
+    // Writes the model to path + "/index.theme", replacing the file
+    // atomically; false when there is no path or it cannot be written.
+    bool save();
+    bool isLoaded() const;
+
+    std::string path() const;
+    void setPath(std::string path);
+    std::string themeName() const;
+    void setThemeName(std::string themeName);
+    std::string name() const;
+    void setName(std::string name);
+    std::string comment() const;
+    void setComment(std::string comment);
+    std::string localName() const;
+    void setLocalName(std::string name);
+    std::string localComment() const;
+    void setLocalComment(std::string comment);
+    bool hidden() const;
+    void setHidden(bool hidden);
+    std::string exampleIcon() const;
+    void setExampleIcon(std::string icon);
+    std::vector<std::string> inheritedNames() const;
+    void setInheritedNames(std::vector<std::string> names);
+    const std::vector<VyxIconThemeSubdir>& subdirs() const;
+    void setSubdirs(std::vector<VyxIconThemeSubdir> subdirs);
+    // The inherited themes that loaded, in Inherits order.
+    const std::vector<VyxIconTheme>& parents() const;
+    // The same theme directory name under the other search directories.
+    const std::vector<std::string>& otherPaths() const;
+    // Whether the theme's icon-theme.cache is open and sound.
+    bool hasValidCache() const;
+
+    // The file of the icon iconName at iconSize (below 1: 32) in context
+    // (null: any), searched in this theme, its parents, bigger sizes,
+    // shorter generic names and the system pixmap directories; empty when
+    // there is none. Answers are remembered per theme. Any thread may call.
+    std::string getIconPath(const char* iconName, int iconSize, const char* iconContext);
+    // A name that is a path: absolute, or relative to a theme search
+    // directory. Empty when no file exists. context, when given, receives
+    // the context its directory stands for (or stays empty).
+    static std::string CheckFullPath(const char* name, std::string* context);
+
+    // The directory of the installed theme themeName (the first in search
+    // order); empty when there is none.
+    static std::string findThemePath(const std::string& themeName);
+    // The current theme, replaced when the configured name changes: do not
+    // keep the pointer. forceLoad loads it.
+    static VyxIconTheme* current(Vyx::tagged_bool<ForceLoad_tag> forceLoad);
+    // The theme of the tray icons, or null when the tray uses none of its own.
+    static VyxIconTheme* currentTray(Vyx::tagged_bool<ForceLoad_tag> forceLoad, const std::string& colorHint);
+    // A theme of the current name, loaded once and kept until exit.
+    static VyxIconTheme& instance();
+    // The configured theme; "vyx-orvel" when none is configured.
+    static std::string getCurrentThemeName();
+    // The configured tray theme for a panel of colour colorHint ("#RRGGBB";
+    // empty: the configured panel colour); empty when the tray has none.
+    static std::string getCurrentTrayThemeName(const std::string& colorHint);
+    // The existing directories that hold icon themes, in search order.
+    static std::vector<std::string> GetThemesSearchDirs();
+    // The index.theme files one level below them, in the same order.
+    static std::vector<std::string> GetThemesIndexFiles();
+    // The directory names of the themes with size directories, once per
+    // search directory they are installed in.
+    static std::vector<std::string> getThemesNames();
+
+private:
+    friend class VyxIconThemePrivate;
+    std::unique_ptr<VyxIconThemePrivate> d;
+};
 
 // Read-only view of a theme's icon-theme.cache (version 1 of the binary
 // layout the common icon-cache generator writes). A cache older than the

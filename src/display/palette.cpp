@@ -1,0 +1,92 @@
+#include "vyxdisplay.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+struct Rgb {
+    double r, g, b;  // 0 to 1
+};
+
+bool parse(const std::string& text, Rgb* out)
+{
+    if (text.size() != 7 || text[0] != '#')
+        return false;
+    for (size_t i = 1; i < 7; ++i) {
+        if (!std::isxdigit(static_cast<unsigned char>(text[i])))
+            return false;
+    }
+    long value = std::strtol(text.c_str() + 1, nullptr, 16);
+    out->r = double(value >> 16 & 0xFF) / 255.0;
+    out->g = double(value >> 8 & 0xFF) / 255.0;
+    out->b = double(value & 0xFF) / 255.0;
+    return true;
+}
+
+std::string format(const Rgb& c)
+{
+    auto byte = [](double v) { return int(std::lround(std::clamp(v, 0.0, 1.0) * 255.0)); };
+    char text[8];
+    std::snprintf(text, sizeof text, "#%02X%02X%02X", byte(c.r), byte(c.g), byte(c.b));
+    return text;
+}
+
+double hueToChannel(double p, double q, double t)
+{
+    if (t < 0)
+        t += 1;
+    if (t > 1)
+        t -= 1;
+    if (t < 1.0 / 6)
+        return p + (q - p) * 6 * t;
+    if (t < 0.5)
+        return q;
+    if (t < 2.0 / 3)
+        return p + (q - p) * (2.0 / 3 - t) * 6;
+    return p;
+}
+
+double linear(double channel)
+{
+    return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
+}
+
+}  // namespace
+
+std::string GetPrimaryDarkColor(const std::string& color, bool darker)
+{
+    Rgb c;
+    if (!parse(color, &c))
+        return std::string();
+    const double high = std::max({c.r, c.g, c.b}), low = std::min({c.r, c.g, c.b});
+    double lightness = (high + low) / 2, hue = 0, saturation = 0;
+    if (high != low) {
+        const double delta = high - low;
+        saturation = lightness > 0.5 ? delta / (2 - high - low) : delta / (high + low);
+        if (high == c.r)
+            hue = (c.g - c.b) / delta + (c.g < c.b ? 6 : 0);
+        else if (high == c.g)
+            hue = (c.b - c.r) / delta + 2;
+        else
+            hue = (c.r - c.g) / delta + 4;
+        hue /= 6;
+    }
+    lightness *= darker ? 0.5 : 0.75;
+    if (saturation == 0)
+        return format({lightness, lightness, lightness});
+    const double q = lightness < 0.5 ? lightness * (1 + saturation) : lightness + saturation - lightness * saturation;
+    const double p = 2 * lightness - q;
+    return format({hueToChannel(p, q, hue + 1.0 / 3), hueToChannel(p, q, hue), hueToChannel(p, q, hue - 1.0 / 3)});
+}
+
+std::string textColorFor(const std::string& background)
+{
+    Rgb c;
+    if (!parse(background, &c))
+        return std::string();
+    const double luminance = 0.2126 * linear(c.r) + 0.7152 * linear(c.g) + 0.0722 * linear(c.b);
+    return luminance > 0.179 ? "#000000" : "#FFFFFF";
+}

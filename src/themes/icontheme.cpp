@@ -1,0 +1,476 @@
+#include "themes/icontheme_p.h"
+
+#include "core/environment_p.h"
+#include "core/ini_p.h"
+#include "vyxdesktopentry.h"
+#include "vyxdirs.h"
+#include "vyxdisplay.h"
+#include "vyxfileutils.h"
+#include "vyxsession.h"
+#include "vyxsystem.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <sys/stat.h>
+
+namespace Vyx::detail {
+
+const IconSwitches& iconSwitches()
+{
+    static IconSwitches switches;
+    static std::once_flag once;
+    std::call_once(once, [] {
+        auto set = [](const char* name) { return envValue(name) != nullptr; };
+        switches.debug = set("VYX_ICON_DEBUG") ? 1 : 0;
+        switches.searchGeneric = set("VYX_ICON_NO_SEARCH_GENERIC") ? 0 : 1;
+        switches.searchBigger = set("VYX_ICON_NO_SEARCH_BIGGER") ? 0 : 1;
+        switches.searchOutOfThemes = set("VYX_ICON_NO_SEARCH_OUT_OF_THEMES") ? 0 : 1;
+        switches.hicolorLast = set("VYX_ICON_SEARCH_HICOLOR_NOT_LAST") ? 0 : 1;
+        switches.searchWithoutContext = set("VYX_ICON_SEARCH_WITH_CONTEXT_ONLY") ? 0 : 1;
+    });
+    return switches;
+}
+
+}  // namespace Vyx::detail
+
+namespace {
+
+using Vyx::detail::IniDocument;
+
+bool isDirectory(const std::string& path)
+{
+    struct stat st;
+    return stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+bool exists(const std::string& path)
+{
+    struct stat st;
+    return stat(path.c_str(), &st) == 0;
+}
+
+// The capacity of a theme's path cache from VYX_ICON_THEME_CACHE_SIZE.
+uint32_t cacheSizeFromEnvironment()
+{
+    uint32_t size = 2000;
+    const char* value = Vyx::detail::envValue("VYX_ICON_THEME_CACHE_SIZE");
+    if (!value)
+        return size;
+    if (std::isdigit(static_cast<unsigned char>(value[0]))) {
+        size = static_cast<uint32_t>(std::atoi(value));
+    } else if (Vyx::ciEqual(value, "auto")) {
+        // Kibibytes as they stand: every machine above about 496 MiB gets 400.
+        unsigned memory = GetMemTotal();
+        size = memory < 63421 ? 20 : memory < 126841 ? 50 : memory < 253681 ? 100 : memory > 507760 ? 400 : 200;
+    } else if (Vyx::ciEqual(value, "max")) {
+        size = 5000;
+    }
+    std::fprintf(stderr, "VYX_ICON_THEME_CACHE_SIZE=%s, cache size = %u\n", value, size);
+    return size;
+}
+
+std::string settingsFile(const char* name)
+{
+    const std::string& dir = GetVyxDir(ThemeDir);
+    return dir.empty() ? std::string() : dir + "/" + name;
+}
+
+std::string themeSettingsFile()
+{
+    std::string file = settingsFile("current.themerc");
+    return file.empty() ? file : file + vyxSessionConfigSuffix(whatVyxSession());
+}
+
+std::vector<std::string> splitList(const char* text)
+{
+    return Vyx::split(text ? text : "", ",;");
+}
+
+std::unique_ptr<VyxIconTheme> g_current, g_currentTray;
+
+VyxIconTheme* currentOf(std::unique_ptr<VyxIconTheme>& slot, const std::string& name, bool forceLoad)
+{
+    if (slot && slot->themeName() != name)
+        slot.reset();
+    if (!slot && !name.empty())
+        slot.reset(new VyxIconTheme(name, "", false));
+    if (forceLoad && slot && !slot->isLoaded())
+        slot->load();
+    return slot.get();
+}
+
+}  // namespace
+
+// ---- VyxIconThemeSubdir -------------------------------------------------
+
+VyxIconThemeSubdir::VyxIconThemeSubdir(std::string path) : d(new VyxIconThemeSubdirPrivate)
+{
+    d->path = std::move(path);
+}
+VyxIconThemeSubdir::~VyxIconThemeSubdir() = default;
+VyxIconThemeSubdir::VyxIconThemeSubdir(VyxIconThemeSubdir&& other) noexcept : d(std::move(other.d)) {}
+VyxIconThemeSubdir& VyxIconThemeSubdir::operator=(VyxIconThemeSubdir&& other) noexcept
+{
+    std::swap(d, other.d);
+    return *this;
+}
+
+int VyxIconThemeSubdir::size() const { return d->size; }
+void VyxIconThemeSubdir::setSize(int size) { d->size = size; }
+int VyxIconThemeSubdir::maxSize() const { return d->maxSize; }
+void VyxIconThemeSubdir::setMaxSize(int size) { d->maxSize = size; }
+int VyxIconThemeSubdir::minSize() const { return d->minSize; }
+void VyxIconThemeSubdir::setMinSize(int size) { d->minSize = size; }
+int VyxIconThemeSubdir::threshold() const { return d->threshold; }
+void VyxIconThemeSubdir::setThreshold(int threshold) { d->threshold = threshold; }
+const std::string& VyxIconThemeSubdir::path() const { return d->path; }
+void VyxIconThemeSubdir::setPath(std::string path) { d->path = std::move(path); }
+const std::string& VyxIconThemeSubdir::context() const { return d->context; }
+void VyxIconThemeSubdir::setContext(std::string context) { d->context = std::move(context); }
+const std::string& VyxIconThemeSubdir::type() const { return d->type; }
+void VyxIconThemeSubdir::setType(std::string type) { d->type = std::move(type); }
+
+// ---- VyxIconTheme: the model --------------------------------------------
+
+VyxIconThemePrivate::VyxIconThemePrivate() : languages(GetLangPref()), cacheSize(cacheSizeFromEnvironment()) {}
+
+std::string VyxIconThemePrivate::localizedParameter(const IniDocument& ini, const char* section, const char* key) const
+{
+    for (const std::string& language : languages) {
+        std::string localized = Vyx::concat(key, '[', language, ']');
+        if (const char* value = ini.value(section, localized.c_str()); value && *value)
+            return value;
+    }
+    return std::string();
+}
+
+VyxIconTheme::VyxIconTheme(std::string themeName, std::string inheritedBy, bool load)
+{
+    Vyx::detail::iconSwitches();
+    d.reset(new VyxIconThemePrivate);
+    d->themeName = themeName.empty() ? getCurrentThemeName() : std::move(themeName);
+    d->inheritedBy = std::move(inheritedBy);
+    if (load)
+        this->load();
+}
+
+VyxIconTheme::~VyxIconTheme() = default;
+VyxIconTheme::VyxIconTheme(VyxIconTheme&& other) noexcept : d(std::move(other.d)) {}
+VyxIconTheme& VyxIconTheme::operator=(VyxIconTheme&& other) noexcept
+{
+    std::swap(d, other.d);
+    return *this;
+}
+
+bool VyxIconTheme::isLoaded() const { return d->loadState == 1; }
+std::string VyxIconTheme::path() const { return d->path; }
+void VyxIconTheme::setPath(std::string path) { d->path = std::move(path); }
+std::string VyxIconTheme::themeName() const { return d->themeName; }
+void VyxIconTheme::setThemeName(std::string themeName) { d->themeName = std::move(themeName); }
+std::string VyxIconTheme::name() const { return d->name; }
+void VyxIconTheme::setName(std::string name) { d->name = std::move(name); }
+std::string VyxIconTheme::comment() const { return d->comment; }
+void VyxIconTheme::setComment(std::string comment) { d->comment = std::move(comment); }
+std::string VyxIconTheme::localName() const { return d->localName; }
+void VyxIconTheme::setLocalName(std::string name) { d->localName = std::move(name); }
+std::string VyxIconTheme::localComment() const { return d->localComment; }
+void VyxIconTheme::setLocalComment(std::string comment) { d->localComment = std::move(comment); }
+bool VyxIconTheme::hidden() const { return d->hidden; }
+void VyxIconTheme::setHidden(bool hidden) { d->hidden = hidden; }
+std::string VyxIconTheme::exampleIcon() const { return d->exampleIcon; }
+void VyxIconTheme::setExampleIcon(std::string icon) { d->exampleIcon = std::move(icon); }
+std::vector<std::string> VyxIconTheme::inheritedNames() const { return d->inheritedNames; }
+void VyxIconTheme::setInheritedNames(std::vector<std::string> names) { d->inheritedNames = std::move(names); }
+const std::vector<VyxIconThemeSubdir>& VyxIconTheme::subdirs() const { return d->subdirs; }
+void VyxIconTheme::setSubdirs(std::vector<VyxIconThemeSubdir> subdirs) { d->subdirs = std::move(subdirs); }
+const std::vector<VyxIconTheme>& VyxIconTheme::parents() const { return d->parents; }
+const std::vector<std::string>& VyxIconTheme::otherPaths() const { return d->otherPaths; }
+bool VyxIconTheme::hasValidCache() const { return d->cacheReader && d->cacheReader->isValid(); }
+
+bool VyxIconTheme::load()
+{
+    if (isLoaded())
+        return true;
+    bool result = true;
+    if (d->path.empty())
+        d->path = findThemePath(d->themeName);
+    if (d->path.empty()) {
+        std::fprintf(stderr, "libvyxcore: failed to load %s\n", d->path.c_str());
+        return false;
+    }
+    // Themes that inherit each other through others (A, B, then A again)
+    // would load for ever: a theme already being loaded on this thread is
+    // not loaded again as a parent.
+    thread_local std::vector<std::string> loading;
+    if (std::find(loading.begin(), loading.end(), d->path) != loading.end())
+        return false;
+    struct Loading {
+        std::vector<std::string>& stack;
+        ~Loading() { stack.pop_back(); }
+    } guard{loading};
+    loading.push_back(d->path);
+
+    const std::string indexFile = d->path + "/index.theme";
+    IniDocument ini;
+    if (!ini.loadFile(indexFile)) {
+        std::fprintf(stderr, "libvyxcore: failed to read %s\n", indexFile.c_str());
+        return false;
+    }
+    const char* main = VyxIconThemePrivate::mainSectionName();
+    const char* name = ini.value(main, "Name");
+    if (!name || !*name) {
+        std::fprintf(stderr, "libvyxcore: failed to read name of %s\n", indexFile.c_str());
+        result = false;
+    } else {
+        d->name = name;
+    }
+    if (d->hasLocale()) {
+        if (std::string local = d->localizedParameter(ini, main, "Name"); !local.empty())
+            d->localName = local;
+    }
+    d->comment = ini.text(main, "Comment");
+    if (d->hasLocale()) {
+        if (std::string local = d->localizedParameter(ini, main, "Comment"); !local.empty())
+            d->localComment = local;
+    }
+
+    d->inheritedNames = splitList(ini.value(main, "Inherits"));
+    if (d->inheritedNames.empty() && !Vyx::ciEqual(d->name, "hicolor") && !Vyx::endsWith(d->path, "/hicolor"))
+        d->inheritedNames.push_back("hicolor");
+    for (const std::string& inherited : d->inheritedNames) {
+        // A parent never loads the theme that inherits it: that would loop.
+        if (!d->inheritedBy.empty() && Vyx::ciEqual(d->inheritedBy, inherited))
+            continue;
+        VyxIconTheme parent(inherited, d->name, false);
+        parent.load();
+        if (parent.isLoaded())
+            d->parents.push_back(std::move(parent));
+    }
+
+    // Kept on purpose: only values holding "rue" count, so "TRUE" does not.
+    d->hidden = Vyx::contains(ini.text(main, "Hidden").c_str(), "rue");
+    d->exampleIcon = ini.text(main, "Example");
+
+    for (const std::string& dir : splitList(ini.value(main, "Directories"))) {
+        if (!isDirectory(d->path + "/" + dir))
+            continue;
+        VyxIconThemeSubdir subdir(dir);
+        auto number = [&](const char* key, const char* fallback) {
+            const char* value = ini.value(dir.c_str(), key);
+            return std::string(value ? value : fallback);
+        };
+        std::string size = number("Size", "0");
+        subdir.setSize(std::atoi(size.c_str()));
+        if (size[0] == '0') {
+            int width = 0, height = 0;
+            if (std::sscanf(dir.c_str(), "%dx%d", &width, &height) == 2)
+                subdir.setSize(width);
+            else
+                result = false;
+        }
+        subdir.setContext(ini.text(dir.c_str(), "Context"));
+        subdir.setType(ini.text(dir.c_str(), "Type"));
+        std::string maxSize = number("MaxSize", "0"), minSize = number("MinSize", "0");
+        subdir.setMaxSize(maxSize[0] == '0' ? subdir.size() : std::atoi(maxSize.c_str()));
+        subdir.setMinSize(minSize[0] == '0' ? subdir.size() : std::atoi(minSize.c_str()));
+        subdir.setThreshold(std::atoi(number("Threshold", "2").c_str()));
+        d->subdirs.push_back(std::move(subdir));
+    }
+
+    d->cacheReader.reset(new VyxIconCacheGtkReader(d->path));
+    const std::string base = Vyx::lastSection(d->path, '/');
+    for (const std::string& dir : GetThemesSearchDirs()) {
+        std::string candidate = dir + "/" + base;
+        if (candidate != d->path)
+            d->otherPaths.push_back(candidate);
+    }
+    d->loadState = 1;
+    return result;
+}
+
+bool VyxIconTheme::save()
+{
+    if (d->path.empty())
+        return false;
+    const std::string indexFile = d->path + "/index.theme";
+    // Keys we do not model (localized names, vendor keys) survive a save.
+    IniDocument ini;
+    ini.loadFile(indexFile);
+    const char* main = VyxIconThemePrivate::mainSectionName();
+    auto join = [](const std::vector<std::string>& items) {
+        std::string text;
+        for (const std::string& item : items)
+            text += (text.empty() ? "" : ",") + item;
+        return text;
+    };
+    std::vector<std::string> dirs;
+    for (const VyxIconThemeSubdir& subdir : d->subdirs)
+        dirs.push_back(subdir.path());
+    bool ok = ini.set(main, "Name", d->name) && ini.set(main, "Comment", d->comment) &&
+              ini.set(main, "Inherits", join(d->inheritedNames)) && ini.set(main, "Hidden", d->hidden ? "true" : "false") &&
+              ini.set(main, "Example", d->exampleIcon) && ini.set(main, "Directories", join(dirs));
+    for (const VyxIconThemeSubdir& subdir : d->subdirs) {
+        const char* section = subdir.path().c_str();
+        ok = ok && ini.set(section, "Size", std::to_string(subdir.size())) && ini.set(section, "Context", subdir.context()) &&
+             ini.set(section, "Type", subdir.type()) && ini.set(section, "MaxSize", std::to_string(subdir.maxSize())) &&
+             ini.set(section, "MinSize", std::to_string(subdir.minSize())) &&
+             ini.set(section, "Threshold", std::to_string(subdir.threshold()));
+    }
+    return ok && ini.saveAtomically(indexFile);
+}
+
+// ---- The installed themes and the current ones --------------------------
+
+std::vector<std::string> VyxIconTheme::GetThemesSearchDirs()
+{
+    static std::vector<std::string> dirs;
+    static std::once_flag once;
+    std::call_once(once, [] {
+        auto add = [](const std::string& dir) {
+            if (exists(dir))
+                dirs.push_back(dir);
+        };
+        const std::string& home = GetVyxDir(HomeDir);
+        if (!home.empty())
+            add(home + "/.icons");
+        // Kept on purpose: "/.icons" under a data home that is set, not "/icons".
+        if (const char* dataHome = Vyx::detail::envValue("XDG_DATA_HOME"))
+            add(std::string(dataHome) + "/.icons");
+        else
+            add(home + "/.local/share/icons");
+        if (const char* dataDirs = Vyx::detail::envValue("XDG_DATA_DIRS")) {
+            for (const std::string& dir : Vyx::split(dataDirs, ":"))
+                add(dir + "/icons");
+        }
+        add("/usr/local/share/icons");
+        add("/usr/share/icons");
+        add("/usr/share/pixmaps");
+    });
+    return dirs;
+}
+
+std::vector<std::string> VyxIconTheme::GetThemesIndexFiles()
+{
+    static std::vector<std::string> files;
+    static std::once_flag once;
+    std::call_once(once, [] {
+        for (const std::string& dir : GetThemesSearchDirs()) {
+            std::vector<std::string> found;
+            GetFileList(&found, dir.c_str(), 1, "index.theme", Vyx::tagged_bool<FilesOnly_tag>(true));
+            // Only a theme directory's own index: one level down, no deeper.
+            for (const std::string& file : found) {
+                if (file.compare(0, dir.size() + 1, dir + "/") == 0 && file.find('/', dir.size() + 1) != std::string::npos &&
+                    fileExists(file, false))
+                    files.push_back(file);
+            }
+        }
+    });
+    return files;
+}
+
+std::vector<std::string> VyxIconTheme::getThemesNames()
+{
+    std::vector<std::string> names;
+    for (const std::string& file : GetThemesIndexFiles()) {
+        IniDocument ini;
+        if (!ini.loadFile(file))
+            continue;
+        const char* dirs = ini.value(VyxIconThemePrivate::mainSectionName(), "Directories");
+        if (!dirs || !*dirs)
+            continue;
+        std::string dir = file.substr(0, file.rfind('/'));
+        std::string name = Vyx::lastSection(dir, '/');
+        if (!name.empty())
+            names.push_back(name);
+    }
+    return names;
+}
+
+std::string VyxIconTheme::findThemePath(const std::string& themeName)
+{
+    static std::mutex mutex;
+    static std::vector<std::string> files;
+    static bool filled = false;
+    std::lock_guard<std::mutex> lock(mutex);
+    if (!filled) {
+        files = GetThemesIndexFiles();
+        filled = true;
+    }
+    for (const std::string& file : files) {
+        std::string dir = file.substr(0, file.rfind('/'));
+        if (Vyx::lastSection(dir, '/') == themeName)
+            return dir;
+    }
+    return std::string();
+}
+
+std::string VyxIconTheme::getCurrentThemeName()
+{
+    std::string file = themeSettingsFile();
+    if (!file.empty()) {
+        IniDocument ini;
+        if (ini.loadFile(file)) {
+            std::string name = ini.text("Variables", "IconTheme");
+            if (!name.empty())
+                return name;
+        }
+    }
+    return "vyx-orvel";
+}
+
+std::string VyxIconTheme::getCurrentTrayThemeName(const std::string& colorHint)
+{
+    std::string file = themeSettingsFile();
+    if (file.empty())
+        return std::string();
+    IniDocument ini;
+    if (!ini.loadFile(file)) {
+        std::fprintf(stderr, "libvyxcore: can't read vyx-wm settings '%s'!\n", file.c_str());
+        return std::string();
+    }
+    std::string use = ini.text("Variables", "UseTrayIconTheme");
+    if (use.empty() || Vyx::ciEqual(use, "false"))
+        return std::string();
+    if (!Vyx::ciEqual(use, "auto") && !Vyx::ciEqual(use, "true"))
+        return use;
+    std::string color = colorHint;
+    if (color.empty()) {
+        std::string panel = ini.text("Variables", "TaskbarColor");
+        if (Vyx::ciEqual(panel, "PrimaryDarkColor")) {
+            std::string paletteFile = settingsFile("paletterc");
+            IniDocument palette;
+            if (palette.loadFile(paletteFile)) {
+                const char* primary = palette.value("Variables", "PrimaryColor");
+                panel = primary ? primary : "#5682a3";
+            } else {
+                std::fprintf(stderr, "libvyxcore: can't read vyx-wm settings '%s'!\n", paletteFile.c_str());
+                panel.clear();
+            }
+        }
+        if (!panel.empty())
+            color = GetPrimaryDarkColor(panel, true);
+    }
+    // A dark panel, on which text is white, gets the white icon set.
+    if (color.empty() || Vyx::ciEqual(textColorFor(color), "#FFFFFF"))
+        return "vyx-orvel-flat-white";
+    return "vyx-orvel-flat-black";
+}
+
+VyxIconTheme* VyxIconTheme::current(Vyx::tagged_bool<ForceLoad_tag> forceLoad)
+{
+    return currentOf(g_current, getCurrentThemeName(), bool(forceLoad));
+}
+
+VyxIconTheme* VyxIconTheme::currentTray(Vyx::tagged_bool<ForceLoad_tag> forceLoad, const std::string& colorHint)
+{
+    return currentOf(g_currentTray, getCurrentTrayThemeName(colorHint), bool(forceLoad));
+}
+
+VyxIconTheme& VyxIconTheme::instance()
+{
+    static VyxIconTheme theme("", "", true);
+    return theme;
+}

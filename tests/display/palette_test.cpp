@@ -1,0 +1,32 @@
+// The colour-palette helpers. Expected dark variants were computed apart
+// from this code, with Python's colorsys (HLS, lightness scaled).
+
+#include <vyxdisplay.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(Palette, DarkVariantsKeepHueAndSaturation)
+{
+    EXPECT_EQ(GetPrimaryDarkColor("#5682a3", false), "#41617A");
+    EXPECT_EQ(GetPrimaryDarkColor("#5682A3", true), "#2B4152");
+    EXPECT_EQ(GetPrimaryDarkColor("#ff0000", true), "#800000");
+    EXPECT_EQ(GetPrimaryDarkColor("#FFFFFF", false), "#BFBFBF");
+    for (const char* bad : {"", "#FFF", "5682a3", "#5682g3", "#5682a3 "})
+        EXPECT_EQ(GetPrimaryDarkColor(bad, true), "") << bad;
+}
+
+TEST(Palette, TextIsBlackOnLightAndWhiteOnDark)
+{
+    EXPECT_EQ(textColorFor("#FFFFFF"), "#000000");
+    EXPECT_EQ(textColorFor("#000000"), "#FFFFFF");
+    EXPECT_EQ(textColorFor("#2b4152"), "#FFFFFF");
+    EXPECT_EQ(textColorFor("#ffff00"), "#000000");  // yellow is light
+    EXPECT_EQ(textColorFor("#0000ff"), "#FFFFFF");  // blue is dark
+    EXPECT_EQ(textColorFor("#777777"), "#000000");  // luminance 0.184, just above the bound
+    EXPECT_EQ(textColorFor("#757575"), "#FFFFFF");  // 0.178, just below
+    EXPECT_EQ(textColorFor("red"), "");
+}
+
+}  // namespace

@@ -1,0 +1,248 @@
+// Icon themes built in a temporary data directory: the index model, the
+// lookup order (own directories, cache, parents with hicolor last, bigger
+// sizes, generic names), the switches, the current-theme settings, and the
+// installed themes.
+
+#include "core/spawn_p.h"
+#include "support/temp_home.h"
+
+#include <vyxicontheme.h>
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+using vyxtest::ScopedEnv;
+using vyxtest::TempHome;
+
+const char kIndexHead[] = "[Icon Theme]\n";
+
+class Themes : public ::testing::Test {
+protected:
+    // A theme under the data directory's icons, with the given index text
+    // and files (paths relative to the theme).
+    std::string theme(const std::string& name, const std::string& index, const std::vector<std::string>& files = {})
+    {
+        std::string dir = "usr/share/icons/" + name;
+        world.writeFile(dir + "/index.theme", index);
+        for (const std::string& file : files)
+            world.writeFile(dir + "/" + file, "icon");
+        return world.path(dir);
+    }
+    void SetUp() override
+    {
+        theme("hicolor", std::string(kIndexHead) + "Name=Hicolor\nDirectories=48x48/apps\n[48x48/apps]\nType=Threshold\n",
+              {"48x48/apps/only-hicolor.png", "48x48/apps/both.png"});
+    }
+
+    TempHome world;
+};
+
+TEST_F(Themes, IndexModel)
+{
+    ScopedEnv language("LANGUAGE", "de");
+    theme("own",
+          std::string(kIndexHead) +
+              "Name=Own\nName[de]=Eigen\nComment=Mine\nHidden=TRUE\nExample=folder\n"
+              "Directories=48x48/apps,scalable/apps,missing/apps;16x16/actions\n"
+              "[48x48/apps]\nType=Fixed\nContext=Applications\n"
+              "[scalable/apps]\nType=Scalable\nMinSize=8\nMaxSize=512\n"
+              "[16x16/actions]\nSize=16\nThreshold=5\nType=Threshold\n",
+          {"48x48/apps/a.png", "scalable/apps/b.svg", "16x16/actions/c.png"});
+    VyxIconTheme own("own", "", false);
+    EXPECT_FALSE(own.load());  // loaded, but scalable/apps has no size
+    ASSERT_TRUE(own.isLoaded());
+    EXPECT_TRUE(own.load());  // at once: loaded already
+    EXPECT_EQ(own.name(), "Own");
+    EXPECT_EQ(own.localName(), "Eigen");
+    EXPECT_FALSE(own.hidden());  // "TRUE" holds no "rue"
+    EXPECT_EQ(own.inheritedNames(), std::vector<std::string>{"hicolor"});
+    ASSERT_EQ(own.parents().size(), 1u);
+    EXPECT_EQ(own.parents()[0].themeName(), "hicolor");
+    EXPECT_TRUE(own.parents()[0].inheritedNames().empty());
+    ASSERT_EQ(own.subdirs().size(), 3u);  // the missing directory is skipped
+    EXPECT_EQ(own.subdirs()[0].size(), 48);
+    EXPECT_EQ(own.subdirs()[0].maxSize(), 48);
+    EXPECT_EQ(own.subdirs()[1].size(), 0);  // no Size and no "NxN" name
+    EXPECT_EQ(own.subdirs()[2].threshold(), 5);
+    EXPECT_TRUE(own.subdirs()[2].matchesSize(21));
+    EXPECT_FALSE(own.subdirs()[2].matchesSize(22));
+    EXPECT_TRUE(own.subdirs()[1].matchesSize(512));
+    EXPECT_FALSE(own.subdirs()[0].matchesSize(47));
+
+    // A theme written back reads the same.
+    own.setComment("Changed");
+    own.setHidden(true);
+    ASSERT_TRUE(own.save());
+    VyxIconTheme again("own", "", true);
+    EXPECT_EQ(again.comment(), "Changed");
+    EXPECT_TRUE(again.hidden());
+    EXPECT_EQ(again.subdirs().size(), 3u);
+    EXPECT_EQ(again.localName(), "Eigen");  // keys the model does not write survive
+}
+
+TEST_F(Themes, InheritanceCyclesEnd)
+{
+    theme("a", std::string(kIndexHead) + "Name=Alpha\nInherits=b\nDirectories=\n");
+    theme("b", std::string(kIndexHead) + "Name=Beta\nInherits=c,hicolor\nDirectories=\n");
+    theme("c", std::string(kIndexHead) + "Name=Gamma\nInherits=a\nDirectories=\n");
+    VyxIconTheme a("a", "", true);
+    ASSERT_TRUE(a.isLoaded());
+    ASSERT_EQ(a.parents().size(), 1u);
+    const VyxIconTheme& b = a.parents()[0];
+    ASSERT_EQ(b.parents().size(), 2u);
+    EXPECT_TRUE(b.parents()[0].parents().empty());  // c does not load a again
+    EXPECT_EQ(a.getIconPath("only-hicolor", 48, nullptr), world.path("usr/share/icons/hicolor/48x48/apps/only-hicolor.png"));
+}
+
+TEST_F(Themes, LookupOrder)
+{
+    theme("parent", std::string(kIndexHead) + "Name=Parent\nDirectories=48x48/apps\n[48x48/apps]\nType=Threshold\n",
+          {"48x48/apps/both.png", "48x48/apps/in-parent.svg"});
+    std::string own = theme("own",
+                            std::string(kIndexHead) +
+                                "Name=Own\nInherits=hicolor,parent\n"
+                                "Directories=48x48/apps,48x48/actions,128x128/apps\n"
+                                "[48x48/apps]\nType=Fixed\nContext=Applications\n"
+                                "[48x48/actions]\nType=Fixed\nContext=Actions\n"
+                                "[128x128/apps]\nType=Fixed\nContext=Applications\n",
+                            {"48x48/apps/mine.png", "48x48/apps/mine.svg", "48x48/actions/edit.png",
+                             "128x128/apps/huge.png", "48x48/apps/text.png"});
+    VyxIconTheme theme("own", "", true);
+    EXPECT_EQ(theme.getIconPath("mine", 48, nullptr), own + "/48x48/apps/mine.png");  // .png before .svg
+    EXPECT_EQ(theme.getIconPath("mine", 48, "Actions"), own + "/48x48/apps/mine.png");  // context retried without
+    EXPECT_EQ(theme.getIconPath("mine", 0, nullptr), own + "/48x48/apps/mine.png");    // 32 fails, the bigger 48 finds it
+    EXPECT_EQ(theme.getIconPath("huge", 64, nullptr), own + "/128x128/apps/huge.png");
+    // hicolor comes last although Inherits names it first.
+    EXPECT_EQ(theme.getIconPath("both", 48, nullptr), world.path("usr/share/icons/parent/48x48/apps/both.png"));
+    EXPECT_EQ(theme.getIconPath("only-hicolor", 48, nullptr),
+              world.path("usr/share/icons/hicolor/48x48/apps/only-hicolor.png"));
+    // Generic names: cut at the last "-", but not into the application and
+    // MIME directories.
+    EXPECT_EQ(theme.getIconPath("edit-paste-special", 48, "Actions"), own + "/48x48/actions/edit.png");
+    EXPECT_EQ(theme.getIconPath("text-x-foo", 48, nullptr), "");
+    EXPECT_EQ(theme.getIconPath("mine.png", 48, nullptr), own + "/48x48/apps/mine.png");
+    EXPECT_EQ(theme.getIconPath((own + "/48x48/apps/mine.svg").c_str(), 48, nullptr), own + "/48x48/apps/mine.svg");
+    EXPECT_EQ(theme.getIconPath("", 48, nullptr), "");
+    EXPECT_EQ(theme.getIconPath(nullptr, 48, nullptr), "");
+
+    // A remembered answer whose file has gone is not searched again.
+    ASSERT_EQ(unlink((own + "/48x48/apps/mine.png").c_str()), 0);
+    EXPECT_EQ(theme.getIconPath("mine", 48, nullptr), "");
+    EXPECT_EQ(VyxIconTheme("own", "", true).getIconPath("mine", 48, nullptr), own + "/48x48/apps/mine.svg");
+
+    std::string context;
+    EXPECT_EQ(VyxIconTheme::CheckFullPath("own/48x48/actions/edit.png", &context), own + "/48x48/actions/edit.png");
+    EXPECT_EQ(context, "Actions");
+}
+
+TEST_F(Themes, SwitchesTurnStagesOff)
+{
+    ScopedEnv noGeneric("VYX_ICON_NO_SEARCH_GENERIC", "1");
+    ScopedEnv noBigger("VYX_ICON_NO_SEARCH_BIGGER", "1");
+    ScopedEnv hicolorInPlace("VYX_ICON_SEARCH_HICOLOR_NOT_LAST", "1");
+    ScopedEnv cacheSize("VYX_ICON_THEME_CACHE_SIZE", "Max");
+    theme("parent", std::string(kIndexHead) + "Name=Parent\nDirectories=48x48/apps\n[48x48/apps]\nType=Threshold\n",
+          {"48x48/apps/both.png"});
+    std::string own = theme("own",
+                            std::string(kIndexHead) + "Name=Own\nInherits=hicolor,parent\nDirectories=48x48/actions\n"
+                                                      "[48x48/actions]\nType=Fixed\nContext=Actions\n",
+                            {"48x48/actions/edit.png"});
+    testing::internal::CaptureStderr();
+    VyxIconTheme theme("own", "", true);
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("VYX_ICON_THEME_CACHE_SIZE=Max, cache size = 5000\n"),
+              std::string::npos);
+    EXPECT_EQ(theme.getIconPath("edit-paste", 48, "Actions"), "");
+    EXPECT_EQ(theme.getIconPath("edit", 0, nullptr), "");
+    EXPECT_EQ(theme.getIconPath("both", 48, nullptr), world.path("usr/share/icons/hicolor/48x48/apps/both.png"));
+}
+
+TEST_F(Themes, CacheStageAnswersFirstAndStaleCachesAreNamed)
+{
+    std::string own = theme("own",
+                            std::string(kIndexHead) + "Name=Own\nDirectories=48x48/apps\n[48x48/apps]\nType=Fixed\n",
+                            {"48x48/apps/mine.png", "48x48/apps/abc"});
+    auto run = Vyx::detail::runProgram({"/usr/bin/gtk-update-icon-cache", "--force", "--ignore-theme-index", "--quiet", own},
+                                       4096);
+    ASSERT_TRUE(run.started);
+    VyxIconTheme theme("own", "", true);
+    ASSERT_TRUE(theme.hasValidCache());
+    EXPECT_EQ(theme.getIconPath("mine", 48, nullptr), own + "/48x48/apps/mine.png");
+    world.writeFile("usr/share/icons/own/48x48/apps/abc.png", "icon");  // short names: no extension in the cache stage
+    EXPECT_EQ(theme.getIconPath("abc", 48, nullptr), own + "/48x48/apps/abc.png");
+
+    testing::internal::CaptureStderr();
+    VyxIconTheme hicolor("hicolor", "", true);  // no cache at all
+    EXPECT_EQ(hicolor.getIconPath("both", 48, nullptr), world.path("usr/share/icons/hicolor/48x48/apps/both.png"));
+    hicolor.getIconPath("only-hicolor", 48, nullptr);
+    std::string messages = testing::internal::GetCapturedStderr();
+    std::string complaint = "libvyxcore: invalid cache of " + world.path("usr/share/icons/hicolor") + "\n";
+    EXPECT_NE(messages.find(complaint), std::string::npos) << messages;
+    EXPECT_EQ(messages.find(complaint), messages.rfind(complaint));  // once per process
+}
+
+TEST_F(Themes, LookupsFromManyThreadsAgree)
+{
+    std::vector<std::string> files;
+    for (int i = 0; i < 40; ++i)
+        files.push_back("48x48/apps/icon" + std::to_string(i) + ".png");
+    theme("own", std::string(kIndexHead) + "Name=Own\nDirectories=48x48/apps\n[48x48/apps]\nType=Fixed\n", files);
+    VyxIconTheme single("own", "", true), shared("own", "", true);
+    std::vector<std::string> expected;
+    for (int i = 0; i < 50; ++i)
+        expected.push_back(single.getIconPath(("icon" + std::to_string(i)).c_str(), 48, nullptr));
+    std::vector<std::thread> threads;
+    std::vector<int> mismatches(4, 0);
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&, t] {
+            for (int round = 0; round < 20; ++round)
+                for (int i = 0; i < 50; ++i)
+                    mismatches[t] += shared.getIconPath(("icon" + std::to_string(i)).c_str(), 48, nullptr) != expected[i];
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(mismatches, std::vector<int>(4, 0));
+}
+
+TEST(CurrentThemes, SettingsFileAndTrayColours)
+{
+    TempHome world;
+    EXPECT_EQ(VyxIconTheme::getCurrentThemeName(), "vyx-orvel");
+    world.writeFile("home/.vyx/theme/current.themerc",
+                    "[Variables]\nIconTheme=Own\nUseTrayIconTheme=auto\nTaskbarColor=PrimaryDarkColor\n");
+    EXPECT_EQ(VyxIconTheme::getCurrentThemeName(), "Own");
+    EXPECT_EQ(VyxIconTheme::getCurrentTrayThemeName("#101010"), "vyx-orvel-flat-white");
+    EXPECT_EQ(VyxIconTheme::getCurrentTrayThemeName("#F0F0F0"), "vyx-orvel-flat-black");
+    // The dark variant of a light primary colour is still light.
+    world.writeFile("home/.vyx/theme/paletterc", "[Variables]\nPrimaryColor=#FFFFFF\n");
+    EXPECT_EQ(VyxIconTheme::getCurrentTrayThemeName(""), "vyx-orvel-flat-black");
+    world.writeFile("home/.vyx/theme/paletterc", "[Variables]\nPrimaryColor=#5682a3\n");
+    EXPECT_EQ(VyxIconTheme::getCurrentTrayThemeName(""), "vyx-orvel-flat-white");
+    world.writeFile("home/.vyx/theme/current.themerc", "[Variables]\nUseTrayIconTheme=MyTray\n");
+    EXPECT_EQ(VyxIconTheme::getCurrentTrayThemeName(""), "MyTray");
+    world.writeFile("home/.vyx/theme/current.themerc", "[Variables]\nUseTrayIconTheme=FALSE\n");
+    EXPECT_EQ(VyxIconTheme::getCurrentTrayThemeName(""), "");
+    EXPECT_EQ(VyxIconTheme::currentTray(Vyx::tagged_bool<ForceLoad_tag>(false), ""), nullptr);
+}
+
+TEST(InstalledThemes, HicolorAndAdwaitaAnswer)
+{
+    TempHome world;
+    ScopedEnv dirs("XDG_DATA_DIRS", "/usr/share");
+    std::vector<std::string> names = VyxIconTheme::getThemesNames();
+    for (const char* expected : {"hicolor", "Adwaita"})
+        EXPECT_NE(std::find(names.begin(), names.end(), expected), names.end()) << expected;
+    EXPECT_EQ(VyxIconTheme::findThemePath("Adwaita"), "/usr/share/icons/Adwaita");
+    VyxIconTheme adwaita("Adwaita", "", true);
+    ASSERT_TRUE(adwaita.isLoaded());
+    EXPECT_TRUE(adwaita.hasValidCache());
+    std::string found = adwaita.getIconPath("edit-copy", 48, "Actions");
+    EXPECT_EQ(found.compare(0, 24, "/usr/share/icons/Adwaita"), 0) << found;
+    EXPECT_TRUE(adwaita.getIconPath("edit-copy-no-such-variant", 16, nullptr).find("edit-copy") != std::string::npos);
+}
+
+}  // namespace

@@ -3,6 +3,8 @@
 #   scripts/test.sh              the ordinary build, in build/
 #   scripts/test.sh --sanitize   built with AddressSanitizer and
 #                                UndefinedBehaviorSanitizer, in build-sanitize/
+#   scripts/test.sh --threads    the cases that run on several threads at
+#                                once, built with ThreadSanitizer, in build-tsan/
 # Further arguments go to cmake's configure step.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -16,6 +18,16 @@ if [[ "${1:-}" == "--sanitize" ]]; then
   options=(-DCMAKE_BUILD_TYPE=Debug -DVYX_SANITIZE=ON)
   export ASAN_OPTIONS=${ASAN_OPTIONS:-detect_leaks=1:abort_on_error=1}
   export UBSAN_OPTIONS=${UBSAN_OPTIONS:-print_stacktrace=1:halt_on_error=1}
+fi
+
+if [[ "${1:-}" == "--threads" ]]; then
+  shift
+  # Test names with "Threads" in them are the ones that share objects
+  # between threads.
+  cmake -S . -B build-tsan -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVYX_TSAN=ON -DVYX_BUILD_TOOLS=OFF "$@" >/dev/null
+  cmake --build build-tsan --target themes_tests
+  TSAN_OPTIONS=${TSAN_OPTIONS:-halt_on_error=1} ctest --test-dir build-tsan --output-on-failure -R Threads
+  exit
 fi
 
 cmake -S . -B "$build" -G Ninja -DVYX_BUILD_BENCH=ON "${options[@]}" "$@" >/dev/null

@@ -28,6 +28,9 @@ int runAssigned(const CommonOptions& options);
 int runMimeapps(const CommonOptions& options);
 int runMime(const CommonOptions& options);
 int runMimetype(const CommonOptions& options);
+int runIcon(const CommonOptions& options);
+int runThemes(const CommonOptions& options);
+int runTheme(const CommonOptions& options);
 
 // The table of every command, for dispatch and for the overview's list.
 const std::vector<Command>& commands();

@@ -55,6 +55,17 @@ const std::vector<Command>& commands()
          "Exit status 1 when a file cannot be examined.", 1, 100000, runMime},
         {"mimetype", "mimetype TYPE [--json]", "A MIME type's canonical name, aliases, parents, icon and generic icon.",
          nullptr, 1, 1, runMimetype},
+        {"icon", "icon NAME [--size N] [--context C] [--theme T] [--json]",
+         "The file of an icon, searched as the library searches icon themes.",
+         "N is in pixels (default 48); C a context such as Applications or MimeTypes;\n"
+         "T a theme's directory name (default: the current theme). Exit status 1 when\n"
+         "no file is found.",
+         1, 1, runIcon, {"--size", "--context", "--theme"}},
+        {"themes", "themes [--json]", "The installed icon themes, the search directories, the current and tray themes.",
+         nullptr, 0, 0, runThemes},
+        {"theme", "theme NAME [--json]",
+         "The model of one icon theme: names, parents, other paths, cache validity and directories.",
+         "Exit status 1 when the theme cannot be found or read.", 1, 1, runTheme},
         {"why", "why FILE|ID [--json]", "Whether a desktop entry is shown and may run here, with the reason when not.",
          "Shown: Hidden, OnlyShowIn/NotShowIn (and the kiosk whitelist), NoDisplay.\n"
          "Usable: Type, URL, TryExec, Exec, administrator marks, origin file, edition modes.",

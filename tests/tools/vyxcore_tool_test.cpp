@@ -325,3 +325,30 @@ TEST(ToolMime, TypesOfFilesAndFactsOfTypes)
 }
 
 }  // namespace
+
+namespace {
+
+TEST(ToolIcons, FindsIconsAndShowsThemes)
+{
+    vyxtest::TempHome world;
+    world.writeFile("usr/share/icons/own/index.theme",
+                    "[Icon Theme]\nName=Own\nDirectories=48x48/apps\n[48x48/apps]\nType=Fixed\nContext=Applications\n");
+    std::string icon = world.writeFile("usr/share/icons/own/48x48/apps/thing.png", "icon");
+    world.writeFile("home/.vyx/theme/current.themerc", "[Variables]\nIconTheme=own\n");
+    EXPECT_EQ(runTool({"icon", "thing"}).out, icon + "\n");
+    EXPECT_EQ(runTool({"icon", "thing", "--theme", "own", "--context", "Applications", "--size", "48"}).out, icon + "\n");
+    EXPECT_EQ(runTool({"icon", "missing-thing"}).status, 1);
+    EXPECT_EQ(runTool({"icon", "thing", "--size", "big"}).status, 2);
+    EXPECT_NE(runTool({"icon", "thing", "--json"}).out.find("\"file\": \"" + icon + "\""), std::string::npos);
+
+    ToolRun themes = runTool({"themes", "--json"});
+    EXPECT_NE(themes.out.find("\"own\""), std::string::npos) << themes.out;
+    EXPECT_NE(themes.out.find("\"current\": \"own\""), std::string::npos) << themes.out;
+    ToolRun theme = runTool({"theme", "own"});
+    EXPECT_EQ(theme.status, 0);
+    EXPECT_NE(theme.out.find("48x48/apps"), std::string::npos) << theme.out;
+    EXPECT_NE(theme.out.find("hicolor"), std::string::npos) << theme.out;
+    EXPECT_EQ(runTool({"theme", "no-such-theme"}).status, 1);
+}
+
+}  // namespace

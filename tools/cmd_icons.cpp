@@ -1,0 +1,143 @@
+// vyxcore icon, themes, theme: icon lookup and the installed icon themes.
+
+#include "commands.h"
+
+#include <vyxicontheme.h>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace tool {
+
+namespace {
+
+std::string valueOr(const CommonOptions& options, const char* option, const std::string& fallback)
+{
+    std::vector<std::string> values = options.valuesOf(option);
+    return values.empty() ? fallback : values.back();
+}
+
+std::string joined(const std::vector<std::string>& items)
+{
+    std::string text;
+    for (const std::string& item : items)
+        text += (text.empty() ? "" : ", ") + item;
+    return text.empty() ? "-" : text;
+}
+
+}  // namespace
+
+int runIcon(const CommonOptions& options)
+{
+    const std::string& name = options.positional[0];
+    std::string sizeText = valueOr(options, "--size", "48");
+    char* end = nullptr;
+    long size = std::strtol(sizeText.c_str(), &end, 10);
+    if (sizeText.empty() || *end || size < 0 || size > 4096)
+        return usageError("icon", "--size wants a number of pixels, not '" + sizeText + "'");
+    std::string context = valueOr(options, "--context", "");
+    VyxIconTheme theme(valueOr(options, "--theme", ""), "", true);
+    std::string file = theme.getIconPath(name.c_str(), int(size), context.empty() ? nullptr : context.c_str());
+    if (options.json) {
+        std::printf("%s\n", JsonObject()
+                                .addString("name", name)
+                                .addInt("size", size)
+                                .addString("context", context)
+                                .addString("theme", theme.themeName())
+                                .addString("file", file)
+                                .str()
+                                .c_str());
+    } else if (!file.empty()) {
+        std::printf("%s\n", file.c_str());
+    } else {
+        std::fprintf(stderr, "vyxcore icon: no icon '%s' at size %ld in theme %s\n", name.c_str(), size,
+                     theme.themeName().c_str());
+    }
+    return file.empty() ? NothingFound : Done;
+}
+
+int runThemes(const CommonOptions& options)
+{
+    std::vector<std::string> names = VyxIconTheme::getThemesNames();
+    std::vector<std::string> dirs = VyxIconTheme::GetThemesSearchDirs();
+    std::string current = VyxIconTheme::getCurrentThemeName();
+    std::string tray = VyxIconTheme::getCurrentTrayThemeName("");
+    if (options.json) {
+        std::printf("%s\n", JsonObject()
+                                .add("themes", jsonStringArray(names))
+                                .add("search_dirs", jsonStringArray(dirs))
+                                .addString("current", current)
+                                .addString("current_tray", tray)
+                                .str()
+                                .c_str());
+        return Done;
+    }
+    printRows({{"current theme", current},
+               {"tray theme", tray.empty() ? "(none)" : tray},
+               {"search dirs", joined(dirs)}});
+    std::printf("installed themes (once per directory they are in):\n");
+    for (const std::string& name : names)
+        std::printf("  %s\t%s\n", name.c_str(), VyxIconTheme::findThemePath(name).c_str());
+    return names.empty() ? NothingFound : Done;
+}
+
+int runTheme(const CommonOptions& options)
+{
+    VyxIconTheme theme(options.positional[0], "", false);
+    bool complete = theme.load();
+    if (!theme.isLoaded()) {
+        std::fprintf(stderr, "vyxcore theme: cannot load icon theme '%s'\n", options.positional[0].c_str());
+        return NothingFound;
+    }
+    std::vector<std::string> parents;
+    for (const VyxIconTheme& parent : theme.parents())
+        parents.push_back(parent.themeName() + " (" + parent.path() + ")");
+    if (options.json) {
+        std::vector<std::string> subdirs;
+        for (const VyxIconThemeSubdir& subdir : theme.subdirs())
+            subdirs.push_back(JsonObject()
+                                  .addString("path", subdir.path())
+                                  .addInt("size", subdir.size())
+                                  .addInt("min_size", subdir.minSize())
+                                  .addInt("max_size", subdir.maxSize())
+                                  .addInt("threshold", subdir.threshold())
+                                  .addString("type", subdir.type())
+                                  .addString("context", subdir.context())
+                                  .str());
+        std::printf("%s\n", JsonObject()
+                                .addString("theme", theme.themeName())
+                                .addString("path", theme.path())
+                                .addString("name", theme.name())
+                                .addString("comment", theme.comment())
+                                .addBool("hidden", theme.hidden())
+                                .addString("example", theme.exampleIcon())
+                                .add("inherits", jsonStringArray(theme.inheritedNames()))
+                                .add("parents", jsonStringArray(parents))
+                                .add("other_paths", jsonStringArray(theme.otherPaths()))
+                                .addBool("cache_valid", theme.hasValidCache())
+                                .addBool("index_complete", complete)
+                                .add("directories", jsonArray(subdirs))
+                                .str()
+                                .c_str());
+        return Done;
+    }
+    printRows({{"theme", theme.themeName()},
+               {"path", theme.path()},
+               {"name", theme.name()},
+               {"comment", theme.comment()},
+               {"hidden", theme.hidden() ? "yes" : "no"},
+               {"example icon", theme.exampleIcon()},
+               {"inherits", joined(theme.inheritedNames())},
+               {"parents loaded", joined(parents)},
+               {"other paths", joined(theme.otherPaths())},
+               {"icon-theme.cache", theme.hasValidCache() ? "valid" : "not used"},
+               {"index complete", complete ? "yes" : "no (a Name or a directory size is missing)"}});
+    std::printf("directories:\n");
+    for (const VyxIconThemeSubdir& subdir : theme.subdirs())
+        std::printf("  %-28s size %-4d min %-4d max %-4d threshold %-2d %-9s %s\n", subdir.path().c_str(),
+                    subdir.size(), subdir.minSize(), subdir.maxSize(), subdir.threshold(), subdir.type().c_str(),
+                    subdir.context().c_str());
+    return Done;
+}
+
+}  // namespace tool

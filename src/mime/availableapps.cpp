@@ -2,6 +2,7 @@
 
 #include "core/atomicfile_p.h"
 #include "core/ini_p.h"
+#include "core/textlines_p.h"
 #include "desktopentry/catalogue_p.h"
 #include "vyxfileutils.h"
 #include "vyxmime.h"
@@ -154,25 +155,16 @@ void readMimeinfoCache(const std::string& dir, AvailableMap& map)
     FILE* file = std::fopen((dir + "/mimeinfo.cache").c_str(), "r");
     if (!file)
         return;
-    std::string line;
-    char chunk[4096];
-    while (std::fgets(chunk, sizeof chunk, file)) {
-        line += chunk;  // a NUL byte in the file ends the chunk early
-        if (!line.empty() && line.back() != '\n' && !std::feof(file))
-            continue;
-        if (!line.empty() && line.back() == '\n')
-            line.pop_back();
-        std::string current;
-        current.swap(line);
+    Vyx::detail::forEachLine(file, [&](const std::string& current) {
         if (current.empty() || current[0] == '[')
-            continue;
+            return;
         std::string::size_type eq = current.find('=');
         if (eq == std::string::npos)
-            continue;
+            return;
         std::string type = current.substr(0, eq);
         for (const std::string& name : Vyx::split(current.c_str() + eq + 1, ";"))
             registerType(map, type, dir + "/" + name);
-    }
+    });
     std::fclose(file);
 }
 

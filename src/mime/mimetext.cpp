@@ -1,5 +1,7 @@
 #include "mime/mimetext_p.h"
 
+#include "core/textlines_p.h"
+
 #include "vyxstrings.h"
 
 #include <algorithm>
@@ -18,21 +20,16 @@ std::string trimmed(std::string text)
     return text;
 }
 
-// Reads a text file line by line, whatever the line length.
+// The lines of a text file that hold something, trailing blanks cut,
+// comments skipped.
 template <typename Visit>
 void eachLine(FILE* file, Visit visit)
 {
-    std::string line;
-    char chunk[4096];
-    while (std::fgets(chunk, sizeof chunk, file)) {
-        line += chunk;  // a NUL byte in the file ends the chunk early
-        if (!line.empty() && line.back() != '\n' && !std::feof(file))
-            continue;
+    forEachLine(file, [&](const std::string& line) {
         std::string current = trimmed(line);
-        line.clear();
         if (!current.empty() && current[0] != '#')
             visit(current);
-    }
+    });
 }
 
 // Parses one matchlet line of a magic file from p (bounded by end).

@@ -1,0 +1,30 @@
+#ifndef VYXCORE_TEXTLINES_P_H
+#define VYXCORE_TEXTLINES_P_H
+
+#include <cstdio>
+#include <string>
+
+namespace Vyx::detail {
+
+// Calls visit(line) for each line of file, its "\n" removed, whatever the
+// line's length. A NUL byte in the file ends its line's text there.
+template <typename Visit>
+void forEachLine(FILE* file, Visit visit)
+{
+    std::string line;
+    char chunk[4096];
+    while (std::fgets(chunk, sizeof chunk, file)) {
+        line += chunk;
+        if (!line.empty() && line.back() != '\n' && !std::feof(file))
+            continue;
+        if (!line.empty() && line.back() == '\n')
+            line.pop_back();
+        std::string current;
+        current.swap(line);
+        visit(current);
+    }
+}
+
+}  // namespace Vyx::detail
+
+#endif

@@ -4,6 +4,7 @@
 
 #include <vyxicontheme.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -62,6 +63,7 @@ int runThemes(const CommonOptions& options)
     std::vector<std::string> dirs = VyxIconTheme::GetThemesSearchDirs();
     std::string current = VyxIconTheme::getCurrentThemeName();
     std::string tray = VyxIconTheme::getCurrentTrayThemeName("");
+    const int status = names.empty() ? NothingFound : Done;
     if (options.json) {
         std::printf("%s\n", JsonObject()
                                 .add("themes", jsonStringArray(names))
@@ -70,15 +72,26 @@ int runThemes(const CommonOptions& options)
                                 .addString("current_tray", tray)
                                 .str()
                                 .c_str());
-        return Done;
+        return status;
     }
     printRows({{"current theme", current},
                {"tray theme", tray.empty() ? "(none)" : tray},
                {"search dirs", joined(dirs)}});
-    std::printf("installed themes (once per directory they are in):\n");
-    for (const std::string& name : names)
-        std::printf("  %s\t%s\n", name.c_str(), VyxIconTheme::findThemePath(name).c_str());
-    return names.empty() ? NothingFound : Done;
+    // A theme installed under several search directories is listed once,
+    // with the directory that lookups use.
+    std::printf("installed themes:\n");
+    std::vector<std::pair<std::string, std::string>> rows;
+    for (size_t i = 0; i < names.size(); ++i) {
+        if (std::find(names.begin(), names.begin() + i, names[i]) != names.begin() + i)
+            continue;
+        const auto copies = std::count(names.begin(), names.end(), names[i]);
+        std::string where = VyxIconTheme::findThemePath(names[i]);
+        if (copies > 1)
+            where += " (first of " + std::to_string(copies) + " copies)";
+        rows.emplace_back("  " + names[i], where);
+    }
+    printRows(rows);
+    return status;
 }
 
 int runTheme(const CommonOptions& options)

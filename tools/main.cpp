@@ -62,7 +62,9 @@ const std::vector<Command>& commands()
          "no file is found.",
          1, 1, runIcon, {"--size", "--context", "--theme"}},
         {"themes", "themes [--json]", "The installed icon themes, the search directories, the current and tray themes.",
-         nullptr, 0, 0, runThemes},
+         "A theme installed in several search directories is shown once, with the copy that\n"
+         "lookups use (--json lists every copy). Exit status 1 when no theme is installed.",
+         0, 0, runThemes},
         {"theme", "theme NAME [--json]",
          "The model of one icon theme: names, parents, other paths, cache validity and directories.",
          "Exit status 1 when the theme cannot be found or read.", 1, 1, runTheme},

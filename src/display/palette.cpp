@@ -1,6 +1,7 @@
 #include "vyxdisplay.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -11,6 +12,8 @@ struct Rgb {
     double r, g, b;  // 0 to 1
 };
 
+// "#RRGGBB", hex digits of either case, and nothing else: no sign, blanks or
+// short forms, which strtol alone would let through.
 bool parse(const std::string& text, Rgb* out)
 {
     if (text.size() != 7 || text[0] != '#')
@@ -26,14 +29,20 @@ bool parse(const std::string& text, Rgb* out)
     return true;
 }
 
+// Channels are rounded half up. Many results are exact halves (grey 0x16 at
+// three quarters is 16.5) that the floating-point steps leave a hair either
+// side of .5; every other result lies at least 1/1000 away from a half, so a
+// nudge of 1e-6 rounds all the halves up and nothing else differently.
 std::string format(const Rgb& c)
 {
-    auto byte = [](double v) { return int(std::lround(std::clamp(v, 0.0, 1.0) * 255.0)); };
+    auto byte = [](double v) { return int(std::floor(std::clamp(v, 0.0, 1.0) * 255.0 + 0.5 + 1e-6)); };
     char text[8];
     std::snprintf(text, sizeof text, "#%02X%02X%02X", byte(c.r), byte(c.g), byte(c.b));
     return text;
 }
 
+// One channel of an HSL colour, from the two lightness bounds p and q and the
+// channel's hue offset t.
 double hueToChannel(double p, double q, double t)
 {
     if (t < 0)
@@ -49,6 +58,7 @@ double hueToChannel(double p, double q, double t)
     return p;
 }
 
+// An sRGB channel in linear light.
 double linear(double channel)
 {
     return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);

@@ -1,5 +1,7 @@
 // The colour-palette helpers. Expected dark variants were computed apart
-// from this code, with Python's colorsys (HLS, lightness scaled).
+// from this code, in Python with exact fractions (HSL, lightness scaled,
+// channels rounded half up); colorsys in floating point agrees except at
+// exact halves, which it tips either way.
 
 #include <vyxdisplay.h>
 
@@ -9,12 +11,17 @@ namespace {
 
 TEST(Palette, DarkVariantsKeepHueAndSaturation)
 {
-    EXPECT_EQ(GetPrimaryDarkColor("#5682a3", false), "#41617A");
+    EXPECT_EQ(GetPrimaryDarkColor("#5682a3", false), "#41627A");  // red 64.5, green 97.5
     EXPECT_EQ(GetPrimaryDarkColor("#5682A3", true), "#2B4152");
     EXPECT_EQ(GetPrimaryDarkColor("#ff0000", true), "#800000");
     EXPECT_EQ(GetPrimaryDarkColor("#FFFFFF", false), "#BFBFBF");
-    for (const char* bad : {"", "#FFF", "5682a3", "#5682g3", "#5682a3 "})
+    // More exact halves: grey 16.5, and a red channel of 0.5.
+    EXPECT_EQ(GetPrimaryDarkColor("#161616", false), "#111111");
+    EXPECT_EQ(GetPrimaryDarkColor("#012012", true), "#011009");
+    for (const char* bad : {"", "#FFF", "5682a3", "#5682g3", "#5682a3 ", "#+12345", "#-12345", "#5682a3ff"}) {
         EXPECT_EQ(GetPrimaryDarkColor(bad, true), "") << bad;
+        EXPECT_EQ(textColorFor(bad), "") << bad;
+    }
 }
 
 TEST(Palette, TextIsBlackOnLightAndWhiteOnDark)

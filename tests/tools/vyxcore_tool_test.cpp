@@ -170,7 +170,7 @@ TEST(ToolHelp, EveryCommandHasHelp)
     vyxtest::TempHome world;
     ToolRun help = runTool({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* command : {"dirs", "session", "which", "split", "system", "entry", "exec", "why", "apps", "default", "assigned", "mimeapps", "mime", "mimetype"}) {
+    for (const char* command : {"dirs", "session", "which", "split", "system", "entry", "exec", "why", "apps", "default", "assigned", "mimeapps", "mime", "mimetype", "icon", "themes", "theme"}) {
         EXPECT_TRUE(has(help.out, command)) << help.out;
         ToolRun own = runTool({command, "--help"});
         EXPECT_EQ(own.status, 0);
@@ -349,6 +349,20 @@ TEST(ToolIcons, FindsIconsAndShowsThemes)
     EXPECT_NE(theme.out.find("48x48/apps"), std::string::npos) << theme.out;
     EXPECT_NE(theme.out.find("hicolor"), std::string::npos) << theme.out;
     EXPECT_EQ(runTool({"theme", "no-such-theme"}).status, 1);
+}
+
+TEST(ToolIcons, ThemeInstalledTwiceIsListedOnceWithTheCopyUsed)
+{
+    vyxtest::TempHome world;
+    const std::string index = "[Icon Theme]\nName=Twice\nDirectories=16x16/apps\n[16x16/apps]\nSize=16\n";
+    world.writeFile("home/.icons/twice/index.theme", index);
+    world.writeFile("usr/share/icons/twice/index.theme", index);
+    ToolRun themes = runTool({"themes"});
+    EXPECT_EQ(themes.status, 0);
+    EXPECT_TRUE(has(themes.out, world.home() + "/.icons/twice (first of 2 copies)\n")) << themes.out;
+    EXPECT_FALSE(has(themes.out, world.path("usr/share/icons/twice"))) << themes.out;
+    EXPECT_TRUE(has(runTool({"themes", "--json"}).out, "\"twice\", \"twice\"")) << themes.out;
+    EXPECT_TRUE(has(runTool({"theme", "twice"}).out, world.path("usr/share/icons/twice"))) << "other path";
 }
 
 }  // namespace

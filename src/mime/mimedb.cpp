@@ -1,6 +1,7 @@
 #include "mime/mimedb_p.h"
 
 #include "mime/mimetext_p.h"
+#include "vyxstrings.h"
 
 #include <algorithm>
 #include <cctype>
@@ -36,16 +37,6 @@ bool cacheIsFresh(const std::string& dir)
             return false;
     }
     return true;
-}
-
-bool equal(const char* a, const char* b)
-{
-    return std::strcmp(a, b) == 0;
-}
-
-bool startsWith(const char* text, const char* prefix)
-{
-    return std::strncmp(text, prefix, std::strlen(prefix)) == 0;
 }
 
 }  // namespace
@@ -157,7 +148,7 @@ NameMatch MimeDatabase::matchName(const char* fileName) const
     int kept = 0;
     for (int i = 0; i < best.count; ++i) {
         const char* type = unalias(best.types[i]);
-        if (std::none_of(best.types, best.types + kept, [&](const char* t) { return equal(t, type); }))
+        if (std::none_of(best.types, best.types + kept, [&](const char* t) { return Vyx::equal(t, type); }))
             best.types[kept++] = type;
     }
     best.count = kept;
@@ -215,26 +206,26 @@ bool MimeDatabase::isSubclass(const char* type, const char* base) const
     type = unalias(type);
     base = unalias(base);
     const size_t baseLength = std::strlen(base);
-    const bool anySubtype = baseLength > 2 && equal(base + baseLength - 2, "/*");
+    const bool anySubtype = baseLength > 2 && Vyx::equal(base + baseLength - 2, "/*");
     // Each type is visited once: parents may form loops, and a walk that
     // followed every path could take for ever on a hostile file.
     std::vector<const char*> seen{type}, pending{type};
     while (!pending.empty()) {
         const char* current = pending.back();
         pending.pop_back();
-        if (equal(current, base))
+        if (Vyx::equal(current, base))
             return true;
         // "media/*" stands for every subtype of media.
         if (anySubtype && std::strncmp(current, base, baseLength - 1) == 0)
             return true;
-        if (equal(base, "text/plain") && startsWith(current, "text/"))
+        if (Vyx::equal(base, "text/plain") && Vyx::startsWith(current, "text/"))
             return true;
-        if (equal(base, "application/octet-stream") && !startsWith(current, "inode/"))
+        if (Vyx::equal(base, "application/octet-stream") && !Vyx::startsWith(current, "inode/"))
             return true;
         for (const char* parent : parents(current)) {
             parent = unalias(parent);
             if (seen.size() < kMaxParentsVisited &&
-                std::none_of(seen.begin(), seen.end(), [&](const char* t) { return equal(t, parent); })) {
+                std::none_of(seen.begin(), seen.end(), [&](const char* t) { return Vyx::equal(t, parent); })) {
                 seen.push_back(parent);
                 pending.push_back(parent);
             }

@@ -6,7 +6,6 @@
 #include <atomic>
 #include <cstdio>
 #include <cstring>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Vyx::detail {
@@ -31,10 +30,6 @@ namespace {
 
 using Vyx::detail::iconSwitches;
 
-bool exists(const std::string& path)
-{
-    return access(path.c_str(), F_OK) == 0;
-}
 
 // The contexts that a directory of a theme stands for, by a fragment of its
 // path.
@@ -49,12 +44,12 @@ const std::pair<const char*, const char*> kContexts[] = {
 std::string existingImage(std::string base, const char* iconName)
 {
     if (Vyx::detail::hasImageExtension(iconName))
-        return exists(base) ? base : std::string();
+        return fileExists(base, false) ? base : std::string();
     base += ".png";
-    if (exists(base))
+    if (fileExists(base, false))
         return base;
     base.replace(base.size() - 4, 4, ".svg");
-    return exists(base) ? base : std::string();
+    return fileExists(base, false) ? base : std::string();
 }
 
 bool isMimeOrApplications(const char* context)
@@ -110,12 +105,12 @@ std::string VyxIconTheme::CheckFullPath(const char* name, std::string* context)
     if (!name)
         return found;
     if (name[0] == '/') {
-        if (exists(name))
+        if (fileExists(name, false))
             found = name;
     } else {
         for (const std::string& dir : GetThemesSearchDirs()) {
             std::string candidate = dir + "/" + name;
-            if (exists(candidate)) {
+            if (fileExists(candidate, false)) {
                 found = candidate;
                 break;
             }
@@ -157,11 +152,11 @@ std::string VyxIconThemePrivate::searchThemeCache(const std::string& searchName,
         std::string candidate = Vyx::concat(path, '/', dir, '/', searchName);
         if (appendExtension) {
             candidate += ".png";
-            if (!exists(candidate))
+            if (!fileExists(candidate, false))
                 candidate.replace(candidate.size() - 4, 4, ".svg");
         }
         // Only the first directory of the size is tried.
-        return exists(candidate) ? candidate : std::string();
+        return fileExists(candidate, false) ? candidate : std::string();
     }
     return std::string();
 }
@@ -271,7 +266,7 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
             auto cached = d->iconCache.find(key);
             if (cached != d->iconCache.end()) {
                 // A remembered file that has gone is not searched again.
-                return !cached->second.empty() && exists(cached->second) ? cached->second : std::string();
+                return !cached->second.empty() && fileExists(cached->second, false) ? cached->second : std::string();
             }
         }
         found = d->searchPass(searchName, iconName, iconSize, size, iconContext, generic);
@@ -295,15 +290,15 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
             std::strchr(iconName, '.') && (length < 5 || iconName[length - 4] == '.');
         if (!hasShortExtension) {
             std::vector<std::string> dirs = {"/usr/share/pixmaps/", "/usr/share/icons/"};
-            if (exists("/usr/local/share/icons"))
+            if (fileExists("/usr/local/share/icons", false))
                 dirs.push_back("/usr/local/share/icons/");
             const std::string userIcons = GetVyxDir(HomeDir) + "/.local/share/icons";
-            if (exists(userIcons))
+            if (fileExists(userIcons, false))
                 dirs.push_back(userIcons + "/");
             for (const std::string& dir : dirs) {
                 for (const char* extension : {".png", ".svg", ".xpm"}) {
                     std::string candidate = Vyx::concat(dir, iconName, extension);
-                    if (found.empty() && exists(candidate))
+                    if (found.empty() && fileExists(candidate, false))
                         found = candidate;
                 }
             }

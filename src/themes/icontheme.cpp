@@ -46,11 +46,6 @@ bool isDirectory(const std::string& path)
     return stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
-bool exists(const std::string& path)
-{
-    struct stat st;
-    return stat(path.c_str(), &st) == 0;
-}
 
 // The capacity of a theme's path cache from VYX_ICON_THEME_CACHE_SIZE.
 uint32_t cacheSizeFromEnvironment()
@@ -330,7 +325,7 @@ std::vector<std::string> VyxIconTheme::GetThemesSearchDirs()
     static std::once_flag once;
     std::call_once(once, [] {
         auto add = [](const std::string& dir) {
-            if (exists(dir))
+            if (fileExists(dir, false))
                 dirs.push_back(dir);
         };
         const std::string& home = GetVyxDir(HomeDir);

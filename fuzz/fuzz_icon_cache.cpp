@@ -2,9 +2,13 @@
 // real theme directory whose subdirectories are older than it, so that the
 // reader gets past the freshness checks into the hash table.
 //
+// The same bytes feed the walk over every entry that a theme's directory
+// listing makes.
+//
 // Input: byte 0 gives the length (mod 16) of an icon name taken from the
 // bytes after it; the rest is the cache. That name, a fixed one and the
 // printable strings of the cache are looked up.
+#include "themes/iconfiles_p.h"
 #include "vyxicontheme.h"
 
 #include <cstdint>
@@ -82,6 +86,15 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         return 0;
 
     VyxIconCacheGtkReader reader(theme);
+    // A theme's file listing walks the whole cache (its subdirectories are
+    // older than it, so the listing takes them from the cache).
+    Vyx::detail::IconCacheSource source{&reader, theme};
+    std::vector<std::string> dirs;
+    for (const char* sub : kSubdirs)
+        dirs.push_back(theme + "/" + sub);
+    auto listing = Vyx::detail::IconListing::read(dirs, &source, Vyx::detail::iconClockNow(), 0);
+    for (uint32_t dir = 0; dir < dirs.size(); ++dir)
+        listing->hits(name).mayHold(dir, Vyx::detail::kPngFile);
     reader.lookup(name);
     reader.lookup("a");
     std::vector<std::string> names;

@@ -11,12 +11,14 @@
 
 #include <atomic>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 namespace Vyx::detail {
 class MappedFile;
+class IconListing;
 }
 
 class VyxIconThemePrivate;
@@ -185,9 +187,18 @@ public:
     uint16_t read16(uint32_t offset);
 
 private:
+    friend class Vyx::detail::IconListing;
     uint32_t read32At(uint64_t offset);
     uint16_t read16At(uint64_t offset);
     std::vector<const char*> imagesOf(uint32_t entry);
+    // Every image the cache lists, for a theme's file listing: the
+    // directory names by index into *dirs, and visit(icon name, directory
+    // index, flags) once per image. False when a damaged part ends the
+    // walk early; the valid flag is left as it is.
+    bool forEachImage(std::vector<const char*>* dirs,
+                      const std::function<void(const char*, uint16_t, uint16_t)>& visit) const;
+
+    int64_t m_modified = 0;  // the cache file's modification time, ns
 
     const unsigned char* m_data = nullptr;  // the whole file, mapped; null when not mapped
     uint64_t m_size = 0;

@@ -70,6 +70,7 @@ VyxIconCacheGtkReader::VyxIconCacheGtkReader(const std::string& themePath)
         return;
     }
 
+    m_modified = int64_t(cacheStat.st_mtim.tv_sec) * 1'000'000'000 + cacheStat.st_mtim.tv_nsec;
     m_valid = true;
     const uint32_t dirList = read32(8);
     const uint32_t dirCount = read32At(dirList);
@@ -183,4 +184,53 @@ std::vector<const char*> VyxIconCacheGtkReader::imagesOf(uint32_t entry)
         dirs.push_back(name);
     }
     return dirs;
+}
+
+bool VyxIconCacheGtkReader::forEachImage(std::vector<const char*>* dirs,
+                                         const std::function<void(const char*, uint16_t, uint16_t)>& visit) const
+{
+    if (!m_valid)
+        return false;
+    const Vyx::detail::ByteView bytes = m_file->view();
+    auto u32 = [&](uint64_t offset, uint32_t* out) { return offset % 4 == 0 && bytes.u32(offset, out); };
+    uint32_t dirList = 0, dirCount = 0, hashOffset = 0, buckets = 0;
+    if (!u32(8, &dirList) || !u32(dirList, &dirCount) || !u32(4, &hashOffset) || !u32(hashOffset, &buckets))
+        return false;
+    dirs->clear();
+    for (uint32_t i = 0; i < dirCount; ++i) {
+        uint32_t nameOffset = 0;
+        const char* name = u32(uint64_t(dirList) + 4 + 4 * uint64_t(i), &nameOffset) ? bytes.string(nameOffset) : nullptr;
+        if (!name)
+            return false;
+        dirs->push_back(name);
+    }
+    if (!visit)
+        return true;
+    // Entries are 12 bytes: the file has room for no more, so a walk that
+    // goes on longer runs in a loop.
+    uint64_t budget = m_size / 12;
+    for (uint32_t bucket = 0; bucket < buckets; ++bucket) {
+        uint32_t entry = 0;
+        if (!u32(uint64_t(hashOffset) + 4 + 4 * uint64_t(bucket), &entry))
+            return false;
+        for (; entry != 0 && uint64_t(entry) + 12 <= m_size; --budget) {
+            uint32_t nameOffset = 0, images = 0, count = 0, next = 0;
+            if (budget == 0 || !u32(uint64_t(entry) + 4, &nameOffset) || !u32(uint64_t(entry) + 8, &images) ||
+                !u32(images, &count) || !u32(entry, &next) || !bytes.contains(uint64_t(images) + 4, 8 * uint64_t(count)))
+                return false;
+            const char* name = bytes.string(nameOffset);
+            if (!name)
+                return false;
+            for (uint32_t j = 0; j < count; ++j) {
+                uint16_t dir = 0, flags = 0;
+                bytes.u16(uint64_t(images) + 4 + 8 * uint64_t(j), &dir);
+                bytes.u16(uint64_t(images) + 6 + 8 * uint64_t(j), &flags);
+                if (dir >= dirCount)
+                    return false;
+                visit(name, dir, flags);
+            }
+            entry = next;
+        }
+    }
+    return true;
 }

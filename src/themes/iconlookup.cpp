@@ -4,8 +4,11 @@
 #include "vyxfileutils.h"
 
 #include <atomic>
+#include <charconv>
 #include <cstdio>
 #include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Vyx::detail {
@@ -39,17 +42,39 @@ const std::pair<const char*, const char*> kContexts[] = {
     {"/categories/", "Categories"}, {"/emblems/", "Emblems"}, {"/emotes/", "Emotes"},
     {"/intl/", "International"}, {"/filesystems/", "FileSystems"}, {"/animations/", "Animations"}};
 
-// The file base + ".png" or base + ".svg" (base itself when it carries an
-// image extension); empty when neither exists.
-std::string existingImage(std::string base, const char* iconName)
+using Vyx::detail::IconProbe;
+using Vyx::detail::kPngFile;
+using Vyx::detail::kSvgFile;
+using Vyx::detail::kXpmFile;
+
+// The search of one size directory (VyxIconThemeSubdir::findIcon) with the
+// name already set in probe; dirs[0] is the directory's listing id under
+// themePath and dirs[1 + k] under otherPaths[k] (null: none is listed).
+std::string findIconWith(const VyxIconThemeSubdir& subdir, IconProbe& probe, const char* themePath,
+                         const char* iconName, int size, const char* context,
+                         const std::vector<std::string>& otherPaths, const uint32_t* dirs)
 {
-    if (Vyx::detail::hasImageExtension(iconName))
-        return fileExists(base, false) ? base : std::string();
-    base += ".png";
-    if (fileExists(base, false))
-        return base;
-    base.replace(base.size() - 4, 4, ".svg");
-    return fileExists(base, false) ? base : std::string();
+    if (context && *context && !subdir.context().empty() && subdir.context() != context)
+        return std::string();
+    if (subdir.size() > 0 && !subdir.matchesSize(size))
+        return std::string();
+    const bool asIs = Vyx::detail::hasImageExtension(iconName);
+    auto image = [&](size_t copy, std::string_view base) {
+        const uint32_t dir = dirs ? dirs[copy] : IconProbe::kNoDir;
+        return asIs ? probe.asIs(dir, base, subdir.path()) : probe.withExtension(dir, base, subdir.path(), {kPngFile, kSvgFile});
+    };
+    std::string found = image(0, themePath);
+    if (!found.empty())
+        return found;
+    for (size_t k = 0; k < otherPaths.size(); ++k) {
+        if (iconSwitches().debug)
+            std::fprintf(stderr, "libvyxcore: check spreaded icon theme dir/path %s by pid %d\n",
+                         Vyx::concat(otherPaths[k], '/', subdir.path(), '/', iconName).c_str(), int(getpid()));
+        found = image(1 + k, otherPaths[k]);
+        if (!found.empty())
+            return found;
+    }
+    return std::string();
 }
 
 bool isMimeOrApplications(const char* context)
@@ -66,35 +91,26 @@ bool VyxIconThemeSubdir::matchesSize(int size) const
 {
     // Unlike the common convention, a directory without a Type serves no
     // size: kept on purpose.
-    if (d->type == "Fixed")
+    switch (d->kind) {
+    case VyxIconThemeSubdirPrivate::Kind::Fixed:
         return size == d->size;
-    if (d->type == "Scalable")
+    case VyxIconThemeSubdirPrivate::Kind::Scalable:
         return d->minSize <= size && size <= d->maxSize;
-    if (d->type == "Threshold")
+    case VyxIconThemeSubdirPrivate::Kind::Threshold:
         return d->size - d->threshold <= size && size <= d->size + d->threshold;
+    case VyxIconThemeSubdirPrivate::Kind::None:
+        break;
+    }
     return false;
 }
 
 std::string VyxIconThemeSubdir::findIcon(const char* themePath, const char* iconName, int size, const char* context,
                                          const std::vector<std::string>& otherPaths) const
 {
-    if (context && *context && !d->context.empty() && d->context != context)
-        return std::string();
-    if (d->size > 0 && !matchesSize(size))
-        return std::string();
-    std::string found = existingImage(Vyx::concat(themePath, '/', d->path, '/', iconName), iconName);
-    if (!found.empty())
-        return found;
-    for (const std::string& other : otherPaths) {
-        std::string candidate = Vyx::concat(other, '/', d->path, '/', iconName);
-        if (iconSwitches().debug)
-            std::fprintf(stderr, "libvyxcore: check spreaded icon theme dir/path %s by pid %d\n", candidate.c_str(),
-                         int(getpid()));
-        found = existingImage(candidate, iconName);
-        if (!found.empty())
-            return found;
-    }
-    return std::string();
+    const std::string name = iconName;
+    IconProbe probe;
+    probe.setName(name);
+    return findIconWith(*this, probe, themePath, iconName, size, context, otherPaths, nullptr);
 }
 
 std::string VyxIconTheme::CheckFullPath(const char* name, std::string* context)
@@ -127,36 +143,118 @@ std::string VyxIconTheme::CheckFullPath(const char* name, std::string* context)
     return found;
 }
 
-std::string VyxIconThemePrivate::searchThemeCache(const std::string& searchName, const char* iconName, int size)
+bool VyxIconThemePrivate::rememberedFileExists(const std::string& file, int64_t now)
+{
+    if (now < rootCheckedAt || now - rootCheckedAt >= Vyx::detail::IconFiles::recheckInterval.load()) {
+        rootCheckedAt = now;
+        // The handle must still be the directory the path names: a theme
+        // directory replaced by another is opened anew.
+        struct stat byPath, byHandle;
+        const bool same = rootFd >= 0 && rootPath == path && stat(path.c_str(), &byPath) == 0 &&
+                          fstat(rootFd, &byHandle) == 0 && byPath.st_dev == byHandle.st_dev &&
+                          byPath.st_ino == byHandle.st_ino;
+        if (!same) {
+            if (rootFd >= 0)
+                close(rootFd);
+            rootPath = path;
+            rootFd = open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+        }
+    }
+    // access() walks the path as stat() does without filling a record, and
+    // from the handle only the part below the theme is walked.
+    if (rootFd >= 0 && file.size() > rootPath.size() + 1 && file.compare(0, rootPath.size(), rootPath) == 0 &&
+        file[rootPath.size()] == '/')
+        return faccessat(rootFd, file.c_str() + rootPath.size() + 1, F_OK, AT_EACCESS) == 0;
+    return faccessat(AT_FDCWD, file.c_str(), F_OK, AT_EACCESS) == 0;
+}
+
+std::shared_ptr<IconThemeLayout> VyxIconThemePrivate::fileLayout()
+{
+    std::lock_guard<std::mutex> lock(layoutMutex);
+    if (layout)
+        return layout;
+    auto made = std::make_shared<IconThemeLayout>();
+    made->stride = 1 + otherPaths.size();
+    made->dirs.reserve(subdirs.size() * made->stride);
+    for (const VyxIconThemeSubdir& subdir : subdirs) {
+        const uint32_t own = made->files.add(Vyx::concat(path, '/', subdir.path()));
+        made->dirs.push_back(own);
+        made->byRelativePath.emplace(subdir.path(), own);
+        for (const std::string& other : otherPaths)
+            made->dirs.push_back(made->files.add(Vyx::concat(other, '/', subdir.path())));
+    }
+    if (cacheReader && cacheReader->isValid())
+        made->files.setCache({cacheReader.get(), path});
+    std::vector<std::string> outside = {"/usr/share/pixmaps", "/usr/share/icons", "/usr/local/share/icons"};
+    outside.push_back(GetVyxDir(HomeDir) + "/.local/share/icons");
+    for (std::string& dir : outside) {
+        const uint32_t id = made->files.add(dir);
+        made->outOfThemes.emplace_back(std::move(dir), id);
+    }
+    layout = made;
+    return layout;
+}
+
+void VyxIconThemePrivate::resetLayout()
+{
+    std::lock_guard<std::mutex> lock(layoutMutex);
+    layout.reset();
+}
+
+std::string VyxIconThemePrivate::searchThemeCache(IconProbe& probe, const std::string& searchName,
+                                                  const char* iconName, int size)
 {
     if (!cacheReader || !cacheReader->isValid()) {
         if (!g_cacheComplaintMade.exchange(true))
             std::fprintf(stderr, "libvyxcore: invalid cache of %s\n", path.c_str());
         return std::string();
     }
+    // A name the walk of the whole cache did not meet has no entry: the
+    // lookup would answer nothing.
+    if (!probe.mayBeInCache())
+        return std::string();
     std::vector<const char*> dirs = cacheReader->lookup(searchName);
     if (!cacheReader->isValid()) {
         if (!g_cacheComplaintMade.exchange(true))
             std::fprintf(stderr, "libvyxcore: invalid read cache of %s, empty=%d\n", path.c_str(), dirs.empty() ? 1 : 0);
         return std::string();
     }
-    const std::string prefix = std::to_string(size);
+    char prefix[16];
+    const size_t prefixLength = size_t(std::to_chars(prefix, prefix + sizeof prefix, size).ptr - prefix);
     const size_t nameLength = std::strlen(iconName);
     // A name of four characters or fewer, or one with a three-letter
     // extension, is taken as it is.
     const bool appendExtension = nameLength >= 5 && iconName[nameLength - 4] != '.';
     for (const char* dir : dirs) {
         // A plain prefix test: size 4 also picks the 48x48 directories.
-        if (std::strncmp(dir, prefix.c_str(), prefix.size()) != 0)
+        if (std::strncmp(dir, prefix, prefixLength) != 0)
             continue;
-        std::string candidate = Vyx::concat(path, '/', dir, '/', searchName);
-        if (appendExtension) {
-            candidate += ".png";
-            if (!fileExists(candidate, false))
-                candidate.replace(candidate.size() - 4, 4, ".svg");
+        uint32_t id = IconProbe::kNoDir;
+        if (layout) {
+            if (auto known = layout->byRelativePath.find(dir); known != layout->byRelativePath.end())
+                id = known->second;
         }
         // Only the first directory of the size is tried.
-        return fileExists(candidate, false) ? candidate : std::string();
+        return appendExtension ? probe.withExtension(id, path, dir, {kPngFile, kSvgFile}) : probe.asIs(id, path, dir);
+    }
+    return std::string();
+}
+
+std::string VyxIconThemePrivate::searchOutOfThemes(IconProbe& probe, const char* iconName)
+{
+    const size_t length = std::strlen(iconName);
+    if (std::strchr(iconName, '.') && (length < 5 || iconName[length - 4] == '.'))
+        return std::string();
+    const std::string name = iconName;
+    probe.setName(name);
+    for (size_t i = 0; i < layout->outOfThemes.size(); ++i) {
+        const auto& [dir, id] = layout->outOfThemes[i];
+        // The last two are searched only where they exist.
+        if (i >= 2 && !probe.directoryExists(id, dir))
+            continue;
+        std::string found = probe.withExtension(id, dir, {}, {kPngFile, kSvgFile, kXpmFile});
+        if (!found.empty())
+            return found;
     }
     return std::string();
 }
@@ -193,23 +291,31 @@ std::string VyxIconThemePrivate::searchParents(const std::string& searchName, co
     return found;
 }
 
-std::string VyxIconThemePrivate::searchPass(const std::string& searchName, const char* iconName, int iconSize,
-                                            int size, const char* iconContext, bool generic)
+std::string VyxIconThemePrivate::searchPass(IconProbe& probe, const std::string& searchName, const char* iconName,
+                                            int iconSize, int size, const char* iconContext, bool generic)
 {
     const Vyx::detail::IconSwitches& switches = iconSwitches();
-    std::string found = searchThemeCache(searchName, iconName, size);
+    probe.setName(searchName);
+    std::string found = searchThemeCache(probe, searchName, iconName, size);
     if (!found.empty())
         return found;
-    for (const VyxIconThemeSubdir& subdir : subdirs) {
+    // Most passes look for a name the theme has nowhere: no directory needs
+    // a look then. (Not while debugging: each look has its message.)
+    const bool skipUnlisted = !switches.debug;
+    for (size_t i = skipUnlisted && probe.listedNowhere() ? subdirs.size() : 0; i < subdirs.size(); ++i) {
+        const VyxIconThemeSubdir& subdir = subdirs[i];
+        const uint32_t* dirs = &layout->dirs[i * layout->stride];
+        if (skipUnlisted && !probe.mayHoldAny(dirs, layout->stride))
+            continue;
         if (size != iconSize && subdir.size() != size)
             continue;
         if (generic && (isMimeOrApplications(iconContext) || isMimeOrApplications(subdir.context().c_str())))
             continue;
-        found = subdir.findIcon(path.c_str(), searchName.c_str(), size, iconContext, otherPaths);
+        found = findIconWith(subdir, probe, path.c_str(), searchName.c_str(), size, iconContext, otherPaths, dirs);
         // Without a context the second try would repeat a subset of the
         // first: skipped, with the same answer.
         if (found.empty() && switches.searchWithoutContext == 1 && iconContext && *iconContext)
-            found = subdir.findIcon(path.c_str(), searchName.c_str(), size, nullptr, {});
+            found = findIconWith(subdir, probe, path.c_str(), searchName.c_str(), size, nullptr, {}, dirs);
         if (!found.empty())
             return found;
     }
@@ -219,6 +325,21 @@ std::string VyxIconThemePrivate::searchPass(const std::string& searchName, const
                      name.c_str(), iconName, size, iconContext ? iconContext : "");
     return found;
 }
+
+namespace {
+
+// The cache key of a pass: "name-size-context", written into key.
+void setPassKey(std::string& key, std::string_view searchName, int iconSize, int size, const char* iconContext)
+{
+    char number[16];
+    char* end = std::to_chars(number, number + sizeof number, iconSize >= 1 ? iconSize : size).ptr;
+    key.assign(searchName).append(1, '-').append(number, size_t(end - number)).append(1, '-');
+    if (iconContext)
+        key.append(iconContext);
+}
+
+
+}  // namespace
 
 std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const char* iconContext)
 {
@@ -247,7 +368,6 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
         }
     }
 
-    std::string searchName = iconName;
     if (d->loadState == 65535)
         load();
     if (!isLoaded())
@@ -257,58 +377,88 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
     if (d->path.empty())
         return std::string();
 
-    bool generic = false;
-    std::string key, found;
-    while (true) {
-        key = Vyx::concat(searchName, '-', iconSize >= 1 ? iconSize : size, '-', iconContext ? iconContext : "");
-        {
+    const int64_t now = Vyx::detail::iconClockNow();
+    // Most calls end at the first key: it is built without allocating.
+    thread_local std::string firstKey;
+    setPassKey(firstKey, iconName, iconSize, size, iconContext);
+    {
+        std::lock_guard<std::mutex> lock(d->iconCacheMutex);
+        auto cached = d->iconCache.find(firstKey);
+        if (cached != d->iconCache.end()) {
+            // A remembered file that has gone is not searched again.
+            return d->rememberedFileExists(cached->second, now) ? cached->second : std::string();
+        }
+        // Asked before, and the passes that found nothing would still find
+        // nothing: go straight to the answer of the pass that found it, or
+        // to "" when none did.
+        auto trail = d->passTrails.find(firstKey);
+        if (trail != d->passTrails.end()) {
+            const VyxIconThemePrivate::PassTrail& passes = trail->second;
+            bool holds = passes.generation == Vyx::detail::IconFiles::generation() && now >= passes.madeAt &&
+                         now - passes.madeAt < Vyx::detail::IconFiles::recheckInterval.load();
+            const size_t emptyPasses = passes.keys.size() - (passes.found ? 1 : 0);
+            for (size_t i = 0; holds && i < emptyPasses; ++i)
+                holds = d->iconCache.find(passes.keys[i]) == d->iconCache.end();
+            if (holds && !passes.found)
+                return std::string();
+            auto answer = holds ? d->iconCache.find(passes.keys.back()) : d->iconCache.end();
+            if (answer != d->iconCache.end())
+                return d->rememberedFileExists(answer->second, now) ? answer->second : std::string();
+            d->passTrails.erase(trail);
+        }
+    }
+
+    const std::string askedKey = firstKey;  // the parents' lookups reuse the buffer
+    std::string searchName = iconName;
+    std::shared_ptr<IconThemeLayout> layout = d->fileLayout();
+    Vyx::detail::IconProbe probe(layout->files.listing(now));
+    const uint64_t generation = Vyx::detail::IconFiles::generation();
+    const uint64_t uncertainBefore = IconProbe::uncertainChecks();
+    std::vector<std::string> laterKeys;
+    laterKeys.reserve(8);
+    bool generic = false, remembered = false;
+    std::string key = askedKey, found;
+    for (bool first = true;; first = false) {
+        if (!first) {
+            laterKeys.push_back(key);
             std::lock_guard<std::mutex> lock(d->iconCacheMutex);
             auto cached = d->iconCache.find(key);
             if (cached != d->iconCache.end()) {
-                // A remembered file that has gone is not searched again.
-                return !cached->second.empty() && fileExists(cached->second, false) ? cached->second : std::string();
+                found = cached->second;
+                remembered = true;
+                break;
             }
         }
-        found = d->searchPass(searchName, iconName, iconSize, size, iconContext, generic);
+        found = d->searchPass(probe, searchName, iconName, iconSize, size, iconContext, generic);
         if (!found.empty())
             break;
-        // The product's own themes are never searched at a bigger size.
         if (switches.searchBigger == 1 && !Vyx::startsWith(d->themeName, "vyx") && size < 128) {
+            // The product's own themes are never searched at a bigger size.
             size = size < 48 ? 48 : 128;
-            continue;
-        }
-        if (switches.searchGeneric == 1 && Vyx::cutLastSection(searchName, '-')) {
+        } else if (switches.searchGeneric == 1 && Vyx::cutLastSection(searchName, '-')) {
             size = iconSize < 1 ? 32 : iconSize;
             generic = true;
-            continue;
+        } else {
+            break;
         }
-        break;
+        setPassKey(key, searchName, iconSize, size, iconContext);
     }
-    if (found.empty() && switches.searchOutOfThemes == 1) {
-        const size_t length = std::strlen(iconName);
-        const bool hasShortExtension =
-            std::strchr(iconName, '.') && (length < 5 || iconName[length - 4] == '.');
-        if (!hasShortExtension) {
-            std::vector<std::string> dirs = {"/usr/share/pixmaps/", "/usr/share/icons/"};
-            if (fileExists("/usr/local/share/icons", false))
-                dirs.push_back("/usr/local/share/icons/");
-            const std::string userIcons = GetVyxDir(HomeDir) + "/.local/share/icons";
-            if (fileExists(userIcons, false))
-                dirs.push_back(userIcons + "/");
-            for (const std::string& dir : dirs) {
-                for (const char* extension : {".png", ".svg", ".xpm"}) {
-                    std::string candidate = Vyx::concat(dir, iconName, extension);
-                    if (found.empty() && fileExists(candidate, false))
-                        found = candidate;
-                }
-            }
-        }
-    }
-    if (!found.empty()) {
-        std::lock_guard<std::mutex> lock(d->iconCacheMutex);
+    if (found.empty() && switches.searchOutOfThemes == 1)
+        found = d->searchOutOfThemes(probe, iconName);
+
+    std::lock_guard<std::mutex> lock(d->iconCacheMutex);
+    if (!found.empty() && !remembered) {
         if (d->iconCache.size() > d->cacheSize)
             d->iconCache.clear();
         d->iconCache[key] = found;
     }
-    return found;
+    // Only when every check of the passes that found nothing came from a
+    // listing: a file the listing does not cover could appear at any time.
+    if ((found.empty() || !laterKeys.empty()) && IconProbe::uncertainChecks() == uncertainBefore &&
+        generation == Vyx::detail::IconFiles::generation()) {
+        if (d->passTrails.size() > d->cacheSize)
+            d->passTrails.clear();
+        d->passTrails[askedKey] = {std::move(laterKeys), !found.empty(), generation, now};
+    }
+    return !remembered || d->rememberedFileExists(found, now) ? found : std::string();
 }

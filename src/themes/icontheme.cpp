@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace Vyx::detail {
 
@@ -126,11 +127,23 @@ void VyxIconThemeSubdir::setPath(std::string path) { d->path = std::move(path); 
 const std::string& VyxIconThemeSubdir::context() const { return d->context; }
 void VyxIconThemeSubdir::setContext(std::string context) { d->context = std::move(context); }
 const std::string& VyxIconThemeSubdir::type() const { return d->type; }
-void VyxIconThemeSubdir::setType(std::string type) { d->type = std::move(type); }
+void VyxIconThemeSubdir::setType(std::string type)
+{
+    using Kind = VyxIconThemeSubdirPrivate::Kind;
+    d->type = std::move(type);
+    d->kind = d->type == "Fixed" ? Kind::Fixed : d->type == "Scalable" ? Kind::Scalable
+            : d->type == "Threshold" ? Kind::Threshold : Kind::None;
+}
 
 // ---- VyxIconTheme: the model --------------------------------------------
 
 VyxIconThemePrivate::VyxIconThemePrivate() : languages(GetLangPref()), cacheSize(cacheSizeFromEnvironment()) {}
+
+VyxIconThemePrivate::~VyxIconThemePrivate()
+{
+    if (rootFd >= 0)
+        close(rootFd);
+}
 
 std::string VyxIconThemePrivate::localizedParameter(const IniDocument& ini, const char* section, const char* key) const
 {
@@ -162,7 +175,11 @@ VyxIconTheme& VyxIconTheme::operator=(VyxIconTheme&& other) noexcept
 
 bool VyxIconTheme::isLoaded() const { return d->loadState == 1; }
 std::string VyxIconTheme::path() const { return d->path; }
-void VyxIconTheme::setPath(std::string path) { d->path = std::move(path); }
+void VyxIconTheme::setPath(std::string path)
+{
+    d->path = std::move(path);
+    d->resetLayout();
+}
 std::string VyxIconTheme::themeName() const { return d->themeName; }
 void VyxIconTheme::setThemeName(std::string themeName) { d->themeName = std::move(themeName); }
 std::string VyxIconTheme::name() const { return d->name; }
@@ -180,7 +197,11 @@ void VyxIconTheme::setExampleIcon(std::string icon) { d->exampleIcon = std::move
 std::vector<std::string> VyxIconTheme::inheritedNames() const { return d->inheritedNames; }
 void VyxIconTheme::setInheritedNames(std::vector<std::string> names) { d->inheritedNames = std::move(names); }
 const std::vector<VyxIconThemeSubdir>& VyxIconTheme::subdirs() const { return d->subdirs; }
-void VyxIconTheme::setSubdirs(std::vector<VyxIconThemeSubdir> subdirs) { d->subdirs = std::move(subdirs); }
+void VyxIconTheme::setSubdirs(std::vector<VyxIconThemeSubdir> subdirs)
+{
+    d->subdirs = std::move(subdirs);
+    d->resetLayout();
+}
 const std::vector<VyxIconTheme>& VyxIconTheme::parents() const { return d->parents; }
 const std::vector<std::string>& VyxIconTheme::otherPaths() const { return d->otherPaths; }
 bool VyxIconTheme::hasValidCache() const { return d->cacheReader && d->cacheReader->isValid(); }

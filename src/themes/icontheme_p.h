@@ -1,6 +1,7 @@
 #ifndef VYXCORE_ICONTHEME_P_H
 #define VYXCORE_ICONTHEME_P_H
 
+#include "themes/iconfiles_p.h"
 #include "vyxicontheme.h"
 
 #include <cstdint>
@@ -8,6 +9,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 namespace Vyx::detail {
@@ -28,10 +30,14 @@ const IconSwitches& iconSwitches();
 // The image extensions an icon name may carry, in the order they are
 // recognised.
 bool hasImageExtension(const char* name);
+class IconProbe;
 }  // namespace Vyx::detail
 
 class VyxIconThemeSubdirPrivate {
 public:
+    // Type, compared once when it is set rather than on every lookup.
+    enum class Kind { Fixed, Scalable, Threshold, None };
+    Kind kind = Kind::None;
     int size = 0;
     int maxSize = 0;
     int minSize = 0;
@@ -41,9 +47,25 @@ public:
     std::string path;
 };
 
+// Where a theme's lookups look, as ids into its file listing.
+struct IconThemeLayout {
+    static constexpr uint32_t kNoDir = 0xFFFFFFFFu;
+    Vyx::detail::IconFiles files;
+    // Subdir i under the theme's path is dirs[i * stride], under other
+    // path k it is dirs[i * stride + 1 + k].
+    size_t stride = 1;
+    std::vector<uint32_t> dirs;
+    // The theme's directories by their relative path, as the cache names them.
+    std::unordered_map<std::string, uint32_t> byRelativePath;
+    // The directories searched outside every theme, in their order.
+    std::vector<std::pair<std::string, uint32_t>> outOfThemes;
+    uint32_t subdir(size_t index, size_t copy) const { return dirs[index * stride + copy]; }
+};
+
 class VyxIconThemePrivate {
 public:
     VyxIconThemePrivate();
+    ~VyxIconThemePrivate();
 
     std::string themeName;
     std::string path;
@@ -63,19 +85,47 @@ public:
     uint32_t cacheSize = 2000;
     // Found icon paths by "name-size-context"; emptied whole when it
     // outgrows cacheSize.
-    std::map<std::string, std::string> iconCache;
+    std::unordered_map<std::string, std::string> iconCache;
     std::mutex iconCacheMutex;
     std::unique_ptr<VyxIconCacheGtkReader> cacheReader;
+    // Names found only by a later pass (bigger, shorter) or not at all: the
+    // keys of the passes after the first, so that asking again skips the
+    // passes that found nothing, for as long as the listings they searched
+    // hold. The path cache itself keeps only found paths, by the key of the
+    // pass that found them.
+    struct PassTrail {
+        std::vector<std::string> keys;
+        bool found = false;  // the last key's pass found the answer
+        uint64_t generation = 0;
+        int64_t madeAt = 0;
+    };
+    std::unordered_map<std::string, PassTrail> passTrails;  // guarded by iconCacheMutex
+    // An open handle of the theme directory, to check remembered files
+    // with a shorter walk; compared with path again once per recheck
+    // interval. Guarded by iconCacheMutex.
+    int rootFd = -1;
+    std::string rootPath;
+    int64_t rootCheckedAt = 0;
+    std::shared_ptr<IconThemeLayout> layout;     // made by the first lookup
+    std::mutex layoutMutex;
 
     static const char* mainSectionName() { return "Icon Theme"; }
     bool hasLocale() const { return !languages.empty(); }
     // The first non-empty key[language] of section, in language order.
     std::string localizedParameter(const Vyx::detail::IniDocument& ini, const char* section, const char* key) const;
 
+    // Whether a remembered file still exists (iconCacheMutex held).
+    bool rememberedFileExists(const std::string& file, int64_t now);
+    std::shared_ptr<IconThemeLayout> fileLayout();
+    // Forgets the layout after the path or the directories changed.
+    void resetLayout();
+
     // One search pass of getIconPath; empty when it finds nothing.
-    std::string searchPass(const std::string& searchName, const char* iconName, int iconSize, int size,
-                           const char* iconContext, bool generic);
-    std::string searchThemeCache(const std::string& searchName, const char* iconName, int size);
+    std::string searchPass(Vyx::detail::IconProbe& probe, const std::string& searchName, const char* iconName,
+                           int iconSize, int size, const char* iconContext, bool generic);
+    std::string searchThemeCache(Vyx::detail::IconProbe& probe, const std::string& searchName, const char* iconName,
+                                 int size);
+    std::string searchOutOfThemes(Vyx::detail::IconProbe& probe, const char* iconName);
     std::string searchParents(const std::string& searchName, const char* iconName, int size, const char* iconContext);
 };
 

@@ -320,6 +320,7 @@ uint64_t IconProbe::uncertainChecks() { return t_uncertainChecks; }
 void IconProbe::setName(const std::string& name)
 {
     m_name = &name;
+    m_carriesExtension = hasImageExtension(name.c_str());
     m_bareHitsKnown = false;
     m_bareDirs.clear();
 }
@@ -335,7 +336,7 @@ const IconListing::Hits& IconProbe::bareHits()
 
 bool IconProbe::mayHoldAny(const uint32_t* dirs, size_t count)
 {
-    if (!m_listing || hasImageExtension(m_name->c_str()))
+    if (!m_listing || m_carriesExtension)
         return true;
     if (m_bareDirs.empty())
         m_listing->markDirsOf(bareHits(), &m_bareDirs);
@@ -353,7 +354,7 @@ bool IconProbe::listedNowhere()
     if (!m_listing || !bareHits().none(kPngFile | kSvgFile))
         return false;
     // A name with an image extension is looked for as it stands.
-    if (!hasImageExtension(m_name->c_str()))
+    if (!m_carriesExtension)
         return true;
     auto [stem, kind] = splitIconFileName(*m_name);
     return m_listing->hits(std::string(stem)).none(kind);

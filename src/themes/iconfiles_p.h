@@ -162,6 +162,9 @@ public:
 
     // The name the following checks look for.
     void setName(const std::string& name);
+    // Whether the name carries an image extension: it is then looked for
+    // as it stands, else with ".png" and ".svg".
+    bool carriesExtension() const { return m_carriesExtension; }
     // The first existing file base + "/" + rel + "/" + name + the extension
     // of each kind in turn (without rel when it is empty); empty when none
     // exists. dir is the listing's id of that directory, or kNoDir.
@@ -189,6 +192,7 @@ private:
 
     std::shared_ptr<const IconListing> m_listing;
     const std::string* m_name = nullptr;
+    bool m_carriesExtension = false;
     IconListing::Hits m_bareHits;
     bool m_bareHitsKnown = false;
     std::vector<uint64_t> m_bareDirs;  // bit per directory holding the name, once asked

@@ -58,7 +58,7 @@ std::string findIconWith(const VyxIconThemeSubdir& subdir, IconProbe& probe, con
         return std::string();
     if (subdir.size() > 0 && !subdir.matchesSize(size))
         return std::string();
-    const bool asIs = Vyx::detail::hasImageExtension(iconName);
+    const bool asIs = probe.carriesExtension();
     auto image = [&](size_t copy, std::string_view base) {
         const uint32_t dir = dirs ? dirs[copy] : IconProbe::kNoDir;
         return asIs ? probe.asIs(dir, base, subdir.path()) : probe.withExtension(dir, base, subdir.path(), {kPngFile, kSvgFile});
@@ -245,7 +245,8 @@ std::string VyxIconThemePrivate::searchOutOfThemes(IconProbe& probe, const char*
     const size_t length = std::strlen(iconName);
     if (std::strchr(iconName, '.') && (length < 5 || iconName[length - 4] == '.'))
         return std::string();
-    const std::string name = iconName;
+    thread_local std::string name;
+    name = iconName;
     probe.setName(name);
     for (size_t i = 0; i < layout->outOfThemes.size(); ++i) {
         const auto& [dir, id] = layout->outOfThemes[i];
@@ -339,6 +340,44 @@ void setPassKey(std::string& key, std::string_view searchName, int iconSize, int
 }
 
 
+// The passes of one lookup in their order: each one's name, size and
+// whether it is generic, as the bigger sizes and the shorter names change
+// them.
+class PassSequence {
+public:
+    PassSequence(const char* iconName, int iconSize, int size, bool bigger, bool generic)
+        : m_name(iconName), m_iconSize(iconSize), m_size(size), m_bigger(bigger), m_cutNames(generic)
+    {
+    }
+    const std::string& name() const { return m_name; }
+    int size() const { return m_size; }
+    bool generic() const { return m_generic; }
+    int index() const { return m_index; }
+    // Moves to the next pass; false when no fallback applies.
+    bool next()
+    {
+        if (m_bigger && m_size < 128) {
+            m_size = m_size < 48 ? 48 : 128;
+        } else if (m_cutNames && Vyx::cutLastSection(m_name, '-')) {
+            m_size = m_iconSize < 1 ? 32 : m_iconSize;
+            m_generic = true;
+        } else {
+            return false;
+        }
+        ++m_index;
+        return true;
+    }
+
+private:
+    std::string m_name;
+    int m_iconSize;
+    int m_size;
+    bool m_bigger;
+    bool m_cutNames;
+    bool m_generic = false;
+    int m_index = 0;
+};
+
 }  // namespace
 
 std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const char* iconContext)
@@ -377,6 +416,9 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
     if (d->path.empty())
         return std::string();
 
+    // The product's own themes are never searched at a bigger size.
+    const bool biggerSizes = switches.searchBigger == 1 && !Vyx::startsWith(d->themeName, "vyx");
+    const bool cutNames = switches.searchGeneric == 1;
     const int64_t now = Vyx::detail::iconClockNow();
     // Most calls end at the first key: it is built without allocating.
     thread_local std::string firstKey;
@@ -389,38 +431,39 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
             return d->rememberedFileExists(cached->second, now) ? cached->second : std::string();
         }
         // Asked before, and the passes that found nothing would still find
-        // nothing: go straight to the answer of the pass that found it, or
-        // to "" when none did.
+        // nothing: the answer is that of the first later pass whose key is
+        // remembered, as the passes would reach it, or "" when none found
+        // anything.
         auto trail = d->passTrails.find(firstKey);
         if (trail != d->passTrails.end()) {
             const VyxIconThemePrivate::PassTrail& passes = trail->second;
-            bool holds = passes.generation == Vyx::detail::IconFiles::generation() && now >= passes.madeAt &&
-                         now - passes.madeAt < Vyx::detail::IconFiles::recheckInterval.load();
-            const size_t emptyPasses = passes.keys.size() - (passes.found ? 1 : 0);
-            for (size_t i = 0; holds && i < emptyPasses; ++i)
-                holds = d->iconCache.find(passes.keys[i]) == d->iconCache.end();
-            if (holds && !passes.found)
-                return std::string();
-            auto answer = holds ? d->iconCache.find(passes.keys.back()) : d->iconCache.end();
-            if (answer != d->iconCache.end())
-                return d->rememberedFileExists(answer->second, now) ? answer->second : std::string();
+            if (passes.generation == Vyx::detail::IconFiles::generation() && now >= passes.madeAt &&
+                now - passes.madeAt < Vyx::detail::IconFiles::recheckInterval.load()) {
+                PassSequence pass(iconName, iconSize, size, biggerSizes, cutNames);
+                thread_local std::string key;
+                while (pass.index() + 1 < passes.count && pass.next()) {
+                    setPassKey(key, pass.name(), iconSize, pass.size(), iconContext);
+                    auto answer = d->iconCache.find(key);
+                    if (answer != d->iconCache.end())
+                        return d->rememberedFileExists(answer->second, now) ? answer->second : std::string();
+                }
+                if (!passes.found)
+                    return std::string();
+            }
             d->passTrails.erase(trail);
         }
     }
 
     const std::string askedKey = firstKey;  // the parents' lookups reuse the buffer
-    std::string searchName = iconName;
     std::shared_ptr<IconThemeLayout> layout = d->fileLayout();
     Vyx::detail::IconProbe probe(layout->files.listing(now));
     const uint64_t generation = Vyx::detail::IconFiles::generation();
     const uint64_t uncertainBefore = IconProbe::uncertainChecks();
-    std::vector<std::string> laterKeys;
-    laterKeys.reserve(8);
-    bool generic = false, remembered = false;
+    PassSequence pass(iconName, iconSize, size, biggerSizes, cutNames);
     std::string key = askedKey, found;
-    for (bool first = true;; first = false) {
-        if (!first) {
-            laterKeys.push_back(key);
+    bool remembered = false;
+    while (true) {
+        if (pass.index() > 0) {
             std::lock_guard<std::mutex> lock(d->iconCacheMutex);
             auto cached = d->iconCache.find(key);
             if (cached != d->iconCache.end()) {
@@ -429,19 +472,10 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
                 break;
             }
         }
-        found = d->searchPass(probe, searchName, iconName, iconSize, size, iconContext, generic);
-        if (!found.empty())
+        found = d->searchPass(probe, pass.name(), iconName, iconSize, pass.size(), iconContext, pass.generic());
+        if (!found.empty() || !pass.next())
             break;
-        if (switches.searchBigger == 1 && !Vyx::startsWith(d->themeName, "vyx") && size < 128) {
-            // The product's own themes are never searched at a bigger size.
-            size = size < 48 ? 48 : 128;
-        } else if (switches.searchGeneric == 1 && Vyx::cutLastSection(searchName, '-')) {
-            size = iconSize < 1 ? 32 : iconSize;
-            generic = true;
-        } else {
-            break;
-        }
-        setPassKey(key, searchName, iconSize, size, iconContext);
+        setPassKey(key, pass.name(), iconSize, pass.size(), iconContext);
     }
     if (found.empty() && switches.searchOutOfThemes == 1)
         found = d->searchOutOfThemes(probe, iconName);
@@ -454,11 +488,11 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
     }
     // Only when every check of the passes that found nothing came from a
     // listing: a file the listing does not cover could appear at any time.
-    if ((found.empty() || !laterKeys.empty()) && IconProbe::uncertainChecks() == uncertainBefore &&
+    if ((found.empty() || pass.index() > 0) && IconProbe::uncertainChecks() == uncertainBefore &&
         generation == Vyx::detail::IconFiles::generation()) {
         if (d->passTrails.size() > d->cacheSize)
             d->passTrails.clear();
-        d->passTrails[askedKey] = {std::move(laterKeys), !found.empty(), generation, now};
+        d->passTrails[askedKey] = {pass.index() + 1, !found.empty(), generation, now};
     }
     return !remembered || d->rememberedFileExists(found, now) ? found : std::string();
 }

@@ -88,14 +88,14 @@ public:
     std::unordered_map<std::string, std::string> iconCache;
     std::mutex iconCacheMutex;
     std::unique_ptr<VyxIconCacheGtkReader> cacheReader;
-    // Names found only by a later pass (bigger, shorter) or not at all: the
-    // keys of the passes after the first, so that asking again skips the
-    // passes that found nothing, for as long as the listings they searched
-    // hold. The path cache itself keeps only found paths, by the key of the
-    // pass that found them.
+    // Names found only by a later pass (bigger, shorter) or not at all: how
+    // many passes the lookup made, so that asking again skips the passes
+    // that found nothing, for as long as the listings they searched hold.
+    // The path cache itself keeps only found paths, by the key of the pass
+    // that found them.
     struct PassTrail {
-        std::vector<std::string> keys;
-        bool found = false;  // the last key's pass found the answer
+        int count = 0;
+        bool found = false;  // the last pass found the answer
         uint64_t generation = 0;
         int64_t madeAt = 0;
     };

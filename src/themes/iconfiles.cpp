@@ -320,6 +320,11 @@ uint64_t IconProbe::uncertainChecks() { return t_uncertainChecks; }
 void IconProbe::setName(const std::string& name)
 {
     m_name = &name;
+    // A bigger pass looks for the same name again: what is known of it
+    // still holds.
+    if (m_bareHitsKnown && name == m_lastName)
+        return;
+    m_lastName = name;
     m_carriesExtension = hasImageExtension(name.c_str());
     m_bareHitsKnown = false;
     m_bareDirs.clear();

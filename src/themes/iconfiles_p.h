@@ -192,6 +192,7 @@ private:
 
     std::shared_ptr<const IconListing> m_listing;
     const std::string* m_name = nullptr;
+    std::string m_lastName;  // the name the remembered hits are of
     bool m_carriesExtension = false;
     IconListing::Hits m_bareHits;
     bool m_bareHitsKnown = false;

@@ -358,15 +358,20 @@ public:
     {
         if (m_bigger && m_size < 128) {
             m_size = m_size < 48 ? 48 : 128;
+            // The key carries the requested size when there is one.
+            m_keyChanged = m_iconSize < 1;
         } else if (m_cutNames && Vyx::cutLastSection(m_name, '-')) {
             m_size = m_iconSize < 1 ? 32 : m_iconSize;
             m_generic = true;
+            m_keyChanged = true;
         } else {
             return false;
         }
         ++m_index;
         return true;
     }
+    // Whether the last step changed the pass's cache key.
+    bool keyChanged() const { return m_keyChanged; }
 
 private:
     std::string m_name;
@@ -375,6 +380,7 @@ private:
     bool m_bigger;
     bool m_cutNames;
     bool m_generic = false;
+    bool m_keyChanged = false;
     int m_index = 0;
 };
 
@@ -442,6 +448,8 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
                 PassSequence pass(iconName, iconSize, size, biggerSizes, cutNames);
                 thread_local std::string key;
                 while (pass.index() + 1 < passes.count && pass.next()) {
+                    if (!pass.keyChanged())
+                        continue;
                     setPassKey(key, pass.name(), iconSize, pass.size(), iconContext);
                     auto answer = d->iconCache.find(key);
                     if (answer != d->iconCache.end())
@@ -461,9 +469,11 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
     const uint64_t uncertainBefore = IconProbe::uncertainChecks();
     PassSequence pass(iconName, iconSize, size, biggerSizes, cutNames);
     std::string key = askedKey, found;
-    bool remembered = false;
+    bool remembered = false, newKey = false;
     while (true) {
-        if (pass.index() > 0) {
+        // A bigger pass has the key of the pass before it, which was just
+        // found missing.
+        if (newKey) {
             std::lock_guard<std::mutex> lock(d->iconCacheMutex);
             auto cached = d->iconCache.find(key);
             if (cached != d->iconCache.end()) {
@@ -475,7 +485,9 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
         found = d->searchPass(probe, pass.name(), iconName, iconSize, pass.size(), iconContext, pass.generic());
         if (!found.empty() || !pass.next())
             break;
-        setPassKey(key, pass.name(), iconSize, pass.size(), iconContext);
+        newKey = pass.keyChanged();
+        if (newKey)
+            setPassKey(key, pass.name(), iconSize, pass.size(), iconContext);
     }
     if (found.empty() && switches.searchOutOfThemes == 1)
         found = d->searchOutOfThemes(probe, iconName);

@@ -21,17 +21,19 @@ namespace Vyx::detail {
 
 const IconSwitches& iconSwitches()
 {
-    static IconSwitches switches;
-    static std::once_flag once;
-    std::call_once(once, [] {
+    // Read once, by whichever thread comes first; every lookup asks, so the
+    // later calls cost one guarded load.
+    static const IconSwitches switches = [] {
+        IconSwitches read;
         auto set = [](const char* name) { return envValue(name) != nullptr; };
-        switches.debug = set("VYX_ICON_DEBUG") ? 1 : 0;
-        switches.searchGeneric = set("VYX_ICON_NO_SEARCH_GENERIC") ? 0 : 1;
-        switches.searchBigger = set("VYX_ICON_NO_SEARCH_BIGGER") ? 0 : 1;
-        switches.searchOutOfThemes = set("VYX_ICON_NO_SEARCH_OUT_OF_THEMES") ? 0 : 1;
-        switches.hicolorLast = set("VYX_ICON_SEARCH_HICOLOR_NOT_LAST") ? 0 : 1;
-        switches.searchWithoutContext = set("VYX_ICON_SEARCH_WITH_CONTEXT_ONLY") ? 0 : 1;
-    });
+        read.debug = set("VYX_ICON_DEBUG") ? 1 : 0;
+        read.searchGeneric = set("VYX_ICON_NO_SEARCH_GENERIC") ? 0 : 1;
+        read.searchBigger = set("VYX_ICON_NO_SEARCH_BIGGER") ? 0 : 1;
+        read.searchOutOfThemes = set("VYX_ICON_NO_SEARCH_OUT_OF_THEMES") ? 0 : 1;
+        read.hicolorLast = set("VYX_ICON_SEARCH_HICOLOR_NOT_LAST") ? 0 : 1;
+        read.searchWithoutContext = set("VYX_ICON_SEARCH_WITH_CONTEXT_ONLY") ? 0 : 1;
+        return read;
+    }();
     return switches;
 }
 

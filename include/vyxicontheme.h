@@ -123,6 +123,10 @@ public:
     // (null: any), searched in this theme, its parents, bigger sizes,
     // shorter generic names and the system pixmap directories; empty when
     // there is none. Answers are remembered per theme. Any thread may call.
+    // What the theme's directories hold is kept in memory so that missing
+    // candidates cost no system call; a returned file is always checked on
+    // disk, but an icon installed while the theme is in use can take up to
+    // two seconds to be found.
     std::string getIconPath(const char* iconName, int iconSize, const char* iconContext);
     // A name that is a path: absolute, or relative to a theme search
     // directory. Empty when no file exists. context, when given, receives

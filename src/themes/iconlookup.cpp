@@ -423,7 +423,7 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
         return std::string();
 
     // The product's own themes are never searched at a bigger size.
-    const bool biggerSizes = switches.searchBigger == 1 && !Vyx::startsWith(d->themeName, "vyx");
+    auto biggerSizes = [&] { return switches.searchBigger == 1 && !Vyx::startsWith(d->themeName, "vyx"); };
     const bool cutNames = switches.searchGeneric == 1;
     const int64_t now = Vyx::detail::iconClockNow();
     // Most calls end at the first key: it is built without allocating.
@@ -445,7 +445,7 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
             const VyxIconThemePrivate::PassTrail& passes = trail->second;
             if (passes.generation == Vyx::detail::IconFiles::generation() && now >= passes.madeAt &&
                 now - passes.madeAt < Vyx::detail::IconFiles::recheckInterval.load()) {
-                PassSequence pass(iconName, iconSize, size, biggerSizes, cutNames);
+                PassSequence pass(iconName, iconSize, size, biggerSizes(), cutNames);
                 thread_local std::string key;
                 while (pass.index() + 1 < passes.count && pass.next()) {
                     if (!pass.keyChanged())
@@ -462,13 +462,13 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
         }
     }
 
-    const std::string askedKey = firstKey;  // the parents' lookups reuse the buffer
+    std::string askedKey = firstKey;  // the parents' lookups reuse the buffer
     std::shared_ptr<IconThemeLayout> layout = d->fileLayout();
     Vyx::detail::IconProbe probe(layout->files.listing(now));
     const uint64_t generation = Vyx::detail::IconFiles::generation();
     const uint64_t uncertainBefore = IconProbe::uncertainChecks();
-    PassSequence pass(iconName, iconSize, size, biggerSizes, cutNames);
-    std::string key = askedKey, found;
+    PassSequence pass(iconName, iconSize, size, biggerSizes(), cutNames);
+    std::string key, found;  // key: that of the last pass whose key changed
     bool remembered = false, newKey = false;
     while (true) {
         // A bigger pass has the key of the pass before it, which was just
@@ -496,7 +496,7 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
     if (!found.empty() && !remembered) {
         if (d->iconCache.size() > d->cacheSize)
             d->iconCache.clear();
-        d->iconCache[key] = found;
+        d->iconCache[key.empty() ? askedKey : key] = found;
     }
     // Only when every check of the passes that found nothing came from a
     // listing: a file the listing does not cover could appear at any time.
@@ -504,7 +504,7 @@ std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const 
         generation == Vyx::detail::IconFiles::generation()) {
         if (d->passTrails.size() > d->cacheSize)
             d->passTrails.clear();
-        d->passTrails[askedKey] = {pass.index() + 1, !found.empty(), generation, now};
+        d->passTrails[std::move(askedKey)] = {pass.index() + 1, !found.empty(), generation, now};
     }
     return !remembered || d->rememberedFileExists(found, now) ? found : std::string();
 }

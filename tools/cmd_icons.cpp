@@ -50,6 +50,10 @@ int runIcon(const CommonOptions& options)
                                 .c_str());
     } else if (!file.empty()) {
         std::printf("%s\n", file.c_str());
+    } else if (!theme.isLoaded()) {
+        // The usual case on a machine without the desktop's own themes.
+        std::fprintf(stderr, "vyxcore icon: icon theme %s is not installed; 'vyxcore themes' lists those that are, "
+                             "--theme picks one\n", theme.themeName().c_str());
     } else {
         std::fprintf(stderr, "vyxcore icon: no icon '%s' at size %ld in theme %s\n", name.c_str(), size,
                      theme.themeName().c_str());

@@ -338,6 +338,9 @@ TEST(ToolIcons, FindsIconsAndShowsThemes)
     EXPECT_EQ(runTool({"icon", "thing"}).out, icon + "\n");
     EXPECT_EQ(runTool({"icon", "thing", "--theme", "own", "--context", "Applications", "--size", "48"}).out, icon + "\n");
     EXPECT_EQ(runTool({"icon", "missing-thing"}).status, 1);
+    ToolRun uninstalled = runTool({"icon", "thing", "--theme", "not-here"});
+    EXPECT_EQ(uninstalled.status, 1);
+    EXPECT_TRUE(has(uninstalled.err, "icon theme not-here is not installed")) << uninstalled.err;
     EXPECT_EQ(runTool({"icon", "thing", "--size", "big"}).status, 2);
     EXPECT_NE(runTool({"icon", "thing", "--json"}).out.find("\"file\": \"" + icon + "\""), std::string::npos);
 

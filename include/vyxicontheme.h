@@ -16,6 +16,8 @@
 #include <string>
 #include <vector>
 
+typedef struct _XDisplay Display;
+
 namespace Vyx::detail {
 class MappedFile;
 class IconListing;
@@ -118,6 +120,65 @@ public:
     const std::vector<std::string>& otherPaths() const;
     // Whether the theme's icon-theme.cache is open and sound.
     bool hasValidCache() const;
+
+    // ---- Icons for MIME types, files, URLs and names ------------------
+
+    // The MIME database's icon name of mime (type 1), its generic icon
+    // name (type 2), or the first and else the second (other types); empty
+    // when there is none.
+    std::string findMimeIconNameXDG(const char* mime, SearchIconNameType type) const;
+    std::string getMimeIconNameXDG(const char* mime) const;
+    std::string getMimeGenericIconNameXDG(const char* mime) const;
+    // mime with its first '/' made '-' (text/plain: text-plain); empty
+    // when there is no '/'.
+    std::string getMimeIconNameSimple(const char* mime) const;
+    // The icon file of a MIME type: its default application's icon first,
+    // then the MIME database's names, then the "-x-generic" icon of its
+    // media type.
+    std::string getMimeIconPath(const char* mime, int size);
+    // The name (without directory and extension) of getMimeIconPath(mime, 32).
+    std::string getMimeIconName(const char* mime);
+    // The file of an icon name, tried in the contexts its name suggests
+    // first (edit-: Actions, folder-: Places, ...) and then in the others;
+    // *context (when given) receives the context it was found in.
+    std::string getIconContextAndPath(const char* name, int size, std::string* context);
+    // The icon file of a path, a desktop file, a directory, a "vyx-fm:"
+    // location or a URL (by the handler of its scheme); "network" in
+    // Places when nothing else fits. Fills *context and *iconName when given.
+    std::string getURLIcon(const char* url, int size, std::string* context, std::string* iconName);
+    std::string getURLIconPath(const char* url, int size);
+    std::string getURLIconName(const char* url, std::string* context);
+
+    // ---- Size tables ----------------------------------------------------
+
+    // The standard icon size at or below size (16, 22, 32, 48, 64, 96,
+    // 128, 192, 256; 16 below 22).
+    static int GetStandardIconSize(int size);
+    // The size of an emblem on an icon of size: 8 up to 31, 16 up to 48,
+    // 22 up to 64, 32 up to 96, 48 up to 128, 64 above.
+    static int GetIconEmblemSize(int size);
+    // Sizes for a screen of dpi dots per inch: the DPI step (0 below 130,
+    // 1 to 167, 2 to 239, 3 to 335, 4 above) plus step picks an icon size
+    // from 16 to 256; frame titles and borders grow from base by 10 and 3
+    // per DPI step.
+    static int GetIconSizeForDPI(int dpi, int step);
+    static int GetFrameTitleSizeForDPI(int dpi, int base);
+    static int GetFrameBorderSizeForDPI(int dpi, int base);
+
+    // ---- Cursor themes --------------------------------------------------
+
+    // The current X cursor theme: from the user's and the system's
+    // Xresources, the display's Xcursor setting, XCURSOR_THEME, the
+    // "default" icon themes' Inherits, then the system alternative; empty
+    // when none names one.
+    static std::string getCurrentCursorThemeName(Display* display);
+    // Makes name the user's cursor theme (the "Xcursor.theme" resource of
+    // ~/.Xresources, other resources kept); false when it cannot be written.
+    static bool setCurrentCursorThemeName(const char* name);
+    // The installed cursor themes (those with a "cursors" directory) in
+    // the theme search directories: their names, and their directories.
+    static std::vector<std::string> getCursorThemeNames();
+    static std::vector<std::string> getCursorThemePaths();
 
     // The file of the icon iconName at iconSize (below 1: 32) in context
     // (null: any), searched in this theme, its parents, bigger sizes,

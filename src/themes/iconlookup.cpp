@@ -27,6 +27,12 @@ bool hasImageExtension(const char* name)
     return false;
 }
 
+const IconContext kIconContexts[12] = {
+    {"/apps/", "Applications"},  {"/places/", "Places"},     {"/mimetypes/", "MimeTypes"},
+    {"/actions/", "Actions"},    {"/status/", "Status"},     {"/devices/", "Devices"},
+    {"/categories/", "Categories"}, {"/emblems/", "Emblems"}, {"/emotes/", "Emotes"},
+    {"/intl/", "International"}, {"/filesystems/", "FileSystems"}, {"/animations/", "Animations"}};
+
 }  // namespace Vyx::detail
 
 namespace {
@@ -34,13 +40,6 @@ namespace {
 using Vyx::detail::iconSwitches;
 
 
-// The contexts that a directory of a theme stands for, by a fragment of its
-// path.
-const std::pair<const char*, const char*> kContexts[] = {
-    {"/apps/", "Applications"},  {"/places/", "Places"},     {"/mimetypes/", "MimeTypes"},
-    {"/actions/", "Actions"},    {"/status/", "Status"},     {"/devices/", "Devices"},
-    {"/categories/", "Categories"}, {"/emblems/", "Emblems"}, {"/emotes/", "Emotes"},
-    {"/intl/", "International"}, {"/filesystems/", "FileSystems"}, {"/animations/", "Animations"}};
 
 using Vyx::detail::IconProbe;
 using Vyx::detail::kPngFile;
@@ -133,9 +132,9 @@ std::string VyxIconTheme::CheckFullPath(const char* name, std::string* context)
         }
     }
     if (context && !found.empty()) {
-        for (const auto& [fragment, name] : kContexts) {
-            if (found.find(fragment) != std::string::npos) {
-                *context = name;
+        for (const Vyx::detail::IconContext& known : Vyx::detail::kIconContexts) {
+            if (found.find(known.fragment) != std::string::npos) {
+                *context = known.name;
                 break;
             }
         }

@@ -37,17 +37,19 @@ const IconSwitches& iconSwitches()
     return switches;
 }
 
-}  // namespace Vyx::detail
-
-namespace {
-
-using Vyx::detail::IniDocument;
-
 bool isDirectory(const std::string& path)
 {
     struct stat st;
     return stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
+
+}  // namespace Vyx::detail
+
+namespace {
+
+using Vyx::detail::IniDocument;
+using Vyx::detail::isDirectory;
+
 
 
 // The capacity of a theme's path cache from VYX_ICON_THEME_CACHE_SIZE.

@@ -27,9 +27,19 @@ struct IconSwitches {
 };
 const IconSwitches& iconSwitches();
 
+bool isDirectory(const std::string& path);
+
 // The image extensions an icon name may carry, in the order they are
 // recognised.
 bool hasImageExtension(const char* name);
+
+// The contexts of icons in their fixed order, each with the fragment of a
+// theme directory's path that stands for it.
+struct IconContext {
+    const char* fragment;
+    const char* name;
+};
+extern const IconContext kIconContexts[12];
 class IconProbe;
 }  // namespace Vyx::detail
 

@@ -1,0 +1,153 @@
+// Icons for MIME types, names, files, directories, file-manager locations
+// and URLs, over a theme built here, the installed MIME database and
+// default applications written to mimeapps.list.
+
+#include "support/temp_home.h"
+
+#include <vyxicontheme.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <unistd.h>
+
+namespace {
+
+using vyxtest::ScopedEnv;
+using vyxtest::TempHome;
+
+class MimeIcons : public ::testing::Test {
+protected:
+    MimeIcons() : dataDirs("XDG_DATA_DIRS", (world.path("usr/share") + ":/usr/share").c_str()) {}
+
+    void SetUp() override
+    {
+        own = world.path("usr/share/icons/own");
+        std::string index = "[Icon Theme]\nName=Own\nInherits=hicolor\nDirectories=";
+        std::string sections;
+        for (const char* context : {"apps:Applications", "mimetypes:MimeTypes", "actions:Actions", "places:Places",
+                                    "status:Status", "devices:Devices"}) {
+            std::string dir = std::string("48x48/") + std::string(context).substr(0, std::string(context).find(':'));
+            index += dir + ",";
+            sections += "[" + dir + "]\nSize=48\nType=Fixed\nContext=" + (std::strchr(context, ':') + 1) + "\n";
+        }
+        world.writeFile("usr/share/icons/own/index.theme", index + "\n" + sections);
+        for (const char* file : {"apps/viewer-icon.png", "apps/browser-icon.png", "mimetypes/application-pdf.png",
+                                 "mimetypes/text-x-generic.png", "mimetypes/image-x-generic.png",
+                                 "mimetypes/x-office-document.png", "actions/edit-thing.png", "actions/system-run.png",
+                                 "places/folder-red.png", "places/folder.png", "places/network.png",
+                                 "status/user-away.png", "devices/computer.png"})
+            world.writeFile("usr/share/icons/own/48x48/" + std::string(file), "icon");
+
+        app("viewer.desktop", "Icon=viewer-icon\nExec=viewer %f\n");
+        app("qpdfview.desktop", "Icon=viewer-icon\nExec=qpdfview %f\n");
+        app("browser.desktop", "Icon=browser-icon\nExec=browser %u\n");
+        world.writeFile("home/.config/mimeapps.list",
+                        "[Added Associations]\ntext/plain=viewer.desktop;\napplication/pdf=qpdfview.desktop;\n"
+                        "x-scheme-handler/http=browser.desktop;\n");
+    }
+    void app(const std::string& name, const std::string& keys)
+    {
+        world.writeFile("usr/share/applications/" + name, "[Desktop Entry]\nType=Application\nName=" + name + "\n" + keys);
+    }
+    std::string icon(const std::string& relative) const { return own + "/48x48/" + relative; }
+
+    TempHome world;
+    ScopedEnv dataDirs;
+    std::string own;
+};
+
+TEST_F(MimeIcons, TypesShowTheirApplicationThenTheDatabaseNames)
+{
+    VyxIconTheme theme("own", "", true);
+    EXPECT_EQ(theme.getMimeIconNameSimple("text/plain"), "text-plain");
+    EXPECT_EQ(theme.getMimeIconNameSimple("plain"), "");
+    EXPECT_EQ(theme.getMimeGenericIconNameXDG("application/pdf"), "x-office-document");
+    EXPECT_EQ(theme.findMimeIconNameXDG("application/pdf", VyxIconTheme::MimeIconNameOrGeneric), "x-office-document");
+    EXPECT_EQ(theme.getMimeIconNameXDG("application/pdf"), "");
+
+    EXPECT_EQ(theme.getMimeIconPath("text/plain", 48), icon("apps/viewer-icon.png"));  // the default application's
+    EXPECT_EQ(theme.getMimeIconName("text/plain"), "viewer-icon");
+    // That viewer's icon is never a document's: the type's own icon instead.
+    EXPECT_EQ(theme.getMimeIconPath("application/pdf", 48), icon("mimetypes/application-pdf.png"));
+    // No own icon anywhere: the media type's generic one.
+    EXPECT_EQ(theme.getMimeIconPath("text/x-csrc", 48), icon("mimetypes/text-x-generic.png"));
+    EXPECT_EQ(theme.getMimeIconPath("image/x-no-such-type", 48), icon("mimetypes/image-x-generic.png"));
+    EXPECT_EQ(theme.getMimeIconPath("chemical/x-no-such-type", 48), "");
+    EXPECT_EQ(theme.getMimeIconPath("", 48), "");
+    EXPECT_EQ(theme.getMimeIconPath(nullptr, 48), "");
+}
+
+TEST_F(MimeIcons, NamesAreTriedInTheContextsTheirSpellingSuggests)
+{
+    // Otherwise a lookup in one context also searches without it, and the
+    // first context tried answers for every directory.
+    ScopedEnv contextOnly("VYX_ICON_SEARCH_WITH_CONTEXT_ONLY", "1");
+    VyxIconTheme theme("own", "", true);
+    std::string context = "stale";
+    EXPECT_EQ(theme.getIconContextAndPath("edit-thing", 48, &context), icon("actions/edit-thing.png"));
+    EXPECT_EQ(context, "Actions");
+    // user-: Places, FileSystems, then Status.
+    EXPECT_EQ(theme.getIconContextAndPath("user-away", 48, &context), icon("status/user-away.png"));
+    EXPECT_EQ(context, "Status");
+    // A name no group claims is tried in every context, in order.
+    EXPECT_EQ(theme.getIconContextAndPath("computer", 48, &context), icon("devices/computer.png"));
+    EXPECT_EQ(context, "Devices");
+    // Found only among the system's pixmaps (debconf installs this one): kept
+    // while every context is tried, then given without a context.
+    if (access("/usr/share/pixmaps/debian-logo.png", F_OK) == 0) {
+        EXPECT_EQ(theme.getIconContextAndPath("debian-logo", 48, &context), "/usr/share/pixmaps/debian-logo.png");
+        EXPECT_EQ(context, "");
+    }
+    EXPECT_EQ(theme.getIconContextAndPath("no-such-icon-anywhere", 48, &context), "");
+    EXPECT_EQ(context, "");
+    EXPECT_EQ(theme.getIconContextAndPath((own + "/48x48/places/folder.png").c_str(), 48, &context),
+              icon("places/folder.png"));
+    EXPECT_EQ(context, "Places");
+    EXPECT_EQ(theme.getIconContextAndPath(nullptr, 48, &context), "");
+}
+
+TEST_F(MimeIcons, PathsLocationsAndUrls)
+{
+    VyxIconTheme theme("own", "", true);
+    std::string context, name;
+    auto expectIcon = [&](const std::string& url, const std::string& file, const char* wantContext,
+                          const char* wantName) {
+        EXPECT_EQ(theme.getURLIcon(url.c_str(), 48, &context, &name), file) << url;
+        EXPECT_EQ(context, wantContext) << url;
+        EXPECT_EQ(name, wantName) << url;
+    };
+    expectIcon("vyx-fm:Computer", icon("devices/computer.png"), "Devices", "computer");
+    expectIcon("vyx-fm:Somewhere", icon("places/folder.png"), "Places", "folder");
+    expectIcon("http://example.org/", icon("apps/browser-icon.png"), "", "browser-icon");  // the scheme's handler
+    expectIcon("ftp://example.org/", icon("places/network.png"), "Places", "network");
+    expectIcon("", icon("places/network.png"), "Places", "network");
+    expectIcon("http:", icon("apps/browser-icon.png"), "", "browser-icon");
+    expectIcon("http://" + std::string(100000, 'x'), icon("apps/browser-icon.png"), "", "browser-icon");
+
+    std::string text = world.writeFile("home/notes.txt", "some words\n");
+    expectIcon(text, icon("apps/viewer-icon.png"), "MimeTypes", "viewer-icon");
+    expectIcon("file://" + text, icon("apps/viewer-icon.png"), "MimeTypes", "viewer-icon");
+    expectIcon("~/notes.txt", icon("apps/viewer-icon.png"), "MimeTypes", "viewer-icon");
+
+    std::string launcher = world.writeFile("home/run.desktop", "[Desktop Entry]\nType=Application\nName=R\nIcon=edit-thing\n");
+    expectIcon(launcher, icon("actions/edit-thing.png"), "Actions", "edit-thing");
+    std::string broken = world.writeFile("home/lost.desktop", "[Desktop Entry]\nType=Application\nName=L\nIcon=no-such\n");
+    expectIcon(broken, icon("actions/system-run.png"), "Actions", "system-run");
+    std::string bare = world.writeFile("home/bare.desktop", "[Desktop Entry]\nType=Application\nName=B\n");
+    expectIcon(bare, icon("actions/system-run.png"), "Actions", "system-run");
+
+    std::string red = world.makeDir("home/red");
+    world.writeFile("home/red/.directory", "[Desktop Entry]\nIcon=folder-red\n");
+    expectIcon(red, icon("places/folder-red.png"), "Places", "folder-red");
+    expectIcon(world.makeDir("home/plain"), icon("places/folder.png"), "Places", "folder");
+
+    // Expansions that fail and paths that do not exist end in the default.
+    expectIcon("~no-such-user-here/x", icon("places/network.png"), "Places", "network");
+    expectIcon("$VYX_NO_SUCH_VARIABLE/x", icon("places/network.png"), "Places", "network");
+    expectIcon("/no/such/file.txt", icon("places/network.png"), "Places", "network");
+    EXPECT_EQ(theme.getURLIconName("vyx-fm:Computer", &context), "computer");
+    EXPECT_EQ(theme.getURLIconPath(nullptr, 48), icon("places/network.png"));
+}
+
+}  // namespace

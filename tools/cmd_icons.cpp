@@ -1,12 +1,16 @@
-// vyxcore icon, themes, theme: icon lookup and the installed icon themes.
+// vyxcore icon, icon-for, themes, theme: icon lookup and the installed icon
+// themes.
 
 #include "commands.h"
 
+#include <vyxfileutils.h>
 #include <vyxicontheme.h>
+#include <vyxstrings.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <unistd.h>
 
 namespace tool {
 
@@ -24,6 +28,25 @@ std::string joined(const std::vector<std::string>& items)
     for (const std::string& item : items)
         text += (text.empty() ? "" : ", ") + item;
     return text.empty() ? "-" : text;
+}
+
+// Why nothing was found, on stderr: most often the theme is not there.
+void reportNothingFound(const char* command, const VyxIconTheme& theme, const std::string& what)
+{
+    if (!theme.isLoaded())
+        std::fprintf(stderr, "vyxcore %s: icon theme %s is not installed; 'vyxcore themes' lists those that are, "
+                             "--theme picks one\n", command, theme.themeName().c_str());
+    else
+        std::fprintf(stderr, "vyxcore %s: no icon for %s in theme %s\n", command, what.c_str(),
+                     theme.themeName().c_str());
+}
+
+// Whether thing names a MIME type ("text/plain") rather than a path or URL.
+bool isMimeType(const std::string& thing)
+{
+    const size_t slash = thing.find('/');
+    return slash != std::string::npos && slash > 0 && thing.find('/', slash + 1) == std::string::npos &&
+           thing.find(':') == std::string::npos && thing[0] != '~' && thing[0] != '$' && !fileExists(thing, false);
 }
 
 }  // namespace
@@ -50,13 +73,50 @@ int runIcon(const CommonOptions& options)
                                 .c_str());
     } else if (!file.empty()) {
         std::printf("%s\n", file.c_str());
-    } else if (!theme.isLoaded()) {
-        // The usual case on a machine without the desktop's own themes.
-        std::fprintf(stderr, "vyxcore icon: icon theme %s is not installed; 'vyxcore themes' lists those that are, "
-                             "--theme picks one\n", theme.themeName().c_str());
     } else {
-        std::fprintf(stderr, "vyxcore icon: no icon '%s' at size %ld in theme %s\n", name.c_str(), size,
-                     theme.themeName().c_str());
+        reportNothingFound("icon", theme, "'" + name + "' at size " + std::to_string(size));
+    }
+    return file.empty() ? NothingFound : Done;
+}
+
+int runIconFor(const CommonOptions& options)
+{
+    std::string thing = options.positional[0];
+    const std::string sizeText = valueOr(options, "--size", "48");
+    char* end = nullptr;
+    const long size = std::strtol(sizeText.c_str(), &end, 10);
+    if (sizeText.empty() || *end || size < 1 || size > 4096)
+        return usageError("icon-for", "--size wants a number of pixels, not '" + sizeText + "'");
+    VyxIconTheme theme(valueOr(options, "--theme", ""), "", true);
+    std::string file, name, context;
+    if (isMimeType(thing)) {
+        file = theme.getMimeIconPath(thing.c_str(), int(size));
+        if (!file.empty()) {
+            name = Vyx::completeBaseName(file);
+            VyxIconTheme::CheckFullPath(file.c_str(), &context);
+        }
+    } else {
+        // A relative path is the file in the current directory.
+        char cwd[4096];
+        if (thing[0] != '/' && thing.find(':') == std::string::npos && fileExists(thing, false) &&
+            getcwd(cwd, sizeof cwd))
+            thing = std::string(cwd) + "/" + thing;
+        file = theme.getURLIcon(thing.c_str(), int(size), &context, &name);
+    }
+    if (options.json) {
+        std::printf("%s\n", JsonObject()
+                                .addString("thing", options.positional[0])
+                                .addInt("size", size)
+                                .addString("theme", theme.themeName())
+                                .addString("file", file)
+                                .addString("name", name)
+                                .addString("context", context)
+                                .str()
+                                .c_str());
+    } else if (!file.empty()) {
+        printRows({{"file", file}, {"name", name.empty() ? "-" : name}, {"context", context.empty() ? "-" : context}});
+    } else {
+        reportNothingFound("icon-for", theme, "'" + options.positional[0] + "'");
     }
     return file.empty() ? NothingFound : Done;
 }

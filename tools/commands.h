@@ -29,6 +29,7 @@ int runMimeapps(const CommonOptions& options);
 int runMime(const CommonOptions& options);
 int runMimetype(const CommonOptions& options);
 int runIcon(const CommonOptions& options);
+int runIconFor(const CommonOptions& options);
 int runThemes(const CommonOptions& options);
 int runTheme(const CommonOptions& options);
 

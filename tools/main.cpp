@@ -61,6 +61,12 @@ const std::vector<Command>& commands()
          "T a theme's directory name (default: the current theme). Exit status 1 when\n"
          "no file is found.",
          1, 1, runIcon, {"--size", "--context", "--theme"}},
+        {"icon-for", "icon-for THING [--size N] [--theme T] [--json]",
+         "The icon of a file, directory, desktop file, URL, \"vyx-fm:\" location or MIME type.",
+         "Prints the icon's file, its name and the context it was found in. THING is a path\n"
+         "(absolute, relative, ~ or $VARIABLE), a URL such as http://example.org, vyx-fm:Home\n"
+         "or a MIME type such as text/plain. Exit status 1 when no file is found.",
+         1, 1, runIconFor, {"--size", "--theme"}},
         {"themes", "themes [--json]", "The installed icon themes, the search directories, the current and tray themes.",
          "A theme installed in several search directories is shown once, with the copy that\n"
          "lookups use (--json lists every copy). Exit status 1 when no theme is installed.",

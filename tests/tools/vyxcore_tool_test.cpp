@@ -354,6 +354,24 @@ TEST(ToolIcons, FindsIconsAndShowsThemes)
     EXPECT_EQ(runTool({"theme", "no-such-theme"}).status, 1);
 }
 
+TEST(ToolIcons, IconsForThingsThatAreNotIconNames)
+{
+    vyxtest::TempHome world;
+    world.writeFile("usr/share/icons/own/index.theme",
+                    "[Icon Theme]\nName=Own\nDirectories=48x48/places,48x48/mimetypes\n"
+                    "[48x48/places]\nType=Fixed\nContext=Places\n[48x48/mimetypes]\nType=Fixed\nContext=MimeTypes\n");
+    std::string home = world.writeFile("usr/share/icons/own/48x48/places/user-home.png", "icon");
+    std::string generic = world.writeFile("usr/share/icons/own/48x48/mimetypes/text-x-generic.png", "icon");
+    world.writeFile("home/.vyx/theme/current.themerc", "[Variables]\nIconTheme=own\n");
+    EXPECT_EQ(runTool({"icon-for", "vyx-fm:Home"}).out,
+              "file     " + home + "\nname     user-home\ncontext  Places\n");
+    ToolRun type = runTool({"icon-for", "text/x-no-such-type", "--json"});
+    EXPECT_TRUE(has(type.out, "\"file\": \"" + generic + "\"")) << type.out;
+    EXPECT_TRUE(has(type.out, "\"context\": \"MimeTypes\"")) << type.out;
+    EXPECT_EQ(runTool({"icon-for", "ftp://example.org"}).status, 1);  // no handler, no "network" icon
+    EXPECT_EQ(runTool({"icon-for", "vyx-fm:Home", "--size", "0"}).status, 2);
+}
+
 TEST(ToolIcons, ThemeInstalledTwiceIsListedOnceWithTheCopyUsed)
 {
     vyxtest::TempHome world;

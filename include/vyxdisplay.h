@@ -1,11 +1,19 @@
 #ifndef VYXCORE_DISPLAY_H
 #define VYXCORE_DISPLAY_H
 
-// Display and appearance: colour-palette helpers on "#RRGGBB" texts.
+// Display and appearance: colour-palette helpers on "#RRGGBB" texts, the
+// screen's dots per inch (Xft, RandR, screen size), the RandR primary output
+// and single resources of an X resources file.
 
 #include "vyxexport.h"
+#include "vyxstrings.h"
 
 #include <string>
+
+// Xlib's own declarations, repeated so that this header does not pull in
+// Xlib and its macros; they name the same types.
+typedef struct _XDisplay Display;
+typedef unsigned long Window;
 
 // The dark variant of the primary colour color ("#RRGGBB", hex digits of
 // either case): the same hue and saturation at three quarters of the
@@ -18,5 +26,59 @@ VYX_EXPORT std::string GetPrimaryDarkColor(const std::string& color, bool darker
 // the higher contrast), else "#FFFFFF"; empty when background is not of
 // that form.
 VYX_EXPORT std::string textColorFor(const std::string& background);
+
+// ---- Screen resolution ------------------------------------------------------
+//
+// The functions taking a display answer 0 or false (and do nothing) for a
+// null display, a screen number the display does not have, or a window that
+// is not one of the display's root windows.
+
+// The font size in points for a screen of dpi dots per inch: 10 below 120
+// dpi, then 11, 12, 14, 16 at 120, 168, 240 and 336, moved by delta steps
+// along 8, 9, 10, 11, 12, 14, 16, 18, 20 (clamped at both ends).
+VYX_EXPORT int GetFontSizeForDPI(int dpi, int delta);
+
+// The DPI that Xft would use for fonts on screen: the "Xft.dpi" resource, or
+// else what Xft derives from the screen's size; 0 when there is none.
+VYX_EXPORT double GetXftDPI(Display* dpy, int screen);
+
+// Publishes a DPI as Xft's default for the display and, with setInXrdb, as
+// "Xft.dpi" (rounded) in the display's resource database. A DPI that Xft
+// already has takes precedence over dpi. Nothing happens when dpi is 0.
+VYX_EXPORT void SetXftDPI(Display* dpy, int screen, double dpi, Vyx::tagged_bool<SetInXrdb_tag> setInXrdb);
+
+// Makes an output primary when the screen of root has none: the first
+// connected output whose CRTC (the current one, else any it can use) sits
+// at the origin with a non-zero size. major and minor are the server's RandR
+// version when the caller knows it, else 0 and 0. True when a primary was
+// already set or the outputs could be searched (even when none qualified);
+// false without RandR 1.3 or screen resources.
+VYX_EXPORT bool SetRRPrimary(Display* dpy, Window root, int major, int minor);
+
+// The DPI of the primary output (made primary by SetRRPrimary first when
+// there is none) from its physical size and its CRTC, width and height
+// swapped for a CRTC turned by 90 or 270 degrees. Values strictly between
+// 90 and 100 count as 96. Either pointer may be null. False when there is
+// no primary output, it reports no physical size, or its CRTC has no size.
+VYX_EXPORT bool GetRRPrimaryDPI(Display* dpy, Window root, double* dpix, double* dpiy);
+
+// The screen's DPI: from its size in millimetres (96 when unknown); while
+// that is 96.x, Xft's DPI and then the RandR primary output's horizontal
+// DPI are asked in turn. 0 for a null display or root 0.
+VYX_EXPORT double FindDPI(Display* dpy, int screen, Window root);
+
+// Sets one resource in the X resources file: every line containing name is
+// replaced by name + separator + value, or dropped when value is empty or
+// null; the line is appended when no line contains name. The file is
+// replaced as a whole (its permission bits kept) and created when missing.
+// With applyByXrdb the file is then merged into the server's resources
+// ("xrdb -override FILE"), whatever the edit's outcome, unless its name
+// holds characters that xrdb's preprocessor shell would interpret (a
+// message says so). False for a null or empty file or name, and when an
+// existing file's directory is not writable; true otherwise, also when a
+// missing file could not be created or the replacement failed (with a
+// message).
+VYX_EXPORT bool setXrdbParameterInFile(const char* file, const char* name, const char* separator,
+                                       const char* value, Vyx::tagged_bool<ApllyByXrdb_tag> applyByXrdb);
 
 #endif

@@ -30,6 +30,8 @@ int runMime(const CommonOptions& options);
 int runMimetype(const CommonOptions& options);
 int runIcon(const CommonOptions& options);
 int runIconFor(const CommonOptions& options);
+int runCursor(const CommonOptions& options);
+int runDpi(const CommonOptions& options);
 int runThemes(const CommonOptions& options);
 int runTheme(const CommonOptions& options);
 

@@ -67,6 +67,12 @@ const std::vector<Command>& commands()
          "(absolute, relative, ~ or $VARIABLE), a URL such as http://example.org, vyx-fm:Home\n"
          "or a MIME type such as text/plain. Exit status 1 when no file is found.",
          1, 1, runIconFor, {"--size", "--theme"}},
+        {"cursor", "cursor [--set NAME] [--json]",
+         "The current X cursor theme and the installed cursor themes.",
+         "The current theme comes from ~/.Xresources, the system's Xresources, the display,\n"
+         "XCURSOR_THEME, the \"default\" icon themes and the system alternative, in that order.\n"
+         "--set NAME writes \"Xcursor.theme: NAME\" into ~/.Xresources, other lines kept.",
+         0, 0, runCursor, {"--set"}},
         {"themes", "themes [--json]", "The installed icon themes, the search directories, the current and tray themes.",
          "A theme installed in several search directories is shown once, with the copy that\n"
          "lookups use (--json lists every copy). Exit status 1 when no theme is installed.",
@@ -74,6 +80,11 @@ const std::vector<Command>& commands()
         {"theme", "theme NAME [--json]",
          "The model of one icon theme: names, parents, other paths, cache validity and directories.",
          "Exit status 1 when the theme cannot be found or read.", 1, 1, runTheme},
+        {"dpi", "dpi [--json]",
+         "The screen's DPI by screen size, Xft and the RandR primary output, and the sizes it gives.",
+         "Asks the X server named by DISPLAY. When no RandR output is primary, one at the\n"
+         "screen's origin is made primary, as the library does. Exit status 1 without a display.",
+         0, 0, runDpi},
         {"why", "why FILE|ID [--json]", "Whether a desktop entry is shown and may run here, with the reason when not.",
          "Shown: Hidden, OnlyShowIn/NotShowIn (and the kiosk whitelist), NoDisplay.\n"
          "Usable: Type, URL, TryExec, Exec, administrator marks, origin file, edition modes.",

@@ -22,7 +22,7 @@ XvfbServer::~XvfbServer()
     stop();
 }
 
-bool XvfbServer::start(std::string* error)
+bool XvfbServer::start(std::string* error, bool randr)
 {
     int fds[2];
     if (pipe(fds) != 0) {
@@ -46,7 +46,7 @@ bool XvfbServer::start(std::string* error)
         }
         std::string fd = std::to_string(fds[1]);
         execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), "-screen", "0", "1280x1024x24", "-nolisten", "tcp",
-               "+extension", "RANDR", "-noreset", static_cast<char*>(nullptr));
+               randr ? "+extension" : "-extension", "RANDR", "-noreset", static_cast<char*>(nullptr));
         _exit(127);
     }
     close(fds[1]);

@@ -21,8 +21,9 @@ public:
     XvfbServer& operator=(const XvfbServer&) = delete;
 
     // Starts the server and waits until it accepts connections. On failure
-    // returns false with the reason in *error.
-    bool start(std::string* error);
+    // returns false with the reason in *error. With randr false the server
+    // runs without the RandR extension.
+    bool start(std::string* error, bool randr = true);
     void stop();
 
     int number() const { return m_number; }

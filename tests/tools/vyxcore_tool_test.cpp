@@ -372,6 +372,18 @@ TEST(ToolIcons, IconsForThingsThatAreNotIconNames)
     EXPECT_EQ(runTool({"icon-for", "vyx-fm:Home", "--size", "0"}).status, 2);
 }
 
+TEST(ToolIcons, CursorThemeShownAndSet)
+{
+    vyxtest::TempHome world;
+    world.makeDir("home/.icons/Pointy/cursors");
+    world.writeFile("home/.Xresources", "*background: grey\n");
+    EXPECT_EQ(runTool({"cursor", "--set", "Pointy"}).status, 0);
+    ToolRun shown = runTool({"cursor", "--json"});
+    EXPECT_TRUE(has(shown.out, "\"current\": \"Pointy\"")) << shown.out;
+    EXPECT_TRUE(has(shown.out, world.home() + "/.icons/Pointy")) << shown.out;
+    EXPECT_TRUE(has(vyxtest::readFile(world.home() + "/.Xresources"), "*background: grey")) << "other resources kept";
+}
+
 TEST(ToolIcons, ThemeInstalledTwiceIsListedOnceWithTheCopyUsed)
 {
     vyxtest::TempHome world;

@@ -41,7 +41,8 @@ TEST(CursorThemes, SourcesInTheirOrder)
         }
         world.writeFile("fake-etc-xresources/x11-common", "! Xcursor.theme: commented\nXcursor.theme:\tFromSystem\r\n");
         EXPECT_EQ(VyxIconTheme::getCurrentCursorThemeName(nullptr), "FromSystem");
-        world.writeFile("home/.Xresources", "*background: grey\nXcursor.themeX: wrong\n  Xcursor.theme :  FromUser\n");
+        world.writeFile("home/.Xresources", "*background: grey\nXcursor.themeX: wrong\n*huge: " +
+                                                std::string(1 << 20, 'h') + "\nXcursor.theme\n  Xcursor.theme :  FromUser\n");
         EXPECT_EQ(VyxIconTheme::getCurrentCursorThemeName(nullptr), "FromUser");
 
         // Setting it rewrites the user's line and keeps the other resources.

@@ -150,4 +150,18 @@ TEST_F(MimeIcons, PathsLocationsAndUrls)
     EXPECT_EQ(theme.getURLIconPath(nullptr, 48), icon("places/network.png"));
 }
 
+TEST_F(MimeIcons, InstalledThemeShowsRealFilesByTheirDetectedType)
+{
+    VyxIconTheme adwaita("Adwaita", "", true);
+    ASSERT_TRUE(adwaita.isLoaded());
+    std::string context, name;
+    // A C header, detected by this library, shown by the theme's generic
+    // text icon: the header type has no icon of its own there.
+    const std::string file = adwaita.getURLIcon("/usr/include/stdio.h", 48, &context, &name);
+    EXPECT_EQ(file, "/usr/share/icons/Adwaita/48x48/mimetypes/text-x-generic.png");
+    EXPECT_EQ(context, "MimeTypes");
+    EXPECT_EQ(name, "text-x-generic");
+    EXPECT_EQ(adwaita.getMimeIconPath("inode/directory", 16), "/usr/share/icons/Adwaita/16x16/mimetypes/inode-directory.png");
+}
+
 }  // namespace

@@ -30,6 +30,15 @@ std::string joined(const std::vector<std::string>& items)
     return text.empty() ? "-" : text;
 }
 
+// The --size option (48 when absent): whole pixels from smallest to 4096.
+bool sizeOption(const CommonOptions& options, long smallest, long* size)
+{
+    const std::string text = valueOr(options, "--size", "48");
+    char* end = nullptr;
+    *size = std::strtol(text.c_str(), &end, 10);
+    return !text.empty() && !*end && *size >= smallest && *size <= 4096;
+}
+
 // Why nothing was found, on stderr: most often the theme is not there.
 void reportNothingFound(const char* command, const VyxIconTheme& theme, const std::string& what)
 {
@@ -54,11 +63,9 @@ bool isMimeType(const std::string& thing)
 int runIcon(const CommonOptions& options)
 {
     const std::string& name = options.positional[0];
-    std::string sizeText = valueOr(options, "--size", "48");
-    char* end = nullptr;
-    long size = std::strtol(sizeText.c_str(), &end, 10);
-    if (sizeText.empty() || *end || size < 0 || size > 4096)
-        return usageError("icon", "--size wants a number of pixels, not '" + sizeText + "'");
+    long size = 0;
+    if (!sizeOption(options, 0, &size))
+        return usageError("icon", "--size wants a number of pixels, not '" + valueOr(options, "--size", "") + "'");
     std::string context = valueOr(options, "--context", "");
     VyxIconTheme theme(valueOr(options, "--theme", ""), "", true);
     std::string file = theme.getIconPath(name.c_str(), int(size), context.empty() ? nullptr : context.c_str());
@@ -82,11 +89,9 @@ int runIcon(const CommonOptions& options)
 int runIconFor(const CommonOptions& options)
 {
     std::string thing = options.positional[0];
-    const std::string sizeText = valueOr(options, "--size", "48");
-    char* end = nullptr;
-    const long size = std::strtol(sizeText.c_str(), &end, 10);
-    if (sizeText.empty() || *end || size < 1 || size > 4096)
-        return usageError("icon-for", "--size wants a number of pixels, not '" + sizeText + "'");
+    long size = 0;
+    if (!sizeOption(options, 1, &size))
+        return usageError("icon-for", "--size wants a number of pixels, not '" + valueOr(options, "--size", "") + "'");
     VyxIconTheme theme(valueOr(options, "--theme", ""), "", true);
     std::string file, name, context;
     if (isMimeType(thing)) {

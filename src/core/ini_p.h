@@ -45,6 +45,9 @@ public:
         return m_ini.SetValue(group, key, value.c_str()) >= 0;
     }
 
+    // Removes group with every key it holds; false when there was none.
+    bool removeGroup(const char* group) { return m_ini.Delete(group, nullptr, true); }
+
     std::string toString() const;
     // Writes the document through writeFileAtomically.
     bool saveAtomically(const std::string& path) const;

@@ -13,6 +13,7 @@
 #include "vyxicontheme.h"
 #include "vyxdisplay.h"
 #include "vyxsession.h"
+#include "vyxtrash.h"
 #include "vyxsystem.h"
 
 #endif

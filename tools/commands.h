@@ -34,6 +34,12 @@ int runCursor(const CommonOptions& options);
 int runDpi(const CommonOptions& options);
 int runThemes(const CommonOptions& options);
 int runTheme(const CommonOptions& options);
+int runWm(const CommonOptions& options);
+int runDm(const CommonOptions& options);
+int runTrash(const CommonOptions& options);
+int runAutostart(const CommonOptions& options);
+int runRecent(const CommonOptions& options);
+int runPosition(const CommonOptions& options);
 
 // The table of every command, for dispatch and for the overview's list.
 const std::vector<Command>& commands();

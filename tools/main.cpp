@@ -89,6 +89,41 @@ const std::vector<Command>& commands()
          "Shown: Hidden, OnlyShowIn/NotShowIn (and the kiosk whitelist), NoDisplay.\n"
          "Usable: Type, URL, TryExec, Exec, administrator marks, origin file, edition modes.",
          1, 1, runWhy},
+        {"wm", "wm 'COMMAND' [--json]", "Sends one command line to the window manager of DISPLAY through its FIFO.",
+         "A newline is added to COMMAND. Prints the FIFO and whether the command was delivered;\n"
+         "an administrator also reaches a window manager that runs as another user.\n"
+         "Exit status 1 when it was not delivered (no FIFO, or no window manager reads it).",
+         1, 1, runWm},
+        {"dm", "dm 'COMMAND' [--json]", "Sends a command to the display manager of DISPLAY and prints its reply.",
+         "Words separated by spaces go out separated by tabs, as the display manager expects.\n"
+         "Exit status 1 when its socket cannot be reached or written.",
+         1, 1, runDm},
+        {"trash", "trash put|list|restore|empty|size [PATH...] [--json]",
+         "Puts files into the trash, lists, restores or empties it, or tells its size.",
+         "put PATH...      moves each PATH into the trash (never copies across file systems)\n"
+         "list             each trashed object: trash name, deletion date, original path\n"
+         "restore PATH...  moves objects back, named by trash name or original path\n"
+         "empty            removes every trashed object and record\n"
+         "size             the bytes in the trash, and whether cached directory sizes were used\n"
+         "Exit status 1 when a PATH failed or the trash is empty (list).",
+         1, 100000, runTrash},
+        {"autostart", "autostart NAME [--enable|--disable] [--command CMD] [--delete] [--json]",
+         "Whether the application NAME starts with the session; --enable or --disable changes it.",
+         "NAME is a desktop entry name such as \"app.desktop\" (or without \".desktop\").\n"
+         "--command sets Exec when a user copy is created; --delete removes the user's copy\n"
+         "instead of writing Hidden=true. Shows the file that decides.\n"
+         "Exit status 1 when the change could not be made.",
+         1, 1, runAutostart, {"--command"}, {"--enable", "--disable", "--delete"}},
+        {"recent", "recent PATH [--icon NAME] [--programs] [--json]",
+         "Records PATH in the recent-items menu and tells the window manager of DISPLAY.",
+         "Only the ten newest items are kept. With --programs only desktop entries are recorded.\n"
+         "Exit status 1 when the recents folder is missing or the item could not be written.",
+         1, 1, runRecent, {"--icon"}, {"--programs"}},
+        {"position", "position NAME X Y [MONITOR] | position --remove NAME",
+         "Saves (or removes) the position of a desktop icon in the desktop's .directory.",
+         "The desktop's .directory must exist; it is never created here.\n"
+         "Exit status 1 when it cannot be updated.",
+         0, 4, runPosition, {"--remove"}},
     };
     return table;
 }

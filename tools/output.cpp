@@ -1,7 +1,7 @@
 #include "output.h"
 
 #include <algorithm>
-#include <algorithm>
+#include <cctype>
 #include <cstdio>
 
 namespace tool {
@@ -50,7 +50,8 @@ int runCommand(const Command& command, const std::vector<std::string>& args)
                 return usageError(command.name, arg + " needs a value");
         } else if (listed(command.flagOptions, arg)) {
             options.flags.push_back(arg);
-        } else if (arg.size() > 1 && arg[0] == '-') {
+        } else if (arg.size() > 1 && arg[0] == '-' && !std::isdigit(static_cast<unsigned char>(arg[1]))) {
+            // "-5" is a negative number (a desktop position), not an option.
             return usageError(command.name, "unknown option " + arg);
         } else {
             options.positional.push_back(arg);

@@ -26,4 +26,12 @@ std::string homeFromEnvironment()
     return user ? std::string("/home/") + user : std::string();
 }
 
+std::string userConfigHome()
+{
+    if (const char* config = envValue("XDG_CONFIG_HOME"))
+        return config;
+    const std::string home = homeFromEnvironment();
+    return home.empty() ? home : home + "/.config";
+}
+
 }  // namespace Vyx::detail

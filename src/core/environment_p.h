@@ -20,6 +20,10 @@ std::string envString(const char* name);
 // empty when none is.
 std::string homeFromEnvironment();
 
+// The user's own configuration directory: "XDG_CONFIG_HOME", else home +
+// "/.config"; empty when there is no home either.
+std::string userConfigHome();
+
 }  // namespace Vyx::detail
 
 #endif

@@ -4,8 +4,10 @@
 #include "core/atomicfile_p.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <sys/stat.h>
+#include <unistd.h>
 
 // The one instantiation of the document type, for every user of ini_p.h.
 template class CSimpleIniTempl<char, SI_NoCase<char>, SI_ConvertA<char>>;
@@ -23,6 +25,27 @@ bool IniDocument::loadFile(const std::string& path)
     bool ok = fstat(fileno(file), &st) == 0 && S_ISREG(st.st_mode) && m_ini.LoadFile(file) >= 0;
     std::fclose(file);
     return ok;
+}
+
+bool IniDocument::loadDescriptor(int fd)
+{
+    struct stat st;
+    if (fstat(fd, &st) != 0 || !S_ISREG(st.st_mode))
+        return false;
+    std::string data;
+    char buffer[16384];
+    for (off_t offset = 0;;) {
+        const ssize_t n = pread(fd, buffer, sizeof buffer, offset);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            return false;
+        if (n == 0)
+            break;
+        data.append(buffer, size_t(n));
+        offset += n;
+    }
+    return loadData(data.data(), data.size());
 }
 
 std::vector<std::pair<const char*, const char*>> IniDocument::entries(const char* group) const

@@ -26,6 +26,10 @@ public:
 
     // False when the file cannot be read or parsed, or is not a regular file.
     bool loadFile(const std::string& path);
+    // Reads a regular file through a descriptor the caller keeps open. A
+    // file locked with fcntl must be read this way: closing any descriptor
+    // of it, as loadFile does, would drop the caller's lock.
+    bool loadDescriptor(int fd);
     bool loadData(const char* data, size_t size) { return m_ini.LoadData(data, size) >= 0; }
 
     // The value of key in group, or null.
@@ -44,6 +48,9 @@ public:
     {
         return m_ini.SetValue(group, key, value.c_str()) >= 0;
     }
+
+    // Removes group with every key it holds; false when there was none.
+    bool removeGroup(const char* group) { return m_ini.Delete(group, nullptr, true); }
 
     std::string toString() const;
     // Writes the document through writeFileAtomically.

@@ -109,8 +109,9 @@ void prepareChild(const ChildOptions& options, const std::string& scratch, int p
             }
             if (!exists(m.target))
                 makeMountPoint(m.target, directory, scratch, pipeFd);
+            const std::string tmpfsOptions = m.size.empty() ? "mode=0755" : "mode=0755,size=" + m.size;
             int rc = m.kind == Mount::Kind::Tmpfs
-                         ? mount("tmpfs", m.target.c_str(), "tmpfs", 0, "mode=0755")
+                         ? mount("tmpfs", m.target.c_str(), "tmpfs", 0, tmpfsOptions.c_str())
                          : mount(m.source.c_str(), m.target.c_str(), nullptr, MS_BIND, nullptr);
             if (rc != 0)
                 skipChild(pipeFd, "mount over " + m.target);

@@ -25,8 +25,13 @@ struct Mount {
     Kind kind;
     std::string target;
     std::string source;  // Bind only
+    std::string size = {};  // Tmpfs only: its "size=" option ("64k"); empty for the default
 
     static Mount tmpfs(std::string target) { return {Kind::Tmpfs, std::move(target), {}}; }
+    static Mount tmpfs(std::string target, std::string size)
+    {
+        return {Kind::Tmpfs, std::move(target), {}, std::move(size)};
+    }
     static Mount bind(std::string source, std::string target)
     {
         return {Kind::Bind, std::move(target), std::move(source)};

@@ -398,4 +398,59 @@ TEST(ToolIcons, ThemeInstalledTwiceIsListedOnceWithTheCopyUsed)
     EXPECT_TRUE(has(runTool({"theme", "twice"}).out, world.path("usr/share/icons/twice"))) << "other path";
 }
 
+TEST(ToolTrash, PutsListsRestoresAndEmpties)
+{
+    vyxtest::TempHome world;
+    const std::string doc = world.writeFile("home/docs/a b.txt", "12345");
+    ToolRun put = runTool({"trash", "put", doc, world.path("missing")});
+    EXPECT_EQ(put.status, 1) << "one PATH failed";
+    EXPECT_TRUE(has(put.err, "missing")) << put.err;
+    EXPECT_NE(access(doc.c_str(), F_OK), 0);
+    ToolRun listed = runTool({"trash", "list", "--json"});
+    EXPECT_TRUE(has(listed.out, "[{\"name\": \"a b.txt\", \"path\": \"" + doc + "\", \"deletion_date\": \""))
+        << listed.out;
+    EXPECT_EQ(runTool({"trash", "size", "--json"}).out, "{\"size\": 5, \"size_cache\": false}\n");
+    EXPECT_EQ(runTool({"trash", "restore", doc}).status, 0);
+    EXPECT_EQ(vyxtest::readFile(doc), "12345");
+    EXPECT_EQ(runTool({"trash", "restore", doc}).status, 1) << "nothing left to restore";
+    EXPECT_EQ(runTool({"trash", "list"}).status, 1) << "an empty trash";
+    EXPECT_EQ(runTool({"trash", "put"}).status, 2);
+    EXPECT_EQ(runTool({"trash", "shred"}).status, 2);
+    EXPECT_EQ(runTool({"trash", "put", doc}).status, 0);
+    EXPECT_EQ(runTool({"trash", "empty"}).status, 0);
+    EXPECT_EQ(runTool({"trash", "list"}).status, 1);
+}
+
+TEST(ToolSessionServices, AutostartRecentAndPositions)
+{
+    vyxtest::TempHome world;
+    world.writeFile("usr/share/applications/clock.desktop", "[Desktop Entry]\nType=Application\nName=Clock\nExec=sh\n");
+    EXPECT_EQ(runTool({"autostart", "clock", "--enable"}).status, 0);
+    const std::string mine = world.home() + "/.config/autostart/clock.desktop";
+    EXPECT_TRUE(has(runTool({"autostart", "clock", "--json"}).out, "\"enabled\": true, \"file\": \"" + mine + "\""));
+    EXPECT_EQ(runTool({"autostart", "clock", "--disable"}).status, 0);
+    EXPECT_TRUE(has(runTool({"autostart", "clock"}).out, "disabled"));
+    EXPECT_TRUE(has(vyxtest::readFile(mine), "Hidden")) << "the user's file says so";
+    EXPECT_EQ(runTool({"autostart", "clock", "--disable", "--delete"}).status, 0) << "already off: nothing to do";
+    EXPECT_EQ(runTool({"autostart", "clock", "--enable"}).status, 0);
+    EXPECT_EQ(runTool({"autostart", "clock", "--disable", "--delete"}).status, 0);
+    EXPECT_NE(access(mine.c_str(), F_OK), 0);
+    EXPECT_EQ(runTool({"autostart", "no-such-app", "--enable"}).status, 1);
+    EXPECT_EQ(runTool({"autostart", "clock", "--enable", "--disable"}).status, 2);
+
+    const std::string doc = world.writeFile("home/notes.txt", "x");
+    EXPECT_EQ(runTool({"recent", doc}).status, 1) << "no recents folder: it is never made";
+    world.makeDir("home/.vyx/startmenu/recents");
+    EXPECT_TRUE(has(runTool({"recent", doc, "--json"}).out, "\"result\": 0"));
+    EXPECT_TRUE(has(vyxtest::readFile(world.home() + "/.vyx/startmenu/recents/notes.txt.desktop"), "notes.txt"));
+
+    EXPECT_EQ(runTool({"position", "notes.txt", "10", "20"}).status, 1) << "the .directory is never created";
+    const std::string positions = world.writeFile("home/Desktop/.directory", "");
+    EXPECT_EQ(runTool({"position", "notes.txt", "-10", "20", "HDMI-1"}).status, 0);
+    EXPECT_TRUE(has(vyxtest::readFile(positions), "X = -10")) << vyxtest::readFile(positions);
+    EXPECT_EQ(runTool({"position", "notes.txt", "ten", "20"}).status, 2);
+    EXPECT_EQ(runTool({"position", "--remove", "notes.txt"}).status, 0);
+    EXPECT_FALSE(has(vyxtest::readFile(positions), "notes.txt"));
+}
+
 }  // namespace

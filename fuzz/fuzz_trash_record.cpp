@@ -1,0 +1,59 @@
+// The trash-record reader on arbitrary record contents: the "Path=" and
+// "DeletionDate=" lines, their decoding and the date parsing, as the
+// library reads them from NAME.trashinfo files. The input is also written
+// as an original path and read back.
+#include "shell/trashrecord_p.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+namespace {
+
+// A fresh stream over text for each reader, as each opens the file anew.
+FILE* streamOf(std::string& text)
+{
+    return fmemopen(text.empty() ? nullptr : &text[0], text.size(), "r");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
+{
+    std::string content(reinterpret_cast<const char*>(data), size);
+    FILE* file = streamOf(content);
+    if (!file)
+        return 0;
+    std::string original = Vyx::detail::recordOriginalPath(file);
+    std::fclose(file);
+
+    // Whatever the first "Path=" line decodes to, the lookup by path finds.
+    if (!original.empty() && (file = streamOf(content))) {
+        if (!Vyx::detail::recordNamesPath(file, original))
+            abort();
+        std::fclose(file);
+    }
+    if ((file = streamOf(content))) {
+        std::string date = Vyx::detail::firstRecordLine(file, "DeletionDate=");
+        std::fclose(file);
+        if (!date.empty() && date.compare(0, 13, "DeletionDate=") != 0)
+            abort();
+        time_t when;
+        Vyx::detail::parseDeletionDate(date, &when);
+        Vyx::detail::parseDeletionDate(content, &when);
+    }
+
+    // A record written for any path without NUL bytes reads back the same.
+    std::string path(content.c_str());
+    std::string record = Vyx::detail::trashRecordText(path, 1700000000);
+    if ((file = streamOf(record))) {
+        std::string back = Vyx::detail::recordOriginalPath(file);
+        std::fclose(file);
+        if (back != path)
+            abort();
+    }
+    Vyx::detail::splitTrashName(content);
+    return 0;
+}

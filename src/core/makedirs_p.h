@@ -1,0 +1,15 @@
+#ifndef VYXCORE_MAKEDIRS_P_H
+#define VYXCORE_MAKEDIRS_P_H
+
+#include <string>
+
+namespace Vyx::detail {
+
+// Makes the directory path and each missing parent, mode 0700; true when it
+// exists afterwards. Done in code: a path from the environment never goes
+// near a shell.
+bool makePrivateDirectories(const std::string& path);
+
+}  // namespace Vyx::detail
+
+#endif

@@ -1,0 +1,222 @@
+// Whether a program starts with the session, and switching that in the
+// user's autostart directory. System autostart files are never changed:
+// the user's file of the same name overrides them.
+
+#include "core/environment_p.h"
+#include "core/makedirs_p.h"
+#include "vyxdesktopentry.h"
+#include "vyxdirs.h"
+#include "vyxfileutils.h"
+#include "vyxsession.h"
+#include "vyxstrings.h"
+
+#include <cstdio>
+#include <unistd.h>
+
+namespace {
+
+const auto kSaveEmpty = Vyx::tagged_bool<SaveEmptyFields_tag>(false);
+
+// The autostart file name a program is known by. A path to anything but a
+// desktop file names a plain file whose presence alone means enabled.
+struct AutostartName {
+    std::string fileName;
+    bool desktop = true;
+};
+
+AutostartName autostartName(const std::string& name)
+{
+    if (name.find('/') == std::string::npos)
+        return {Vyx::endsWith(name, ".desktop") ? name : name + ".desktop", true};
+    const std::string last = name.substr(name.rfind('/') + 1);
+    if (Vyx::endsWith(name, ".desktop"))
+        return {last, true};
+    return {Vyx::completeBaseName(last), false};
+}
+
+struct Decision {
+    bool enabled = false;
+    std::string path;  // the file that decided, when the caller may see it
+};
+
+// The first autostart file of the program decides; a disabling system file
+// is not named, a disabling file of the user's is (it is theirs to change).
+Decision decide(const AutostartName& program)
+{
+    Decision decision;
+    const std::vector<std::string> dirs = autostartDirs();
+    if (dirs.empty()) {
+        std::fprintf(stderr, "Can't find 'autostart' directories\n");
+        return decision;
+    }
+    for (const std::string& dir : dirs) {
+        const std::string candidate = dir + "/" + program.fileName;
+        if (!fileExists(candidate, false))
+            continue;
+        if (!program.desktop)
+            return {true, candidate};
+        VyxDesktopEntry entry(candidate);
+        VyxDesktopEntry::DisplayableCode code = VyxDesktopEntry::Displayable;
+        const bool usable = entry.load() && entry.isValid() && entry.isSuitable();
+        // NoDisplay hides an entry from menus, not from the session's start.
+        if (usable && (entry.isDisplayable(&code) || code == VyxDesktopEntry::DisplayableNoDisplay))
+            return {true, candidate};
+        const std::string& home = GetVyxDir(HomeDir);
+        if (!home.empty() && Vyx::startsWith(dir, home + "/"))
+            decision.path = candidate;
+        return decision;
+    }
+    return decision;
+}
+
+// The directory switches are written to. The first existing autostart
+// directory is the user's one as soon as it exists; when even the user's
+// configuration directory is missing it would be a system directory, which
+// is never written: the user's directory is made instead.
+std::string userAutostartDir()
+{
+    const std::string dir = autostartDir();
+    const std::string config = Vyx::detail::userConfigHome();
+    if (config.empty())
+        return std::string();
+    const std::string mine = config + "/autostart";
+    if (dir == mine)
+        return dir;
+    return Vyx::detail::makePrivateDirectories(mine) ? mine : std::string();
+}
+
+Decision decide(const char* name)
+{
+    if (!name || !*name)
+        return {};
+    return decide(autostartName(name));
+}
+
+// The installed application file the program comes from: the path itself,
+// or the first application directory holding the file name.
+std::string sourceOf(const char* name, const AutostartName& program)
+{
+    if (name[0] == '/')
+        return name;
+    for (const std::string& dir : GetAllAppDesktopEntrySearchPaths()) {
+        const std::string candidate = dir + "/" + program.fileName;
+        if (fileExists(candidate, false))
+            return candidate;
+    }
+    return std::string();
+}
+
+bool enable(const char* name, const AutostartName& program, const std::string& userFile, const char* command)
+{
+    const std::string source = sourceOf(name, program);
+    if (fileExists(userFile, false)) {
+        VyxDesktopEntry user(userFile);
+        if (!user.load())
+            return false;
+        unlink(userFile.c_str());
+        if (command)
+            user.setExec(command);
+        Decision now = decide(program);
+        if (!now.enabled) {
+            VyxDesktopEntry::DisplayableCode code = VyxDesktopEntry::Displayable;
+            if (!user.isDisplayable(&code) && code == VyxDesktopEntry::DisplayableNotForSession) {
+                user.setOnlyShowIn({});
+                user.setNotShowIn({});
+            }
+            user.setHidden(false);
+            user.save(kSaveEmpty);
+            return true;
+        }
+        // Enabled by a system file: the user's override stays deleted when
+        // it says nothing else.
+        VyxDesktopEntry deciding(now.path);
+        deciding.load();
+        if (!user.identicalTo(deciding)) {
+            user.setHidden(false);
+            user.save(kSaveEmpty);
+        }
+        return true;
+    }
+    if (source.empty())
+        return false;
+    const bool copied = vyxCopyFile(source.c_str(), userFile.c_str());
+    if (command) {
+        VyxDesktopEntry copy(userFile);
+        copy.load();
+        copy.setExec(command);
+        copy.save(kSaveEmpty);
+    }
+    syncDesktopEntryTime(true, userFile.c_str(), nullptr);
+    return copied;
+}
+
+bool disable(const AutostartName& program, const Decision& before, const std::string& userFile,
+             const char* command, bool deleteIfDisabled)
+{
+    bool result = false;
+    Decision now = before;
+    if (fileExists(userFile, false)) {
+        if (deleteIfDisabled) {
+            // Inverted on purpose: true when the deletion failed.
+            result = unlink(userFile.c_str()) != 0;
+        } else {
+            VyxDesktopEntry user(userFile);
+            if (user.load()) {
+                if (command)
+                    user.setExec(command);
+                user.setHidden(true);
+                result = user.save(kSaveEmpty);
+            }
+        }
+        now = decide(program);
+        if (!now.enabled)
+            return result;
+    }
+    // Still enabled: a system file, or the user's file could not be changed.
+    if (!program.desktop)
+        return result;
+    if (!now.path.empty() && now.path != userFile)
+        vyxCopyFile(now.path.c_str(), userFile.c_str());
+    VyxDesktopEntry user(userFile);
+    if (!user.load()) {
+        user.setType("Application");
+        user.setName("Fake item");
+        user.setLocalName("Служебный");
+        user.setExec(command ? command : "ls");
+    } else if (command) {
+        user.setExec(command);
+    }
+    user.setHidden(true);
+    return user.save(kSaveEmpty);
+}
+
+}  // namespace
+
+bool vyxIsAutostartEnabled(const char* name)
+{
+    return decide(name).enabled;
+}
+
+std::string vyxAutostartEnabledPath(const char* name)
+{
+    return decide(name).path;
+}
+
+bool vyxEnableAutostart(const char* name, bool enable, const char* command,
+                        Vyx::tagged_bool<DeleteIfDisabled_tag> deleteIfDisabled)
+{
+    if (!name || !*name)
+        return false;
+    const AutostartName program = autostartName(name);
+    const Decision before = decide(program);
+    if ((!enable && !before.enabled) || (enable && before.enabled && !command))
+        return true;
+    const std::string dir = userAutostartDir();
+    if (dir.empty()) {
+        std::fprintf(stderr, "Can't find 'autostart' directory\n");
+        return false;
+    }
+    const std::string userFile = dir + "/" + program.fileName;
+    return enable ? ::enable(name, program, userFile, command)
+                  : disable(program, before, userFile, command, static_cast<bool>(deleteIfDisabled));
+}

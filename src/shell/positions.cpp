@@ -1,0 +1,157 @@
+// Where the desktop's icons stand, in the desktop directory's ".directory",
+// and the common time stamp of the user's desktop-entry files.
+
+#include "core/ini_p.h"
+#include "vyxdirs.h"
+#include "vyxfileutils.h"
+#include "vyxsession.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <functional>
+#include <mutex>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utime.h>
+
+namespace {
+
+std::mutex g_positionMutex;
+
+// Opens the position file and takes its lock for a read-modify-write. The
+// lock is exclusive: a shared lock would let two writers read the same old
+// text and the later save would drop the other's item. The file is replaced
+// by rename when saved, so a lock won on a file that was replaced meanwhile
+// is given up and taken again on the current one. -1 when the file cannot
+// be opened (the edit then goes ahead without a lock). The file must then be
+// read through this descriptor: closing any other descriptor of it would
+// release the lock.
+int lockPositionFile(const std::string& file)
+{
+    for (int attempt = 0; attempt < 100; ++attempt) {
+        const int fd = open(file.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+        if (fd < 0)
+            return -1;
+        if (!vyxLockFile(fd, Vyx::tagged_bool<LockRead_tag>(false), Vyx::tagged_bool<BlockingCall_tag>(true))) {
+            close(fd);
+            return -1;
+        }
+        struct stat locked, current;
+        if (fstat(fd, &locked) == 0 && stat(file.c_str(), &current) == 0 && locked.st_dev == current.st_dev &&
+            locked.st_ino == current.st_ino)
+            return fd;
+        vyxUnlockFile(fd);
+        close(fd);
+    }
+    return -1;
+}
+
+// Loads the position file, lets edit change it and saves it, under the
+// process's mutex and the file's lock. False when the file does not load
+// (it is never created here) or cannot be saved.
+bool editPositions(const std::function<void(Vyx::detail::IniDocument&)>& edit)
+{
+    const std::string& desktop = GetVyxDir(DesktopDir);
+    if (desktop.empty())
+        return false;
+    const std::string file = desktop + "/.directory";
+    std::lock_guard<std::mutex> lock(g_positionMutex);
+    const int fd = lockPositionFile(file);
+    Vyx::detail::IniDocument ini;
+    bool saved = false;
+    if (fd >= 0 ? ini.loadDescriptor(fd) : ini.loadFile(file)) {
+        edit(ini);
+        saved = ini.saveAtomically(file);
+    }
+    if (fd >= 0) {
+        vyxUnlockFile(fd);
+        close(fd);
+    }
+    return saved;
+}
+
+std::string section(const char* name)
+{
+    return std::string("IconPosition::") + name;
+}
+
+// The time stamp of "menutime"; false when it cannot be examined.
+bool menuTime(struct utimbuf* times)
+{
+    const std::string& home = GetVyxDir(VyxHomeDir);
+    struct stat st;
+    if (home.empty() || stat((home + "/menutime").c_str(), &st) != 0)
+        return false;
+    times->actime = times->modtime = st.st_mtime;
+    return true;
+}
+
+}  // namespace
+
+bool SaveDesktopItemPosition(const char* name, int x, int y, const std::string& monitor)
+{
+    if (!name)
+        return false;
+    return editPositions([&](Vyx::detail::IniDocument& ini) {
+        const std::string group = section(name);
+        ini.set(group.c_str(), "X", std::to_string(x));
+        ini.set(group.c_str(), "Y", std::to_string(y));
+        ini.set(group.c_str(), "Monitor", monitor);
+    });
+}
+
+bool RemoveDesktopItemPosition(const char* name)
+{
+    if (!name)
+        return false;
+    return editPositions([&](Vyx::detail::IniDocument& ini) { ini.removeGroup(section(name).c_str()); });
+}
+
+void RenameDesktopShortcutCoord(const char* oldPath, const char* newPath, Display* display)
+{
+    const std::string& desktop = GetVyxDir(DesktopDir);
+    if (!oldPath || !newPath || desktop.empty() || !std::strstr(oldPath, desktop.c_str()))
+        return;
+    const std::string target = newPath;
+    const size_t slash = target.rfind('/');
+    const std::string newName = slash == std::string::npos || slash + 1 == target.size() ? target : target.substr(slash + 1);
+    SendCommandToWM(display, (std::string("VYXWM_UPDATE_ICONFILENAME ") + oldPath + "|" + newName + "\n").c_str());
+}
+
+void syncDesktopEntryTime(bool force, const char* path, const struct utimbuf* times)
+{
+    struct utimbuf chosen;
+    if (times)
+        chosen = *times;
+    else if (!menuTime(&chosen))
+        return;
+    if (!path)
+        return;
+    if (!force) {
+        // Only the access time may move: a file whose contents changed
+        // since keeps its own modification time.
+        struct stat st;
+        if (stat(path, &st) != 0 || st.st_mtime != chosen.modtime)
+            return;
+    }
+    utime(path, &chosen);
+}
+
+void syncUserDesktopEntriesTime(bool force, const struct utimbuf* times)
+{
+    std::vector<std::string> files;
+    const auto filesOnly = Vyx::tagged_bool<FilesOnly_tag>(true);
+    GetFileList(&files, GetVyxDir(StartMenuDir).c_str(), 5, "*.desktop", filesOnly);
+    GetFileList(&files, GetVyxDir(KioskToolbarDir).c_str(), 0, "*.desktop", filesOnly);
+    const std::string& home = GetVyxDir(HomeDir);
+    if (!home.empty())
+        GetFileList(&files, (home + "/Desktops").c_str(), 1, "*.desktop", filesOnly);
+    struct utimbuf chosen;
+    if (times)
+        chosen = *times;
+    else if (!menuTime(&chosen))
+        return;
+    for (const std::string& file : files)
+        syncDesktopEntryTime(force, file.c_str(), &chosen);
+}

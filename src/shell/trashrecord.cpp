@@ -1,0 +1,69 @@
+#include "shell/trashrecord_p.h"
+
+#include "core/textlines_p.h"
+#include "vyxstrings.h"
+
+#include <cstring>
+
+namespace Vyx::detail {
+
+std::string trashRecordText(const std::string& originalPath, time_t when)
+{
+    struct tm local;
+    char date[64] = "";
+    if (localtime_r(&when, &local))
+        std::strftime(date, sizeof date, "%Y-%m-%dT%H:%M:%S", &local);
+    return Vyx::concat("[Trash Info]\nPath=", Vyx::encodedUrl(originalPath), "\nDeletionDate=", date, '\n');
+}
+
+std::pair<std::string, std::string> splitTrashName(const std::string& name)
+{
+    std::string::size_type dot = name.find('.');
+    if (dot == std::string::npos)
+        return {name, std::string()};
+    return {name.substr(0, dot), name.substr(dot)};
+}
+
+std::string firstRecordLine(FILE* record, const char* key)
+{
+    std::string found;
+    bool done = false;
+    forEachLine(record, [&](const std::string& line) {
+        if (!done && Vyx::startsWith(line, key)) {
+            found = line;
+            done = true;
+        }
+    });
+    return found;
+}
+
+std::string recordOriginalPath(FILE* record)
+{
+    std::string line = firstRecordLine(record, "Path=");
+    return line.empty() ? std::string() : Vyx::decodedUrl(line.c_str() + 5);
+}
+
+bool recordNamesPath(FILE* record, const std::string& path)
+{
+    bool named = false;
+    forEachLine(record, [&](const std::string& line) {
+        if (!named && Vyx::startsWith(line, "Path="))
+            named = Vyx::decodedUrl(line.c_str() + 5) == path;
+    });
+    return named;
+}
+
+bool parseDeletionDate(const std::string& line, time_t* when)
+{
+    struct tm broken;
+    std::memset(&broken, 0, sizeof broken);
+    if (!strptime(line.c_str(), "DeletionDate=%Y-%m-%dT%H:%M:%S", &broken))
+        return false;
+    // The record holds local time with no zone: let mktime decide whether
+    // daylight saving applied then.
+    broken.tm_isdst = -1;
+    *when = mktime(&broken);
+    return true;
+}
+
+}  // namespace Vyx::detail

@@ -1,0 +1,36 @@
+#ifndef VYXCORE_TRASHRECORD_P_H
+#define VYXCORE_TRASHRECORD_P_H
+
+// Writing and reading the NAME.trashinfo records. The readers take any
+// bytes: a record is outside data (other programs write them too), so every
+// answer is bounded by what the file holds.
+
+#include <cstdio>
+#include <ctime>
+#include <string>
+#include <utility>
+
+namespace Vyx::detail {
+
+// The three lines of a record: "[Trash Info]", "Path=" + the encoded
+// original path, "DeletionDate=" + when in local time.
+std::string trashRecordText(const std::string& originalPath, time_t when);
+
+// A name split at its first '.': ("a", ".tar.gz") for "a.tar.gz",
+// ("", ".bashrc") for ".bashrc", ("README", "") for "README".
+std::pair<std::string, std::string> splitTrashName(const std::string& name);
+
+// The first line of record that begins with key, whole; "" when none does.
+std::string firstRecordLine(FILE* record, const char* key);
+// The decoded value of the first "Path=" line of record; "" when none.
+std::string recordOriginalPath(FILE* record);
+// True when some "Path=" line of record decodes to exactly path.
+bool recordNamesPath(FILE* record, const std::string& path);
+
+// The time a "DeletionDate=%Y-%m-%dT%H:%M:%S" line gives, read as local
+// time; false when the line does not read so.
+bool parseDeletionDate(const std::string& line, time_t* when);
+
+}  // namespace Vyx::detail
+
+#endif

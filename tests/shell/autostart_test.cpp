@@ -1,0 +1,102 @@
+// Autostart: which file decides, and switching a program on and off in the
+// user's directory while the system's files stay as they are.
+
+#include "support/temp_home.h"
+
+#include <vyxsession.h>
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+using vyxtest::TempHome;
+
+const auto kKeep = Vyx::tagged_bool<DeleteIfDisabled_tag>(false);
+const auto kDelete = Vyx::tagged_bool<DeleteIfDisabled_tag>(true);
+
+class Autostart : public ::testing::Test {
+protected:
+    std::string system(const std::string& name, const std::string& extra = "")
+    {
+        return world.writeFile("etc/xdg/autostart/" + name, entry(name, extra));
+    }
+    std::string user(const std::string& name, const std::string& extra = "")
+    {
+        return world.writeFile("home/.config/autostart/" + name, entry(name, extra));
+    }
+    static std::string entry(const std::string& name, const std::string& extra)
+    {
+        return "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=/bin/true\n" + extra;
+    }
+    bool exists(const std::string& path) const { return access(path.c_str(), F_OK) == 0; }
+    std::string userPath(const std::string& name) const { return world.path("home/.config/autostart/" + name); }
+
+    TempHome world;
+};
+
+TEST_F(Autostart, TheFirstFileDecides)
+{
+    const std::string quiet = system("quiet.desktop", "NoDisplay=true\n");
+    EXPECT_TRUE(vyxIsAutostartEnabled("quiet"));  // hidden from menus, still started
+    EXPECT_EQ(vyxAutostartEnabledPath("quiet.desktop"), quiet);
+
+    system("off.desktop", "Hidden=true\n");
+    EXPECT_FALSE(vyxIsAutostartEnabled("off"));
+    EXPECT_EQ(vyxAutostartEnabledPath("off"), "");  // a system file that disables is not named
+
+    system("overridden.desktop");
+    const std::string mine = user("overridden.desktop", "Hidden=true\n");
+    EXPECT_FALSE(vyxIsAutostartEnabled("overridden"));
+    EXPECT_EQ(vyxAutostartEnabledPath("overridden"), mine);
+
+    world.writeFile("etc/xdg/autostart/broken.desktop", "no group here\n\x01\x02");
+    EXPECT_FALSE(vyxIsAutostartEnabled("broken"));
+    world.writeFile("etc/xdg/autostart/script", "#!/bin/sh\n");
+    EXPECT_TRUE(vyxIsAutostartEnabled("/opt/tools/script.sh"));  // a plain file's presence is enough
+    EXPECT_FALSE(vyxIsAutostartEnabled("nothing"));
+    EXPECT_FALSE(vyxIsAutostartEnabled(""));
+    EXPECT_FALSE(vyxIsAutostartEnabled(nullptr));
+}
+
+TEST_F(Autostart, SwitchingOnlyTouchesTheUsersDirectory)
+{
+    const std::string systemFile = system("app.desktop");
+    const std::string systemText = vyxtest::readFile(systemFile);
+    ASSERT_TRUE(vyxIsAutostartEnabled("app"));
+    EXPECT_TRUE(vyxEnableAutostart("app", true, nullptr, kKeep));  // already on: nothing to do
+    EXPECT_FALSE(exists(userPath("app.desktop")));
+
+    // Off: a user copy that is Hidden.
+    EXPECT_TRUE(vyxEnableAutostart("app", false, nullptr, kKeep));
+    EXPECT_FALSE(vyxIsAutostartEnabled("app"));
+    EXPECT_NE(vyxtest::readFile(userPath("app.desktop")).find("Hidden"), std::string::npos);
+    // On again, with a command of the user's.
+    EXPECT_TRUE(vyxEnableAutostart("app", true, "/bin/echo started", kKeep));
+    EXPECT_TRUE(vyxIsAutostartEnabled("app"));
+    EXPECT_NE(vyxtest::readFile(userPath("app.desktop")).find("/bin/echo started"), std::string::npos);
+    EXPECT_EQ(vyxtest::readFile(systemFile), systemText);
+}
+
+TEST_F(Autostart, EnablingCopiesTheApplicationAndDeletingAnswersInverted)
+{
+    world.writeFile("home/.vyx/menutime", "");
+    world.writeFile("usr/share/applications/tool.desktop",
+                    "[Desktop Entry]\nType=Application\nName=Tool\nExec=/bin/true --tool\n");
+    EXPECT_FALSE(vyxIsAutostartEnabled("tool"));
+    EXPECT_TRUE(vyxEnableAutostart("tool", true, nullptr, kKeep));
+    EXPECT_TRUE(vyxIsAutostartEnabled("tool"));
+    EXPECT_EQ(vyxAutostartEnabledPath("tool"), userPath("tool.desktop"));
+    EXPECT_NE(vyxtest::readFile(userPath("tool.desktop")).find("--tool"), std::string::npos);
+    EXPECT_FALSE(vyxEnableAutostart("no-such-application", true, nullptr, kKeep));
+
+    // Deleting the user's only file succeeds, and the answer says false:
+    // kept so on purpose.
+    EXPECT_FALSE(vyxEnableAutostart("tool", false, nullptr, kDelete));
+    EXPECT_FALSE(exists(userPath("tool.desktop")));
+    EXPECT_FALSE(vyxIsAutostartEnabled("tool"));
+}
+
+}  // namespace

@@ -1,0 +1,321 @@
+#include "support/child_process.h"
+#include "support/temp_home.h"
+#include "support/xvfb.h"
+
+#include <vyxdirs.h>
+#include <vyxsession.h>
+
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <clocale>
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace {
+
+using vyxtest::ChildOptions;
+using vyxtest::Mount;
+using vyxtest::ScopedEnv;
+using Found = std::pair<std::string, bool>;
+
+std::string advice(const std::string& what)
+{
+    const std::string indent(17, ' ');
+    return what + "\n" + indent + "May be other user uses it.\n" + indent + "Ask administrator to check it.\n";
+}
+
+// Sends command while a forked reader holds the FIFO open, as a window
+// manager does; answers what the reader got until the writer closed.
+std::string sendToReader(const std::string& fifo, const char* command)
+{
+    int out[2];
+    EXPECT_EQ(pipe(out), 0);
+    int fd = open(fifo.c_str(), O_RDONLY | O_NONBLOCK);  // before the fork: the reader is there at once
+    pid_t pid = fork();
+    if (pid == 0) {
+        std::string got(1024, '\0');
+        pollfd wait = {fd, POLLIN, 0};
+        ssize_t n = 0, total = 0;
+        while (poll(&wait, 1, 5000) > 0 && (n = read(fd, &got[total], got.size() - total)) > 0)
+            total += n;  // poll wakes only once a writer came, and for its close
+        _exit(write(out[1], got.data(), total) == total ? 0 : 1);
+    }
+    close(fd);
+    close(out[1]);
+    EXPECT_TRUE(SendCommandToWM(nullptr, command));
+    char buffer[1024];
+    ssize_t n = read(out[0], buffer, sizeof buffer);
+    close(out[0]);
+    waitpid(pid, nullptr, 0);
+    return std::string(buffer, n > 0 ? n : 0);
+}
+
+std::string makeFifo(const std::string& path)
+{
+    EXPECT_EQ(mkfifo(path.c_str(), 0666), 0) << path;
+    chmod(path.c_str(), 0666);
+    return path;
+}
+
+ChildOptions withRunUser(const std::string& dir, bool unprivileged = false)
+{
+    ChildOptions options;
+    options.mounts = {Mount::bind(dir, "/var/run/user")};
+    options.unprivileged = unprivileged;
+    return options;
+}
+
+TEST(ChannelPaths, FollowTheEnvironmentAndDisplay)
+{
+    vyxtest::TempHome world;
+    ScopedEnv display("DISPLAY", ":1.0"), runtime("XDG_RUNTIME_DIR", nullptr);
+    ResetVyxDirs();
+    const std::string fifo = world.path("tmp/vyx-wm-:1.0");  // the screen stays
+    EXPECT_EQ(GetVyxWMFIFOPath(nullptr), Found(fifo, false));
+    EXPECT_EQ(GetVyxDMFIFOPath(nullptr), Found("/var/run/xdmctl/dmctl-:1/socket", false));
+    world.writeFile("tmp/vyx-wm-:1.0", "");
+    EXPECT_EQ(GetVyxWMFIFOPath(nullptr), Found(fifo, true));
+    EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(fifo, true));
+    ScopedEnv runtimeSet("XDG_RUNTIME_DIR", world.path("run").c_str()), relative("DM_CONTROL", "dm");
+    EXPECT_EQ(GetVyxWMFIFOPath(nullptr).first, world.path("run/vyx-wm-:1.0"));
+    EXPECT_EQ(GetVyxDMFIFOPath(nullptr).first, "/var/run/xdmctl/dmctl-:1/socket");
+
+    ScopedEnv absolute("DM_CONTROL", world.path("dm").c_str()), host("DISPLAY", "host.example:0");
+    world.writeFile("dm/dmctl-host.example:0/socket", "");
+    EXPECT_EQ(GetVyxDMFIFOPath(nullptr), Found(world.path("dm/dmctl-host.example:0/socket"), true));
+    ScopedEnv hostScreen("DISPLAY", "host.example:0.2");
+    EXPECT_EQ(GetVyxDMFIFOPath(nullptr).first, world.path("dm/dmctl-host.example:0/socket"));
+    EXPECT_EQ(GetVyxWMFIFOPath(nullptr).first, world.path("run/vyx-wm-host.example:0.2"));
+}
+
+TEST(WmFifo, DeliversTheExactBytesOrFailsAtOnce)
+{
+    vyxtest::TempHome world;
+    ScopedEnv display("DISPLAY", ":3");
+    const std::string fifo = makeFifo(world.path("run/vyx-wm-:3"));
+    EXPECT_EQ(sendToReader(fifo, "VYXWM_UPDATE_RECENTSMENU\n"), "VYXWM_UPDATE_RECENTSMENU\n");
+    EXPECT_EQ(sendToReader(fifo, "VYXWM_UPDATE_ICONFILENAME /a b|c\td\n"), "VYXWM_UPDATE_ICONFILENAME /a b|c\td\n");
+    EXPECT_EQ(sendToReader(fifo, nullptr), "");
+
+    VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(world.makeDir("runuser")), [&] {
+        alarm(10);  // a blocking open would hang here
+        testing::internal::CaptureStderr();
+        auto start = std::chrono::steady_clock::now();
+        EXPECT_FALSE(vyxSendCommandToWM(nullptr, "VYXWM_UPDATE_RECENTSMENU\n"));  // nobody reads
+        EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+
+        ScopedEnv other("DISPLAY", ":44");  // no FIFO here nor under /var/run/user
+        testing::internal::CaptureStderr();
+        EXPECT_FALSE(SendCommandToWM(nullptr, "X\n"));
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  advice("SendCommandToWM: Can't access WM fifo file " + world.path("run/vyx-wm-:44.")));
+    }));
+}
+
+TEST(WmFifo, OnlyAnAdministratorFindsAnotherUsersFifo)
+{
+    vyxtest::TempHome world;
+    ScopedEnv display("DISPLAY", ":5");
+    const std::string runUser = world.makeDir("runuser");
+    world.makeDir("runuser/1000");
+    world.makeDir("runuser/private/E/F");
+    VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(runUser), [] {
+        const std::string privateFifo = "/var/run/user/private/E/F/vyx-wm-:5", userFifo = "/var/run/user/1000/vyx-wm-:5";
+        EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, false));  // the last candidate tried
+        makeFifo(privateFifo);
+        EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, true));
+        makeFifo(userFifo);  // searched before "private"
+        EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(userFifo, true));
+        EXPECT_EQ(sendToReader(userFifo, "VYXWM_UPDATE_RECENTSMENU\n"), "VYXWM_UPDATE_RECENTSMENU\n");
+    }));
+    // The FIFOs found above stay, open to anyone who looks.
+    VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(runUser, true), [&] {
+        ASSERT_NE(getuid(), 0u);
+        EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(world.path("run/vyx-wm-:5"), false));
+    }));
+}
+
+// A display manager: takes one connection, keeps what it was sent, and
+// answers with the given chunks a moment apart.
+class DmServer {
+public:
+    DmServer(const std::string& path, std::vector<std::string> reply) : m_listener(socket(AF_UNIX, SOCK_STREAM, 0))
+    {
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        path.copy(address.sun_path, sizeof address.sun_path - 1);
+        EXPECT_EQ(bind(m_listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0) << path;
+        EXPECT_EQ(listen(m_listener, 1), 0);
+        m_thread = std::thread([this, reply] {
+            int fd = accept(m_listener, nullptr, nullptr);
+            char buffer[8192];
+            pollfd wait = {fd, POLLIN, 0};
+            ssize_t n;
+            while (poll(&wait, 1, 300) > 0 && (n = read(fd, buffer, sizeof buffer)) > 0)
+                m_command.append(buffer, size_t(n));
+            for (const std::string& chunk : reply) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(300));
+                send(fd, chunk.data(), chunk.size(), MSG_NOSIGNAL);  // the client may be gone
+            }
+            close(fd);
+        });
+    }
+    ~DmServer() { command(); }
+    std::string command()
+    {
+        if (m_thread.joinable()) {
+            m_thread.join();
+            close(m_listener);
+        }
+        return m_command;
+    }
+
+private:
+    int m_listener;
+    std::thread m_thread;
+    std::string m_command;
+};
+
+// What one exchange copied to the output stream.
+std::string exchange(const char* command, bool expected)
+{
+    char* text = nullptr;
+    size_t size = 0;
+    FILE* out = open_memstream(&text, &size);
+    EXPECT_EQ(SendCommandToDMWithReply(nullptr, command, out), expected);
+    std::fclose(out);
+    std::string copied(text, size);
+    std::free(text);
+    return copied;
+}
+
+class DmSocket : public ::testing::Test {
+protected:
+    DmSocket() { m_world.makeDir("dm/dmctl-:7"); }
+    vyxtest::TempHome m_world;
+    ScopedEnv m_control{"DM_CONTROL", m_world.path("dm").c_str()}, m_display{"DISPLAY", ":7.1"};
+    const std::string m_path = m_world.path("dm/dmctl-:7/socket");
+};
+
+TEST_F(DmSocket, SendsFieldsByTabsAndCopiesTheReplyToItsFirstLineEnd)
+{
+    {
+        DmServer server(m_path, {"ok\t:0 alice", " vyx\n", "late\n"});
+        EXPECT_EQ(exchange("list sessions  now", true), "ok\t:0 alice vyx\n");
+        EXPECT_EQ(server.command(), "list\tsessions\t\tnow");
+    }
+    EXPECT_EQ(exchange(nullptr, true), "");  // a probe asks nobody
+    unlink(m_path.c_str());
+    DmServer server(m_path, {"ok\n"});
+    EXPECT_EQ(exchange(std::string(5000, 'x').c_str(), true), "ok\n");
+    EXPECT_EQ(server.command(), std::string(4095, 'x'));
+}
+
+TEST_F(DmSocket, FailuresAreReported)
+{
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(exchange("list", false), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              advice("SendCommandToDM: Can't access DM fifo/socket file '" + m_path + "'."));
+    {
+        DmServer server(m_path, {});  // hangs up without a word
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(exchange("reserve", true), "");
+        EXPECT_EQ(testing::internal::GetCapturedStderr(), "SendCommandToDM: Cannot receive reply\n");
+    }
+    testing::internal::CaptureStderr();  // the socket file outlives its server
+    EXPECT_FALSE(SendCommandToDM(nullptr, "list"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "SendCommandToDM: Cannot connect socket " + m_path + " error=Connection refused\n");
+}
+
+// The display manager's control tool, a script in a private mount
+// namespace that answers only to exactly the arguments expected.
+void withDmCtl(const std::string& script, const std::function<void()>& body)
+{
+    vyxtest::TempHome world;
+    const std::string tool = world.writeFile("vyx-dmctl", "#!/bin/sh\n" + script);
+    chmod(tool.c_str(), 0755);
+    ChildOptions options;
+    options.mounts = {Mount::bind(tool, "/usr/bin/vyx-dmctl")};
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, body));
+}
+
+TEST(DmCtl, SessionsAndReserveDisplays)
+{
+    withDmCtl("if [ $# = 1 ] && [ \"$1\" = list ]; then printf 'ok\\t:0 alice\\t\\t:1 bob\\nnot read\\n'\n"
+              "elif [ $# = 0 ]; then echo 'displays 2 reserve 3 active'; fi\n",
+              [] {
+                  EXPECT_EQ(GetDMSessionsList(), (std::vector<std::string>{":0 alice", ":1 bob"}));
+                  EXPECT_EQ(GetDMReserveNum(), 3);
+              });
+    withDmCtl("[ $# = 0 ] && echo 'reserve none'\n", [] {  // "list" prints nothing
+        EXPECT_TRUE(GetDMSessionsList().empty());
+        EXPECT_EQ(GetDMReserveNum(), 0);
+    });
+}
+
+class ToplevelWindows : public vyxtest::XvfbTest {
+protected:
+    Window make()
+    {
+        return XCreateSimpleWindow(display(), DefaultRootWindow(display()), 0, 0, 10, 10, 0, 0, 0);
+    }
+    void setName(Window w, const char* encoding, const std::string& text)
+    {
+        XTextProperty property = {reinterpret_cast<unsigned char*>(const_cast<char*>(text.c_str())),
+                                  XInternAtom(display(), encoding, False), 8, text.size()};
+        XSetWMName(display(), w, &property);
+    }
+    void setClass(Window w, const char* instance, const char* klass)
+    {
+        XClassHint hint = {const_cast<char*>(instance), const_cast<char*>(klass)};
+        XSetClassHint(display(), w, &hint);
+    }
+    Window find(const char* name) { return FindToplevelWindowByName(display(), DefaultRootWindow(display()), name); }
+    vyxtest::TempHome m_world;
+};
+
+TEST_F(ToplevelWindows, NameThenClassPrefixThenIconName)
+{
+    ASSERT_TRUE(std::setlocale(LC_ALL, "C.UTF-8"));
+    Window mailIcon = make(), files = make(), cafe = make(), mailer = make(), viewer = make(), filesByName = make(),
+           calendar = make();
+    XSetIconName(display(), mailIcon, "Mail");
+    setClass(files, "files", "Files");
+    XSetIconName(display(), files, "Files");
+    setName(cafe, "STRING", "Caf\xe9");  // Latin-1
+    setClass(mailer, "mailer", "Mailbox");
+    setClass(viewer, "viewer", nullptr);
+    setName(filesByName, "UTF8_STRING", "Files");
+    XSetIconName(display(), calendar, "Calendar");
+
+    EXPECT_EQ(find("Files"), filesByName);  // WM_NAME beats earlier class and icon matches
+    EXPECT_EQ(find("File"), files);         // but must match whole
+    EXPECT_EQ(find("Caf\xc3\xa9"), cafe);   // compared in the locale's encoding
+    EXPECT_EQ(find("Mail"), mailer);        // a class prefix beats an earlier icon name
+    EXPECT_EQ(find("mail"), mailer);
+    EXPECT_EQ(find("view"), viewer);
+    EXPECT_EQ(find("Calendar"), calendar);
+    EXPECT_EQ(find("Cal"), 0u);  // icon names match whole
+    EXPECT_EQ(find(nullptr), 0u);
+    EXPECT_EQ(FindToplevelWindowByName(display(), calendar + 1000, "Files"), 0u);  // no such parent: no X error
+    std::setlocale(LC_ALL, "C");
+
+    ScopedEnv other("DISPLAY", ":99.0");  // the connection names the display
+    EXPECT_EQ(GetVyxDMFIFOPath(display()).first, "/var/run/xdmctl/dmctl-" + server().displayName() + "/socket");
+    EXPECT_EQ(GetOrganization(), "quorbitek");
+}
+
+}  // namespace

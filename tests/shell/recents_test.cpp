@@ -1,0 +1,131 @@
+// The recent-items folder: ten items at most, refreshed and replaced items,
+// the entries written for files and folders, and the result codes.
+
+#include "support/temp_home.h"
+
+#include <vyxdesktopentry.h>
+#include <vyxfileutils.h>
+#include <vyxsession.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <dirent.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utime.h>
+
+namespace {
+
+using vyxtest::TempHome;
+
+const auto kAll = Vyx::tagged_bool<ProgsOnly_tag>(false);
+const auto kProgs = Vyx::tagged_bool<ProgsOnly_tag>(true);
+
+class Recents : public ::testing::Test {
+protected:
+    void SetUp() override { folder = world.makeDir("home/.vyx/startmenu/recents"); }
+    VyxDesktopEntry item(const std::string& name) const
+    {
+        VyxDesktopEntry entry(folder + "/" + name);
+        EXPECT_TRUE(entry.load()) << name;
+        return entry;
+    }
+    std::vector<std::string> items() const
+    {
+        std::vector<std::string> names;
+        if (DIR* dir = opendir(folder.c_str())) {
+            while (struct dirent* entry = readdir(dir))
+                if (entry->d_name[0] != '.')
+                    names.emplace_back(entry->d_name);
+            closedir(dir);
+        }
+        std::sort(names.begin(), names.end());
+        return names;
+    }
+    void age(const std::string& name, time_t when) const
+    {
+        struct utimbuf times = {when, when};
+        utime((folder + "/" + name).c_str(), &times);
+    }
+
+    TempHome world;
+    std::string folder;
+};
+
+TEST_F(Recents, TenItemsTheOldestGoesTheSameOneIsRefreshed)
+{
+    for (int i = 0; i < 10; ++i) {
+        std::string file = world.writeFile("home/docs/file" + std::to_string(i) + ".txt", "x");
+        ASSERT_EQ(putEntryToRecentsMenu(file.c_str(), "text-x-generic", nullptr, kAll), 0);
+        age("file" + std::to_string(i) + ".txt.desktop", 1000 + i * 10);
+    }
+    age("file4.txt.desktop", 500);  // the oldest
+    ASSERT_EQ(items().size(), 10u);
+    std::string another = world.writeFile("home/docs/another.txt", "x");
+    EXPECT_EQ(putEntryToRecentsMenu(another.c_str(), nullptr, nullptr, kAll), 0);
+    std::vector<std::string> now = items();
+    EXPECT_EQ(now.size(), 10u);
+    EXPECT_EQ(std::count(now.begin(), now.end(), "file4.txt.desktop"), 0);
+    EXPECT_EQ(std::count(now.begin(), now.end(), "another.txt.desktop"), 1);
+
+    // The same file again: still one item, written afresh.
+    EXPECT_EQ(putEntryToRecentsMenu(world.path("home/docs/file0.txt").c_str(), nullptr, nullptr, kAll), 0);
+    EXPECT_EQ(items().size(), 10u);
+    struct stat st;
+    ASSERT_EQ(stat((folder + "/file0.txt.desktop").c_str(), &st), 0);
+    EXPECT_GT(st.st_mtime, 2000);
+    const std::string item = vyxtest::readFile(folder + "/file0.txt.desktop");
+    EXPECT_NE(item.find("vyx-open --exec"), std::string::npos) << item;
+    EXPECT_NE(item.find("file0.txt"), std::string::npos) << item;
+}
+
+TEST_F(Recents, DesktopEntriesFoldersAndPrograms)
+{
+    std::string editor = world.writeFile("usr/share/applications/editor.desktop",
+                                         "[Desktop Entry]\nType=Application\nName=Editor\nExec=editor %f\n");
+    world.writeFile("home/.vyx/startmenu/recents/old-editor.desktop",
+                    "[Desktop Entry]\nType=Application\nName=Old\nExec=editor %f\n");
+    EXPECT_EQ(putEntryToRecentsMenu(editor.c_str(), nullptr, nullptr, kProgs), 1);  // copied
+    EXPECT_EQ(items(), std::vector<std::string>{"editor.desktop"});  // the same program's item replaced
+
+    std::string red = world.makeDir("home/red");
+    world.writeFile("home/red/.directory", "[Desktop Entry]\nName=Red things\nIcon=folder-red\n");
+    std::string plain = world.makeDir("home/plain");
+    EXPECT_EQ(putEntryToRecentsMenu(red.c_str(), "ignored", nullptr, kAll), 0);
+    EXPECT_EQ(putEntryToRecentsMenu(plain.c_str(), nullptr, nullptr, kAll), 0);
+    EXPECT_EQ(item("red.desktop").icon(), "folder-red");
+    EXPECT_EQ(item("red.desktop").name(), "Red things");
+    EXPECT_EQ(item("plain.desktop").icon(), "folder");
+    EXPECT_EQ(item("plain.desktop").name(), "plain");
+
+    // Only programs: a data file and a folder are left out, quietly.
+    std::string data = world.writeFile("home/data.bin", "x");
+    std::string tool = world.writeFile("home/tool.sh", "#!/bin/sh\n");
+    chmod(tool.c_str(), 0755);
+    EXPECT_EQ(putEntryToRecentsMenu(data.c_str(), nullptr, nullptr, kProgs), 0);
+    EXPECT_EQ(putEntryToRecentsMenu(plain.c_str(), nullptr, nullptr, kProgs), 0);
+    EXPECT_EQ(putEntryToRecentsMenu(tool.c_str(), nullptr, nullptr, kProgs), 0);
+    std::vector<std::string> now = items();
+    EXPECT_EQ(std::count(now.begin(), now.end(), "data.bin.desktop"), 0);
+    EXPECT_EQ(std::count(now.begin(), now.end(), "tool.sh.desktop"), 1);
+}
+
+TEST_F(Recents, ResultCodesAndStrayFiles)
+{
+    EXPECT_EQ(putEntryToRecentsMenu(nullptr, nullptr, nullptr, kAll), -1);
+    EXPECT_EQ(putEntryToRecentsMenu("", nullptr, nullptr, kAll), -1);
+    EXPECT_EQ(putEntryToRecentsMenu("relative-name", nullptr, nullptr, kAll), -2);
+    EXPECT_EQ(putEntryToRecentsMenu(world.path("home/no-such-file").c_str(), nullptr, nullptr, kAll), -1);
+    // Files that are not desktop entries count as items and do no harm.
+    for (int i = 0; i < 12; ++i)
+        world.writeFile("home/.vyx/startmenu/recents/stray" + std::to_string(i), "not an entry");
+    std::string file = world.writeFile("home/one.txt", "x");
+    EXPECT_EQ(putEntryToRecentsMenu(file.c_str(), nullptr, nullptr, kAll), 0);
+    EXPECT_EQ(items().size(), 12u);  // one stray went to make room
+    ASSERT_TRUE(rmdirRecursive(folder.c_str(), Vyx::tagged_bool<InsideOnly_tag>(false),
+                               Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false)));
+    EXPECT_EQ(putEntryToRecentsMenu(file.c_str(), nullptr, nullptr, kAll), -2);
+}
+
+}  // namespace

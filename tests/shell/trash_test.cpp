@@ -1,0 +1,379 @@
+// The trash in a temporary home: names that collide, within one process and
+// across four at once; records that are damaged or hold odd bytes; the size
+// cache; emptying; and the failures users meet (another file system, a full
+// disk), on real mounts.
+
+#include "support/child_process.h"
+#include "support/temp_home.h"
+
+#include <vyxdirs.h>
+#include <vyxstrings.h>
+#include <vyxtrash.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <dirent.h>
+#include <fcntl.h>
+#include <regex>
+#include <set>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+using vyxtest::readFile;
+using Names = std::vector<std::string>;
+
+Names entries(const std::string& dir)
+{
+    Names names;
+    if (DIR* d = opendir(dir.c_str())) {
+        while (dirent* entry = readdir(d)) {
+            if (!Vyx::equal(entry->d_name, ".") && !Vyx::equal(entry->d_name, ".."))
+                names.push_back(entry->d_name);
+        }
+        closedir(d);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+mode_t modeOf(const std::string& path)
+{
+    struct stat st;
+    return lstat(path.c_str(), &st) == 0 ? st.st_mode & 07777 : 0;
+}
+
+class Trash : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ResetVyxDirs();
+        ASSERT_TRUE(getcwd(m_cwd, sizeof m_cwd));
+    }
+    void TearDown() override { EXPECT_EQ(chdir(m_cwd), 0); }
+
+    std::string file(const std::string& relative, const std::string& content = "x")
+    {
+        return world.writeFile(relative, content);
+    }
+
+    vyxtest::TempHome world;
+    const std::string trash = world.home() + "/.local/share/Trash";
+    const std::string files = trash + "/files";
+    const std::string info = trash + "/info";
+
+private:
+    char m_cwd[4096] = "";
+};
+
+TEST_F(Trash, EqualNamesGetNumberedNamesAndEachComesBack)
+{
+    const std::string first = file("a/report.txt", "1"), second = file("b/report.txt", "2");
+    const std::string dot = file("b/.bashrc", "3"), tar = file("b/x.tar.gz", "4");
+    for (const std::string& path : {first, second, file("a/.bashrc"), dot, file("a/x.tar.gz"), tar})
+        ASSERT_TRUE(VyxTrash::moveToTrash((path + "/").c_str())) << path;
+    EXPECT_EQ(entries(files), (Names{".bashrc", "_0.bashrc", "report.txt", "report_0.txt", "x.tar.gz", "x_0.tar.gz"}));
+    EXPECT_EQ(entries(info)[3], "report_0.txt.trashinfo");
+    EXPECT_EQ(modeOf(info + "/report_0.txt.trashinfo"), 0600u);
+    EXPECT_TRUE(std::regex_match(readFile(info + "/report_0.txt.trashinfo"),
+                                 std::regex("\\[Trash Info\\]\nPath=" + Vyx::encodedUrl(second) +
+                                            "\nDeletionDate=\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\n")));
+    EXPECT_LE(std::abs(VyxTrash::getDeletionDate("report_0.txt") - time(nullptr)), 5);
+    EXPECT_EQ(VyxTrash::getFilePathInTrash(second.c_str()), files + "/report_0.txt");
+    EXPECT_EQ(VyxTrash::getFilePathToRestore((files + "/_0.bashrc").c_str()), dot);
+
+    // Each of the three ways of naming an object.
+    EXPECT_TRUE(VyxTrash::restoreFromTrash(second.c_str()));
+    EXPECT_TRUE(VyxTrash::restoreFromTrash("_0.bashrc"));
+    EXPECT_TRUE(VyxTrash::restoreFromTrash((files + "/x_0.tar.gz/").c_str()));
+    EXPECT_EQ(readFile(second) + readFile(dot) + readFile(tar), "234");
+    EXPECT_EQ(entries(info), (Names{".bashrc.trashinfo", "report.txt.trashinfo", "x.tar.gz.trashinfo"}));
+}
+
+TEST_F(Trash, NoObjectIsLostToANameAlreadyTaken)
+{
+    // An object with no record keeps its place; the next name is taken.
+    const std::string stray = file("home/.local/share/Trash/files/notes.txt", "stray");
+    const std::string original = file("notes.txt", "mine");
+    ASSERT_TRUE(VyxTrash::moveToTrash(original.c_str()));
+    EXPECT_EQ(readFile(stray), "stray");
+    EXPECT_EQ(entries(info), Names{"notes_0.txt.trashinfo"});
+
+    // Nor is a new file at the original path replaced by the restore.
+    file("notes.txt", "newer");
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(VyxTrash::restoreFromTrash(original.c_str()));
+    EXPECT_FALSE(VyxTrash::moveToTrash(world.path("gone.txt").c_str()));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "vyxcore: can't restore file, rename(" + files + "/notes_0.txt," + original +
+                  ") failed due to File exists\nvyxcore: can't trash file, rename(" + world.path("gone.txt") + "," +
+                  files + "/gone.txt) failed due to No such file or directory, will try vyx-fops\n");
+    EXPECT_EQ(readFile(original) + readFile(files + "/notes_0.txt"), "newermine");
+    EXPECT_EQ(entries(info), Names{"notes_0.txt.trashinfo"});
+}
+
+TEST_F(Trash, NamingStopsAfterCounter10000)
+{
+    ASSERT_EQ(VyxTrash::getInfoDirPath(), info);
+    for (int n = -1; n < 10000; ++n)
+        close(creat((info + (n < 0 ? "/log" : "/log_" + std::to_string(n)) + ".txt.trashinfo").c_str(), 0600));
+    EXPECT_EQ(VyxTrash::setPath("log.txt", "/var"), files + "/log_10000.txt");
+    EXPECT_EQ(VyxTrash::getPath("log_10000.txt"), "/var/log.txt");
+    EXPECT_EQ(VyxTrash::setPath("log.txt", "/var"), "");
+    EXPECT_EQ(modeOf(info + "/log_10001.txt.trashinfo"), 0u);
+}
+
+TEST_F(Trash, OddBytesInNamesSurviveTheRecord)
+{
+    const Names names = {"50% off.txt", "two\nlines", "\xC3\xBC #?&=:.pdf", " lead", "end.", "%41%zz"};
+    Names originals;
+    for (const std::string& name : names) {
+        originals.push_back(file("odd dir%/" + name, name));
+        ASSERT_TRUE(VyxTrash::moveToTrash(originals.back().c_str()));
+    }
+    const std::string encoded = "\nPath=" + world.root() + "/odd%20dir%25/50%25%20off.txt\n";
+    EXPECT_NE(readFile(info + "/50% off.txt.trashinfo").find(encoded), std::string::npos);
+    for (size_t i = 0; i < names.size(); ++i) {
+        std::string record = readFile(info + "/" + names[i] + ".trashinfo");
+        EXPECT_EQ(std::count(record.begin(), record.end(), '\n'), 3) << record;
+        EXPECT_EQ(VyxTrash::getFileNameInTrash(originals[i].c_str()), names[i]);
+        EXPECT_TRUE(VyxTrash::restoreFromTrash(names[i].c_str()));
+        EXPECT_EQ(readFile(originals[i]), names[i]);
+    }
+
+    // A relative path is recorded from the current directory.
+    const std::string inner = file("rel/sub/inner.txt");
+    ASSERT_EQ(chdir(world.path("rel").c_str()), 0);
+    EXPECT_TRUE(VyxTrash::moveToTrash("sub/inner.txt"));
+    EXPECT_EQ(VyxTrash::getPath("inner.txt"), inner);
+}
+
+TEST_F(Trash, DamagedRecordsGetDefinedAnswers)
+{
+    const std::vector<std::pair<std::string, std::string>> records = {
+        {"truncated", "[Trash Info]\nPa"},
+        {"nopath", "[Trash Info]\nDeletionDate=2024-02-29T12:00:00\n"},
+        {"baddate", "Path=/x/baddate\nDeletionDate=yesterday\n"},
+        {"month13", "Path=/x/month13\nDeletionDate=2024-13-01T00:00:00\n"},
+        {"binary", std::string("\0\xff\r\nPath=", 9) + std::string(9000, 'A') + "%4\n\nPath=%"},
+        {"good", "[Trash Info]\r\nPath=/x/y%20z\nDeletionDate=2024-02-29T12:34:56\n"},
+    };
+    for (const auto& record : records) {
+        file("home/.local/share/Trash/info/" + record.first + ".trashinfo", record.second);
+        file("home/.local/share/Trash/files/" + record.first, record.first);
+    }
+    EXPECT_EQ(VyxTrash::getPath("truncated"), "");
+    EXPECT_EQ(VyxTrash::getDeletionDate("truncated"), -1);
+    EXPECT_EQ(VyxTrash::getPath("binary"), std::string(9000, 'A') + "\x04");
+    EXPECT_EQ(VyxTrash::getFileNameInTrash("/x/y z"), "good");
+    struct tm local = {};
+    local.tm_year = 124, local.tm_mon = 1, local.tm_mday = 29, local.tm_hour = 12, local.tm_min = 34;
+    local.tm_sec = 56, local.tm_isdst = -1;
+    EXPECT_EQ(VyxTrash::getDeletionDate((files + "/good").c_str()), mktime(&local));
+
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(VyxTrash::getDeletionDate("baddate"), -1);
+    EXPECT_EQ(VyxTrash::getDeletionDate("/x/month13"), -1);
+    EXPECT_FALSE(VyxTrash::restoreFromTrash("nopath"));
+    EXPECT_EQ(VyxTrash::getPath("absent"), "");
+    EXPECT_EQ(VyxTrash::getPath("../info/good"), "");
+    EXPECT_FALSE(VyxTrash::delPath("absent"));
+    EXPECT_EQ(VyxTrash::getFileNameInTrash("relative/x"), "");
+    EXPECT_EQ(VyxTrash::getFileNameInTrash((files + "/good").c_str()), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "vyxcore: can't convert 'DeletionDate=yesterday' to time_t\n"
+              "vyxcore: can't convert 'DeletionDate=2024-13-01T00:00:00' to time_t\n"
+              "vyxcore: can't find trashinfo file: " + info + "/absent.trashinfo\n"
+              "vyxcore: can't find trashinfo file: ../info/good\n"
+              "vyxcore: can't remove trashinfo file: " + info + "/absent.trashinfo\n"
+              "libvyxcore: path relative/x must be absolute original path before trash\n"
+              "libvyxcore: path " + files + "/good must be absolute original path before trash\n");
+    EXPECT_EQ(entries(files).size() + entries(info).size(), 2 * records.size());
+}
+
+TEST_F(Trash, SizeTakesCachedDirectoriesWithoutWalkingThem)
+{
+    file("loose", std::string(10, 'l'));
+    file("my dir/a", std::string(1000, 'a'));
+    file("my dir/sub/b", std::string(2000, 'b'));
+    file("plain/c", std::string(500, 'c'));
+    for (const char* name : {"loose", "my dir", "plain"})
+        ASSERT_TRUE(VyxTrash::moveToTrash(world.path(name).c_str()));
+    EXPECT_FALSE(VyxTrash::hasSizeCache());
+    EXPECT_EQ(VyxTrash::size(), 3510);
+
+    VyxTrash::registerDirSize("my dir", -1);
+    VyxTrash::registerDirSize("plain", 77777);  // a figure the disk does not hold
+    struct stat myDir, plain;
+    ASSERT_EQ(stat((info + "/my dir.trashinfo").c_str(), &myDir), 0);
+    ASSERT_EQ(stat((info + "/plain.trashinfo").c_str(), &plain), 0);
+    const std::string myLine = std::to_string(myDir.st_mtime) + " my%20dir";
+    const std::string plainLine = "77777 " + std::to_string(plain.st_mtime) + " plain";
+    EXPECT_EQ(readFile(trash + "/directorysizes"), "3000 " + myLine + "\n" + plainLine + "\n");
+
+    // The cached figures are taken as they are: nothing below them is read.
+    file("home/.local/share/Trash/files/my dir/new", std::string(4000, 'n'));
+    EXPECT_EQ(VyxTrash::size(), 10 + 3000 + 77777);
+    // A record newer than its line (the name taken again) is measured.
+    struct timespec later[2] = {{plain.st_mtime + 1, 0}, {plain.st_mtime + 1, 0}};
+    ASSERT_EQ(utimensat(AT_FDCWD, (info + "/plain.trashinfo").c_str(), later, 0), 0);
+    EXPECT_EQ(VyxTrash::size(), 10 + 3000 + 500);
+
+    // Lines that do not read are skipped, so "my dir" is measured.
+    plain.st_mtime += 1;
+    const std::string kept = "garbage\n\n12 34\nx 1 my%20dir\n 3000 " + myLine + "\n3000  " + myLine + "\n";
+    file("home/.local/share/Trash/directorysizes", kept + "99999999999999999999 " + myLine + "\n-5 " + myLine +
+                                                       "\n3000 1e3 my%20dir\n77777 " +
+                                                       std::to_string(plain.st_mtime) + " plain");
+    EXPECT_EQ(VyxTrash::size(), 10 + 7000 + 77777);
+    // Dropping a name keeps every other line and leaves no temporary name.
+    VyxTrash::unregisterDirSize("plain");
+    EXPECT_EQ(readFile(trash + "/directorysizes").substr(0, kept.size()), kept);
+    EXPECT_EQ(VyxTrash::size(), 10 + 7000 + 500);
+    EXPECT_EQ(entries(trash), (Names{"directorysizes", "files", "info"}));
+}
+
+TEST_F(Trash, EmptyingKeepsTheFilesDirectorysDotDirectory)
+{
+    EXPECT_TRUE(VyxTrash::isEmpty());
+    const std::string dotDirectory = file("home/.local/share/Trash/files/.directory", "[Desktop Entry]\n");
+    EXPECT_TRUE(VyxTrash::isEmpty());
+    file("d/inner/x");
+    for (const std::string& path : {file("one"), world.path("d")})
+        ASSERT_TRUE(VyxTrash::moveToTrash(path.c_str()));
+    file("home/.local/share/Trash/info/.directory");
+    EXPECT_FALSE(VyxTrash::isEmpty());
+    EXPECT_TRUE(VyxTrash::cleanAll());
+    EXPECT_EQ(entries(files), Names{".directory"});
+    EXPECT_EQ(entries(info), Names{});
+    EXPECT_TRUE(VyxTrash::isEmpty());
+    EXPECT_EQ(VyxTrash::size(), int64_t(readFile(dotDirectory).size()));
+}
+
+TEST_F(Trash, DirectoriesAreMadeInCodeAndWithoutAHomeNothingIsDone)
+{
+    const std::string data = world.path("x$(touch pwned)/deep `touch pwned`;/share");
+    vyxtest::ScopedEnv dataHome("XDG_DATA_HOME", data.c_str());
+    ResetVyxDirs();
+    ASSERT_EQ(chdir(world.root().c_str()), 0);
+    ASSERT_TRUE(VyxTrash::moveToTrash(file("doc.txt", "d").c_str()));
+    EXPECT_EQ(readFile(data + "/Trash/files/doc.txt"), "d");
+    for (const std::string& dir : {world.path("x$(touch pwned)"), data, data + "/Trash", data + "/Trash/info"})
+        EXPECT_EQ(modeOf(dir), 0700u) << dir;
+    EXPECT_EQ(modeOf(world.path("pwned")), 0u);
+
+    vyxtest::ScopedEnv noData("XDG_DATA_HOME", nullptr), noHome("HOME", nullptr), noLogname("LOGNAME", nullptr),
+        noUser("USER", nullptr);
+    ResetVyxDirs();
+    const std::string kept = file("kept.txt", "k");
+    EXPECT_EQ(VyxTrash::getFileDirPath() + VyxTrash::registerFile(kept.c_str()), "");
+    EXPECT_FALSE(VyxTrash::moveToTrash(kept.c_str()) || VyxTrash::restoreFromTrash("doc.txt") || VyxTrash::cleanAll());
+    EXPECT_EQ(readFile(kept), "k");
+}
+
+TEST_F(Trash, FourProcessesTrashingEqualNamesKeepEveryFile)
+{
+    constexpr int kProcesses = 4, kFiles = 300;
+    Names originals;
+    for (int i = 0; i < kProcesses * kFiles; ++i) {
+        // Each file holds its own path, so a record can be checked against
+        // the object it names.
+        std::string relative = "p" + std::to_string(i / kFiles) + "/f" + std::to_string(i % kFiles);
+        originals.push_back(file(relative, world.path(relative)));
+    }
+    int start[2];
+    ASSERT_EQ(pipe(start), 0);
+    std::vector<pid_t> children;
+    for (int p = 0; p < kProcesses; ++p) {
+        pid_t pid = fork();
+        if (pid == 0) {
+            close(start[1]);
+            char go;
+            int failed = read(start[0], &go, 1);  // 0 when the parent closes: all start at once
+            for (int f = 0; f < kFiles; ++f)
+                failed += !VyxTrash::moveToTrash(originals[p * kFiles + f].c_str());
+            _exit(std::min(failed, 99));
+        }
+        children.push_back(pid);
+    }
+    close(start[0]);
+    close(start[1]);
+    for (pid_t pid : children) {
+        int status = -1;
+        waitpid(pid, &status, 0);
+        EXPECT_EQ(status, 0) << "failed puts: " << WEXITSTATUS(status);
+    }
+
+    const Names objects = entries(files);
+    ASSERT_EQ(objects.size(), originals.size());
+    ASSERT_EQ(entries(info).size(), originals.size());
+    std::set<std::string> recorded;
+    for (const std::string& name : objects) {
+        recorded.insert(VyxTrash::getPath(name.c_str()));
+        EXPECT_EQ(readFile(files + "/" + name), VyxTrash::getPath(name.c_str())) << name;
+        EXPECT_TRUE(VyxTrash::restoreFromTrash(name.c_str())) << name;
+    }
+    EXPECT_EQ(recorded, std::set<std::string>(originals.begin(), originals.end()));
+    for (const std::string& original : originals)
+        EXPECT_EQ(readFile(original), original);
+    EXPECT_TRUE(VyxTrash::isEmpty());
+}
+
+TEST_F(Trash, AnOriginalOnAnotherFileSystemLeavesNoRecord)
+{
+    vyxtest::ChildOptions options;
+    options.mounts.push_back(vyxtest::Mount::tmpfs(world.makeDir("other")));
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
+        const std::string original = file("other/report.txt", "on tmpfs");
+        testing::internal::CaptureStderr();
+        EXPECT_FALSE(VyxTrash::moveToTrash(original.c_str()));
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  "vyxcore: can't trash file, rename(" + original + "," + files +
+                      "/report.txt) failed due to Invalid cross-device link, will try vyx-fops\n");
+        EXPECT_EQ(readFile(original), "on tmpfs");
+        EXPECT_EQ(entries(info).size() + entries(files).size(), 0u);
+    }));
+}
+
+TEST_F(Trash, AFullDiskLeavesNoHalfRecordAndTheCacheAsItWas)
+{
+    const std::string small = world.makeDir("small"), top = small + "/share/Trash";
+    vyxtest::ChildOptions options;
+    options.mounts.push_back(vyxtest::Mount::tmpfs(small, "256k"));
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
+        vyxtest::ScopedEnv data("XDG_DATA_HOME", (small + "/share").c_str());
+        ResetVyxDirs();
+        const std::string original = file("small/docs/letter.txt", "dear disk");
+        ASSERT_EQ(VyxTrash::getInfoDirPath() + VyxTrash::getFileDirPath(), top + "/info" + top + "/files");
+        VyxTrash::registerDirSizeHelper("kept", 42);
+        ASSERT_EQ(readFile(top + "/directorysizes"), "42 0 kept\n");
+
+        // Fill every block: big writes first, then single bytes.
+        const int fd = open((small + "/filler").c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
+        const std::string block(4096, 'f');
+        while (write(fd, block.data(), block.size()) > 0 || write(fd, "f", 1) > 0) {
+        }
+        ASSERT_EQ(errno, ENOSPC);
+        close(fd);
+
+        testing::internal::CaptureStderr();
+        EXPECT_FALSE(VyxTrash::moveToTrash(original.c_str()));
+        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+                  "vyxcore: can't create trashinfo file: " + top + "/info/letter.txt.trashinfo\n");
+        EXPECT_EQ(readFile(original), "dear disk");
+        EXPECT_EQ(entries(top + "/info"), Names{});
+        VyxTrash::registerDirSizeHelper("added", 7);
+        EXPECT_EQ(readFile(top + "/directorysizes"), "42 0 kept\n");
+        EXPECT_EQ(entries(top), (Names{"directorysizes", "files", "info"}));
+
+        // With room again the same put goes through.
+        ASSERT_EQ(unlink((small + "/filler").c_str()), 0);
+        EXPECT_TRUE(VyxTrash::moveToTrash(original.c_str()));
+    }));
+}
+
+}  // namespace

@@ -11,8 +11,10 @@
 #include "vyxdesktopentry.h"
 #include "vyxmime.h"
 #include "vyxicontheme.h"
+#include "vyxsoundtheme.h"
 #include "vyxdisplay.h"
 #include "vyxsession.h"
+#include "vyxstartmenu.h"
 #include "vyxtrash.h"
 #include "vyxsystem.h"
 

@@ -1,19 +1,22 @@
 #ifndef VYXCORE_DISPLAY_H
 #define VYXCORE_DISPLAY_H
 
-// Display and appearance: colour-palette helpers on "#RRGGBB" texts, the
-// screen's dots per inch (Xft, RandR, screen size), the RandR primary output
-// and single resources of an X resources file.
+// Display and appearance: colour-palette helpers on "#RRGGBB" texts,
+// wallpapers by name, the screen's dots per inch (Xft, RandR, screen size),
+// the RandR primary output, single resources of an X resources file, touch
+// and tablet devices, and the characters of key symbols.
 
 #include "vyxexport.h"
 #include "vyxstrings.h"
 
 #include <string>
+#include <vector>
 
 // Xlib's own declarations, repeated so that this header does not pull in
 // Xlib and its macros; they name the same types.
 typedef struct _XDisplay Display;
 typedef unsigned long Window;
+typedef unsigned long KeySym;
 
 // The dark variant of the primary colour color ("#RRGGBB", hex digits of
 // either case): the same hue and saturation at three quarters of the
@@ -26,6 +29,29 @@ VYX_EXPORT std::string GetPrimaryDarkColor(const std::string& color, bool darker
 // the higher contrast), else "#FFFFFF"; empty when background is not of
 // that form.
 VYX_EXPORT std::string textColorFor(const std::string& background);
+
+// count shades of color ("#RRGGBB", hex digits of either case), from the
+// colour itself towards black: shade i keeps the hue and saturation at
+// (count - i) / count of the lightness, by the same rule as
+// GetPrimaryDarkColor, so with count 4 the second and third shades are its
+// dark and darker variants. Each is "#RRGGBB" in upper case. count is capped
+// at 256. Empty when color is not of that form or count is below 1.
+VYX_EXPORT std::vector<std::string> CreateShadeColors(const std::string& color, int count);
+
+// ---- Wallpapers -------------------------------------------------------------
+
+// The file of the wallpaper name. An absolute name is taken as it is; any
+// other is looked for, first match winning, in $XDG_DATA_HOME/wallpapers,
+// ~/.vyx/wallpapers, /usr/share/vyx-wm/wallpapers, /usr/share/vyx-wm/images
+// and then in "wallpapers" and "backgrounds" of each $XDG_DATA_DIRS
+// directory (by default /usr/local/share and /usr/share). A name that ends
+// in an image extension (".png", ".jpg", ".jpeg", ".svg", ".webp", ".bmp",
+// ".xpm", any case) is looked for as it is; any other with each of those
+// extensions appended in turn, in each directory before the next is
+// searched. Only regular files (or links to them) count. Empty, with a
+// "vyxcore: " line on standard error, when nothing is found; empty without
+// one for a null or empty name.
+VYX_EXPORT std::string FindWallPaperByName(const char* name);
 
 // ---- Screen resolution ------------------------------------------------------
 //
@@ -80,5 +106,41 @@ VYX_EXPORT double FindDPI(Display* dpy, int screen, Window root);
 // message).
 VYX_EXPORT bool setXrdbParameterInFile(const char* file, const char* name, const char* separator,
                                        const char* value, Vyx::tagged_bool<ApllyByXrdb_tag> applyByXrdb);
+
+// ---- Input devices ----------------------------------------------------------
+
+// What a touch or tablet device is. The values are stable.
+enum VyxInputDeviceKind {
+    TouchscreenDevice = 0,  // touches land where they are on the screen
+    TouchpadDevice = 1,     // touches move the pointer relative to where it is
+    TabletDevice = 2        // a pen, stylus or eraser with absolute position
+};
+
+struct VyxInputDevice {
+    int id = 0;  // the XInput 2 device id
+    std::string name;
+    VyxInputDeviceKind kind = TouchscreenDevice;
+};
+
+// The touchscreens, touchpads and tablets among the slave pointers of the
+// display, in the server's order. A device with a direct touch class is a
+// touchscreen and one with a dependent touch class a touchpad. Without a
+// touch class, a device whose name holds the word "touchpad" or "trackpad"
+// (any case) is a touchpad, and one is a tablet when a valuator is labelled
+// "Abs Pressure", "Abs Tilt X" or "Abs Tilt Y" or its name holds the word
+// "stylus", "pen", "eraser" or "tablet". Other devices (mice, keyboards,
+// the server's test devices) are left out. Empty for a null display,
+// without XInput 2 or when the server refuses the query.
+VYX_EXPORT std::vector<VyxInputDevice> findTouchAndTabletDevices(Display* dpy);
+
+// ---- Key symbols ------------------------------------------------------------
+
+// The Unicode code point a key symbol types: for 0x20-0x7E and 0xA0-0xFF
+// the keysym itself; for 0x01000000 + U the code point U (up to U+10FFFF,
+// control characters and surrogates excepted); for the others the
+// character that X11's keysymdef.h names beside the keysym, including the
+// approximate ones it puts in parentheses. -1 when the keysym types no
+// character (function keys, modifiers, unknown values).
+VYX_EXPORT long KeySym2Ucs(KeySym keysym);
 
 #endif

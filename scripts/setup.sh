@@ -14,6 +14,7 @@ packages=(
   xvfb x11-xserver-utils
   shared-mime-info hicolor-icon-theme adwaita-icon-theme gtk-update-icon-cache
   desktop-file-utils psmisc util-linux
+  sound-theme-freedesktop
   # fuzzing and sanitizers
   clang libclang-rt-14-dev
   # benchmarks

@@ -40,6 +40,11 @@ int runTrash(const CommonOptions& options);
 int runAutostart(const CommonOptions& options);
 int runRecent(const CommonOptions& options);
 int runPosition(const CommonOptions& options);
+int runSound(const CommonOptions& options);
+int runMenu(const CommonOptions& options);
+int runWallpaper(const CommonOptions& options);
+int runKeysym(const CommonOptions& options);
+int runInput(const CommonOptions& options);
 
 // The table of every command, for dispatch and for the overview's list.
 const std::vector<Command>& commands();

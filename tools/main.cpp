@@ -124,6 +124,30 @@ const std::vector<Command>& commands()
          "The desktop's .directory must exist; it is never created here.\n"
          "Exit status 1 when it cannot be updated.",
          0, 4, runPosition, {"--remove"}},
+        {"sound", "sound NAME [--theme T] [--json]",
+         "The file of an event sound, searched as the library searches sound themes.",
+         "T a sound theme's directory name (default: the current theme). The theme, its\n"
+         "inherited themes, \"freedesktop\" and the unthemed sounds are searched for NAME and\n"
+         "its shorter forms (\"dialog-error\", \"dialog\"). Exit status 1 when no file is found.",
+         1, 1, runSound, {"--theme"}},
+        {"menu", "menu [--empty] [--json]", "The start menu as an indented tree of folders and applications.",
+         "Folders come from the start-menu directories and the categorized folders; applications\n"
+         "are placed by their Categories (\"Other\" when no folder claims them). --empty keeps\n"
+         "folders without applications. Exit status 1 when the menu is empty.",
+         0, 0, runMenu, {}, {"--empty"}},
+        {"wallpaper", "wallpaper NAME [--json]", "The file of a wallpaper, searched as the library searches wallpapers.",
+         "NAME is a file name with or without its image extension, or an absolute path.\n"
+         "The user's wallpapers come first, then the desktop's, then the system's.\n"
+         "Exit status 1 when no file is found.",
+         1, 1, runWallpaper},
+        {"keysym", "keysym KEYSYM [--json]", "The Unicode character a key symbol types.",
+         "KEYSYM is a name such as aogonek or Cyrillic_a, or a number such as 0x1a1.\n"
+         "Exit status 1 when the keysym types no character.",
+         1, 1, runKeysym},
+        {"input", "input [--json]", "The touchscreens, touchpads and tablets of the display.",
+         "Asks the X server named by DISPLAY through XInput 2.\n"
+         "Exit status 1 without a display or when it has none of them.",
+         0, 0, runInput},
     };
     return table;
 }

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <vector>
 
 namespace {
 
@@ -64,6 +65,44 @@ double linear(double channel)
     return channel <= 0.04045 ? channel / 12.92 : std::pow((channel + 0.055) / 1.055, 2.4);
 }
 
+// A colour as hue (0 to 1, a full turn), saturation and lightness.
+struct Hsl {
+    double h = 0, s = 0, l = 0;
+};
+
+Hsl toHsl(const Rgb& c)
+{
+    const double high = std::max({c.r, c.g, c.b}), low = std::min({c.r, c.g, c.b});
+    Hsl out;
+    out.l = (high + low) / 2;
+    if (high != low) {
+        const double delta = high - low;
+        out.s = out.l > 0.5 ? delta / (2 - high - low) : delta / (high + low);
+        if (high == c.r)
+            out.h = (c.g - c.b) / delta + (c.g < c.b ? 6 : 0);
+        else if (high == c.g)
+            out.h = (c.b - c.r) / delta + 2;
+        else
+            out.h = (c.r - c.g) / delta + 4;
+        out.h /= 6;
+    }
+    return out;
+}
+
+// The colour of the same hue and saturation at factor times its lightness.
+// The dark variants and the shade lists both come from here, so a shade at
+// three quarters or half is exactly the matching dark variant.
+std::string withLightnessScaled(const Hsl& color, double factor)
+{
+    const double lightness = color.l * factor;
+    if (color.s == 0)
+        return format({lightness, lightness, lightness});
+    const double q = lightness < 0.5 ? lightness * (1 + color.s) : lightness + color.s - lightness * color.s;
+    const double p = 2 * lightness - q;
+    return format({hueToChannel(p, q, color.h + 1.0 / 3), hueToChannel(p, q, color.h),
+                   hueToChannel(p, q, color.h - 1.0 / 3)});
+}
+
 }  // namespace
 
 std::string GetPrimaryDarkColor(const std::string& color, bool darker)
@@ -71,25 +110,23 @@ std::string GetPrimaryDarkColor(const std::string& color, bool darker)
     Rgb c;
     if (!parse(color, &c))
         return std::string();
-    const double high = std::max({c.r, c.g, c.b}), low = std::min({c.r, c.g, c.b});
-    double lightness = (high + low) / 2, hue = 0, saturation = 0;
-    if (high != low) {
-        const double delta = high - low;
-        saturation = lightness > 0.5 ? delta / (2 - high - low) : delta / (high + low);
-        if (high == c.r)
-            hue = (c.g - c.b) / delta + (c.g < c.b ? 6 : 0);
-        else if (high == c.g)
-            hue = (c.b - c.r) / delta + 2;
-        else
-            hue = (c.r - c.g) / delta + 4;
-        hue /= 6;
-    }
-    lightness *= darker ? 0.5 : 0.75;
-    if (saturation == 0)
-        return format({lightness, lightness, lightness});
-    const double q = lightness < 0.5 ? lightness * (1 + saturation) : lightness + saturation - lightness * saturation;
-    const double p = 2 * lightness - q;
-    return format({hueToChannel(p, q, hue + 1.0 / 3), hueToChannel(p, q, hue), hueToChannel(p, q, hue - 1.0 / 3)});
+    return withLightnessScaled(toHsl(c), darker ? 0.5 : 0.75);
+}
+
+std::vector<std::string> CreateShadeColors(const std::string& color, int count)
+{
+    Rgb c;
+    if (count < 1 || !parse(color, &c))
+        return {};
+    // More shades than this could not differ from their neighbours in 8-bit
+    // channels anyway; the bound keeps a wild count from allocating without end.
+    count = std::min(count, 256);
+    const Hsl hsl = toHsl(c);
+    std::vector<std::string> shades;
+    shades.reserve(size_t(count));
+    for (int i = 0; i < count; ++i)
+        shades.push_back(withLightnessScaled(hsl, double(count - i) / count));
+    return shades;
 }
 
 std::string textColorFor(const std::string& background)

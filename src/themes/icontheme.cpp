@@ -43,12 +43,26 @@ bool isDirectory(const std::string& path)
     return stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
+std::string settingsFile(const char* name)
+{
+    const std::string& dir = GetVyxDir(ThemeDir);
+    return dir.empty() ? std::string() : dir + "/" + name;
+}
+
+std::string themeSettingsFile()
+{
+    std::string file = settingsFile("current.themerc");
+    return file.empty() ? file : file + vyxSessionConfigSuffix(whatVyxSession());
+}
+
 }  // namespace Vyx::detail
 
 namespace {
 
 using Vyx::detail::IniDocument;
 using Vyx::detail::isDirectory;
+using Vyx::detail::settingsFile;
+using Vyx::detail::themeSettingsFile;
 
 
 
@@ -70,18 +84,6 @@ uint32_t cacheSizeFromEnvironment()
     }
     std::fprintf(stderr, "VYX_ICON_THEME_CACHE_SIZE=%s, cache size = %u\n", value, size);
     return size;
-}
-
-std::string settingsFile(const char* name)
-{
-    const std::string& dir = GetVyxDir(ThemeDir);
-    return dir.empty() ? std::string() : dir + "/" + name;
-}
-
-std::string themeSettingsFile()
-{
-    std::string file = settingsFile("current.themerc");
-    return file.empty() ? file : file + vyxSessionConfigSuffix(whatVyxSession());
 }
 
 std::vector<std::string> splitList(const char* text)

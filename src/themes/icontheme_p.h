@@ -29,6 +29,14 @@ const IconSwitches& iconSwitches();
 
 bool isDirectory(const std::string& path);
 
+// The file called name in the user's theme-settings directory; empty when
+// there is none.
+std::string settingsFile(const char* name);
+// The theme settings shared by the icon and sound themes: "current.themerc"
+// with the session's configuration suffix, so that each kind of session
+// keeps its own choice. Empty when there is no settings directory.
+std::string themeSettingsFile();
+
 // The image extensions an icon name may carry, in the order they are
 // recognised.
 bool hasImageExtension(const char* name);

@@ -7,6 +7,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 namespace {
 
 TEST(Palette, DarkVariantsKeepHueAndSaturation)
@@ -34,6 +37,20 @@ TEST(Palette, TextIsBlackOnLightAndWhiteOnDark)
     EXPECT_EQ(textColorFor("#777777"), "#000000");  // luminance 0.184, just above the bound
     EXPECT_EQ(textColorFor("#757575"), "#FFFFFF");  // 0.178, just below
     EXPECT_EQ(textColorFor("red"), "");
+}
+
+TEST(Palette, ShadesRunFromTheColourTowardsBlackThroughTheDarkVariants)
+{
+    const std::vector<std::string> four = CreateShadeColors("#5682a3", 4);
+    ASSERT_EQ(four.size(), 4u);
+    EXPECT_EQ(four[0], "#5682A3");
+    EXPECT_EQ(four[1], GetPrimaryDarkColor("#5682a3", false));
+    EXPECT_EQ(four[2], GetPrimaryDarkColor("#5682a3", true));
+    EXPECT_EQ(four[3], "#162129");  // a quarter of the lightness, computed as the cases above
+    EXPECT_EQ(CreateShadeColors("#808080", 2), (std::vector<std::string>{"#808080", "#404040"}));
+    EXPECT_EQ(CreateShadeColors("#123456", 100000).size(), 256u);
+    EXPECT_TRUE(CreateShadeColors("#123456", 0).empty());
+    EXPECT_TRUE(CreateShadeColors("#12345", 3).empty());
 }
 
 }  // namespace

@@ -453,4 +453,68 @@ TEST(ToolSessionServices, AutostartRecentAndPositions)
     EXPECT_FALSE(has(vyxtest::readFile(positions), "notes.txt"));
 }
 
+TEST(ToolSounds, FindsSoundsInTheCurrentOrGivenTheme)
+{
+    vyxtest::TempHome world;
+    world.writeFile("usr/share/sounds/own/index.theme", "[Sound Theme]\nName=Own\nDirectories=stereo\n");
+    std::string own = world.writeFile("usr/share/sounds/own/stereo/bell.ogg", "");
+    std::string loose = world.writeFile("usr/share/sounds/bell.oga", "");
+    world.writeFile("home/.vyx/theme/current.themerc", "[Variables]\nSoundTheme=own\n");
+    EXPECT_EQ(runTool({"sound", "bell-terminal"}).out, own + "\n");
+    ToolRun other = runTool({"sound", "bell", "--theme", "not-here", "--json"});
+    EXPECT_TRUE(has(other.out, "\"installed\": false")) << other.out;
+    EXPECT_TRUE(has(other.out, "\"file\": \"" + loose + "\"")) << other.out;
+    ToolRun none = runTool({"sound", "no-such-sound"});
+    EXPECT_EQ(none.status, 1);
+    EXPECT_TRUE(has(none.err, "no sound 'no-such-sound' in theme own")) << none.err;
+    EXPECT_EQ(runTool({"sound"}).status, 2);
+}
+
+TEST(ToolDisplay, WallpaperAndKeysym)
+{
+    vyxtest::TempHome world;
+    const std::string sea = world.writeFile("usr/share/backgrounds/sea.jpg", "");
+    EXPECT_EQ(runTool({"wallpaper", "sea"}).out, sea + "\n");
+    ToolRun none = runTool({"wallpaper", "lake", "--json"});
+    EXPECT_EQ(none.status, 1);
+    EXPECT_TRUE(has(none.out, "\"file\": \"\"")) << none.out;
+    EXPECT_EQ(none.err, "vyxcore: wallpaper 'lake' not found\n");
+
+    ToolRun ogonek = runTool({"keysym", "aogonek"});
+    EXPECT_EQ(ogonek.status, 0);
+    EXPECT_TRUE(has(ogonek.out, "0x1b1 (aogonek)") && has(ogonek.out, "U+0105") && has(ogonek.out, "\xc4\x85"))
+        << ogonek.out;
+    EXPECT_TRUE(has(runTool({"keysym", "0x20ac", "--json"}).out, "\"ucs\": 8364, \"unicode\": \"U+20AC\""));
+    EXPECT_EQ(runTool({"keysym", "Shift_L"}).status, 1);
+    EXPECT_EQ(runTool({"keysym", "no_such_keysym"}).status, 2);
+    EXPECT_EQ(runTool({"keysym", "0x-1"}).status, 2);
+}
+
+TEST(ToolMenu, TheStartMenuAsATree)
+{
+    vyxtest::TempHome world;
+    world.writeFile("usr/share/applications/Games/.directory",
+                    "[Desktop Entry]\nType=Directory\nName=Games\nCategories=Game;\n");
+    const std::string chess = world.writeFile("usr/share/applications/chess.desktop",
+                                              "[Desktop Entry]\nType=Application\nName=Chess\nExec=sh\nCategories=Game;\n");
+    world.writeFile("home/.vyx/startmenu/Work/.directory", "[Desktop Entry]\nType=Directory\nName=Work\n");
+    world.writeFile("home/.vyx/startmenu/Work/Deep/.directory", "[Desktop Entry]\nType=Directory\nName=Deeper\n");
+    const std::string notes = world.writeFile("home/.vyx/startmenu/Work/Deep/notes.desktop",
+                                              "[Desktop Entry]\nType=Application\nName=Notes\nExec=sh\n");
+    world.writeFile("home/.vyx/startmenu/Empty/.directory", "[Desktop Entry]\nType=Directory\nName=Empty\n");
+    ToolRun text = runTool({"menu"});
+    EXPECT_EQ(text.status, 0);
+    EXPECT_TRUE(has(text.out, "Games/\n  Chess  " + chess + "\n")) << text.out;
+    EXPECT_TRUE(has(text.out, "Work/\n  Deeper/  (Deep)\n    Notes  " + notes + "\n")) << text.out;
+    EXPECT_FALSE(has(text.out, "Empty/"));
+    EXPECT_TRUE(has(runTool({"menu", "--empty"}).out, "Empty/\n"));
+    ToolRun json = runTool({"menu", "--json"});
+    EXPECT_TRUE(has(json.out, "{\"name\": \"Games\", \"local_name\": \"Games\", \"icon\": \"\", \"directory_file\": \"" +
+                                  world.path("usr/share/applications/Games/.directory") +
+                                  "\", \"categories\": [\"Game\"], \"folders\": [], \"applications\": [{\"name\": \"Chess\", "
+                                  "\"file\": \"chess.desktop\", \"path\": \"" + chess + "\""))
+        << json.out;
+    EXPECT_EQ(runTool({"menu", "extra"}).status, 2);
+}
+
 }  // namespace

@@ -1,0 +1,71 @@
+// vyxcore menu: the start menu as an indented tree of folders and
+// applications.
+
+#include "commands.h"
+
+#include <vyxstartmenu.h>
+
+#include <cstdio>
+
+namespace tool {
+
+namespace {
+
+std::string fileName(const std::string& path)
+{
+    std::string::size_type slash = path.rfind('/');
+    return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+std::string folderJson(const MenuFolderDsc& folder)
+{
+    std::vector<std::string> folders, applications;
+    for (const MenuFolderDsc& child : folder.folders)
+        folders.push_back(folderJson(child));
+    for (const VyxDesktopEntry& entry : folder.applications)
+        applications.push_back(JsonObject()
+                                   .addString("name", entry.localNameOrFallback())
+                                   .addString("file", fileName(entry.filePath()))
+                                   .addString("path", entry.filePath())
+                                   .addString("icon", entry.localIconOrFallback())
+                                   .str());
+    return JsonObject()
+        .addString("name", folder.name)
+        .addString("local_name", folder.localName)
+        .addString("icon", folder.icon)
+        .addString("directory_file", folder.directoryFile)
+        .add("categories", jsonStringArray(folder.categories))
+        .add("folders", jsonArray(folders))
+        .add("applications", jsonArray(applications))
+        .str();
+}
+
+void printFolder(const MenuFolderDsc& folder, int depth)
+{
+    for (const MenuFolderDsc& child : folder.folders) {
+        std::printf("%*s%s/", depth * 2, "", child.localName.c_str());
+        if (child.localName != child.name)
+            std::printf("  (%s)", child.name.c_str());
+        std::printf("\n");
+        printFolder(child, depth + 1);
+    }
+    for (const VyxDesktopEntry& entry : folder.applications)
+        std::printf("%*s%s  %s\n", depth * 2, "", entry.localNameOrFallback().c_str(), entry.filePath().c_str());
+}
+
+}  // namespace
+
+int runMenu(const CommonOptions& options)
+{
+    MenuFolderDsc root = CreateStartMenu(Vyx::tagged_bool<IncludeEmptyFolders_tag>(options.hasFlag("--empty")));
+    bool empty = root.folders.empty() && root.applications.empty();
+    if (options.json)
+        std::printf("%s\n", folderJson(root).c_str());
+    else if (empty)
+        std::printf("(the start menu is empty)\n");
+    else
+        printFolder(root, 0);
+    return empty ? NothingFound : Done;
+}
+
+}  // namespace tool

@@ -3,6 +3,8 @@
 
 #include "commands.h"
 
+#include <vyxicontheme.h>
+#include <vyxsoundtheme.h>
 #include <vyxstrings.h>
 #include <vyxsystem.h>
 
@@ -24,6 +26,14 @@ const char* nameOf(VyxDir value)
     return "?";
 }
 
+// A theme's name, and whether it is installed here.
+std::string themeState(const std::string& name, const std::string& path)
+{
+    if (name.empty())
+        return "(none)";
+    return path.empty() ? name + " (not installed)" : name + "  " + path;
+}
+
 }  // namespace
 
 int runOverview(const CommonOptions& options)
@@ -39,6 +49,8 @@ int runOverview(const CommonOptions& options)
             .addString("display_name", session.hasDisplayName ? session.displayName.c_str() : nullptr)
             .add("desktop", session.connected ? std::to_string(session.desktop) : "null")
             .add("dirs", jsonArray(dirs))
+            .addString("icon_theme", VyxIconTheme::getCurrentThemeName())
+            .addString("sound_theme", VyxSoundTheme::getCurrentThemeName())
             .addString("user", getUserName())
             .addInt("edition_mode", getOrvelMode());
         std::printf("%s\n", out.str().c_str());
@@ -61,6 +73,12 @@ int runOverview(const CommonOptions& options)
         rows.emplace_back(std::string("  ") + nameOf(dir), path.empty() ? "(none)" : path);
     }
     printRows(rows);
+
+    std::printf("\nThemes\n");
+    const std::string iconTheme = VyxIconTheme::getCurrentThemeName();
+    const std::string soundTheme = VyxSoundTheme::getCurrentThemeName();
+    printRows({{"  Icon theme", themeState(iconTheme, VyxIconTheme::findThemePath(iconTheme))},
+               {"  Sound theme", themeState(soundTheme, VyxSoundTheme::findThemePath(soundTheme))}});
 
     std::printf("\nSystem\n");
     printRows({{"  User", getUserName().empty() ? "(unknown)" : getUserName()},

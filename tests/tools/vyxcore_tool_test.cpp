@@ -468,6 +468,8 @@ TEST(ToolSounds, FindsSoundsInTheCurrentOrGivenTheme)
     EXPECT_EQ(none.status, 1);
     EXPECT_TRUE(has(none.err, "no sound 'no-such-sound' in theme own")) << none.err;
     EXPECT_EQ(runTool({"sound"}).status, 2);
+    EXPECT_TRUE(has(runTool({}).out, "Sound theme  own  " + world.path("usr/share/sounds/own") + "\n"))
+        << "the overview names the current theme";
 }
 
 TEST(ToolDisplay, WallpaperAndKeysym)

@@ -133,6 +133,9 @@ VYX_EXPORT bool isEscapedUtf8(const unsigned char* text, unsigned char* decoded)
 
 // --- paths and sections ----------------------------------------------------
 
+// The last component of path: the text after its last '/', the whole text
+// when it has none ("dir/a.txt" gives "a.txt", "dir/" the empty string).
+VYX_EXPORT std::string fileName(const std::string& path);
 // The file name without any suffix: "dir/a.tar.gz" gives "a", "dir/.profile"
 // gives the empty string.
 VYX_EXPORT std::string baseName(const std::string& path);

@@ -11,12 +11,6 @@ namespace tool {
 
 namespace {
 
-std::string fileName(const std::string& path)
-{
-    std::string::size_type slash = path.rfind('/');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
-}
-
 std::string folderJson(const MenuFolderDsc& folder)
 {
     std::vector<std::string> folders, applications;
@@ -25,7 +19,7 @@ std::string folderJson(const MenuFolderDsc& folder)
     for (const VyxDesktopEntry& entry : folder.applications)
         applications.push_back(JsonObject()
                                    .addString("name", entry.localNameOrFallback())
-                                   .addString("file", fileName(entry.filePath()))
+                                   .addString("file", Vyx::fileName(entry.filePath()))
                                    .addString("path", entry.filePath())
                                    .addString("icon", entry.localIconOrFallback())
                                    .str());

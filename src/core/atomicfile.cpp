@@ -33,26 +33,25 @@ std::string realTarget(const std::string& path)
     return current;
 }
 
+std::atomic<unsigned> g_counter{0};
+
+}  // namespace
+
 bool writeAll(int fd, const std::string& content)
 {
     const char* p = content.data();
     size_t left = content.size();
     while (left > 0) {
         ssize_t n = write(fd, p, left);
-        if (n < 0) {
-            if (errno == EINTR)
-                continue;
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n <= 0)
             return false;
-        }
         p += n;
         left -= static_cast<size_t>(n);
     }
     return true;
 }
-
-std::atomic<unsigned> g_counter{0};
-
-}  // namespace
 
 bool writeFileAtomically(const std::string& path, const std::string& content, bool durable)
 {

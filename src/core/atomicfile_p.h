@@ -15,6 +15,10 @@ namespace Vyx::detail {
 // lose the new content, which suits caches that are rebuilt anyway.
 bool writeFileAtomically(const std::string& path, const std::string& content, bool durable = true);
 
+// Writes all of content to fd, going on after short writes and EINTR; false
+// on any other failure (a full disk).
+bool writeAll(int fd, const std::string& content);
+
 }  // namespace Vyx::detail
 
 #endif

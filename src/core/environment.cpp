@@ -26,12 +26,26 @@ std::string homeFromEnvironment()
     return user ? std::string("/home/") + user : std::string();
 }
 
+namespace {
+
+std::string userHomeDir(const char* variable, const char* underHome)
+{
+    if (const char* dir = envValue(variable))
+        return dir;
+    const std::string home = homeFromEnvironment();
+    return home.empty() ? home : home + underHome;
+}
+
+}  // namespace
+
 std::string userConfigHome()
 {
-    if (const char* config = envValue("XDG_CONFIG_HOME"))
-        return config;
-    const std::string home = homeFromEnvironment();
-    return home.empty() ? home : home + "/.config";
+    return userHomeDir("XDG_CONFIG_HOME", "/.config");
+}
+
+std::string userDataHome()
+{
+    return userHomeDir("XDG_DATA_HOME", "/.local/share");
 }
 
 }  // namespace Vyx::detail

@@ -23,6 +23,9 @@ std::string homeFromEnvironment();
 // The user's own configuration directory: "XDG_CONFIG_HOME", else home +
 // "/.config"; empty when there is no home either.
 std::string userConfigHome();
+// The user's own data directory: "XDG_DATA_HOME", else home +
+// "/.local/share"; empty when there is no home either.
+std::string userDataHome();
 
 }  // namespace Vyx::detail
 

@@ -177,23 +177,23 @@ std::string quoteArg(const std::string& arg)
 
 namespace {
 
-std::string fileNameOf(const std::string& path)
+}  // namespace
+
+std::string fileName(const std::string& path)
 {
     std::string::size_type slash = path.rfind('/');
     return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
-}  // namespace
-
 std::string baseName(const std::string& path)
 {
-    std::string name = fileNameOf(path);
+    std::string name = fileName(path);
     return name.substr(0, name.find('.'));
 }
 
 std::string completeBaseName(const std::string& path)
 {
-    std::string name = fileNameOf(path);
+    std::string name = fileName(path);
     return name.substr(0, name.rfind('.'));
 }
 

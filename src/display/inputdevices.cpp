@@ -1,6 +1,6 @@
 #include "display/inputdevices_p.h"
 
-#include "shell/xerrortrap_p.h"
+#include "display/xerrortrap_p.h"
 
 #include <X11/Xlib.h>
 #include <X11/extensions/XInput2.h>

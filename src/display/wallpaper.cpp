@@ -1,13 +1,15 @@
 #include "vyxdisplay.h"
 
 #include "core/environment_p.h"
+#include "core/pathprobe_p.h"
 #include "vyxdirs.h"
 #include "vyxstrings.h"
 
 #include <cstdio>
 #include <cstring>
-#include <strings.h>
+#include <iterator>
 #include <string>
+#include <strings.h>
 #include <sys/stat.h>
 #include <vector>
 
@@ -30,24 +32,15 @@ bool hasWallpaperExtension(const char* name)
     return false;
 }
 
-// A directory that happens to carry an image name is no wallpaper.
-bool isRegularFile(const std::string& path)
-{
-    struct stat st;
-    return stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
-}
-
 // The user's directories before the desktop's own and then the system's,
 // so that a wallpaper a user saves under a shipped name wins.
 std::vector<std::string> wallpaperDirs()
 {
-    std::string userData = Vyx::detail::envString("XDG_DATA_HOME");
-    if (userData.empty())
-        userData = Vyx::concat(Vyx::detail::homeFromEnvironment(), "/.local/share");
+    const std::string userData = Vyx::detail::userDataHome();
     // xdgDataDirs leads with the user's directory only when it exists or
     // could be made, so it is told apart by name rather than by place.
     std::vector<std::string> system = xdgDataDirs(nullptr);
-    if (!system.empty() && system.front() == userData)
+    if (!system.empty() && !userData.empty() && system.front() == userData)
         system.erase(system.begin());
 
     std::vector<std::string> dirs;
@@ -55,8 +48,7 @@ std::vector<std::string> wallpaperDirs()
         if (Vyx::startsWith(base, "/"))  // no home: nothing to search at the root
             dirs.push_back(Vyx::concat(base, sub));
     };
-    if (userData != "/.local/share")
-        add(userData, "/wallpapers");
+    add(userData, "/wallpapers");
     add(GetVyxDir(VyxHomeDir), "/wallpapers");
     add(GetVyxDir(WmDataDir), "/wallpapers");
     add(GetVyxDir(ImagesDir), "");
@@ -74,22 +66,20 @@ std::string FindWallPaperByName(const char* name)
     if (!name || !*name)
         return std::string();
     if (name[0] == '/') {
-        if (isRegularFile(name))
+        if (Vyx::detail::isRegularFile(name))
             return name;
     } else {
         const bool withExtension = hasWallpaperExtension(name);
         for (const std::string& dir : wallpaperDirs()) {
             const std::string base = Vyx::concat(dir, '/', name);
             if (withExtension) {
-                if (isRegularFile(base))
+                if (Vyx::detail::isRegularFile(base))
                     return base;
                 continue;
             }
-            for (const char* extension : kExtensions) {
-                std::string path = Vyx::concat(base, extension);
-                if (isRegularFile(path))
-                    return path;
-            }
+            std::string path = Vyx::detail::firstRegularFile(base, kExtensions, std::size(kExtensions));
+            if (!path.empty())
+                return path;
         }
     }
     std::fprintf(stderr, "vyxcore: wallpaper '%s' not found\n", name);

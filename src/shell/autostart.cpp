@@ -28,7 +28,7 @@ AutostartName autostartName(const std::string& name)
 {
     if (name.find('/') == std::string::npos)
         return {Vyx::endsWith(name, ".desktop") ? name : name + ".desktop", true};
-    const std::string last = name.substr(name.rfind('/') + 1);
+    const std::string last = Vyx::fileName(name);
     if (Vyx::endsWith(name, ".desktop"))
         return {last, true};
     return {Vyx::completeBaseName(last), false};
@@ -57,7 +57,7 @@ Decision decide(const AutostartName& program)
             return {true, candidate};
         VyxDesktopEntry entry(candidate);
         VyxDesktopEntry::DisplayableCode code = VyxDesktopEntry::Displayable;
-        const bool usable = entry.load() && entry.isValid() && entry.isSuitable();
+        const bool usable = entry.isLoaded() && entry.isValid() && entry.isSuitable();
         // NoDisplay hides an entry from menus, not from the session's start.
         if (usable && (entry.isDisplayable(&code) || code == VyxDesktopEntry::DisplayableNoDisplay))
             return {true, candidate};
@@ -69,19 +69,16 @@ Decision decide(const AutostartName& program)
     return decision;
 }
 
-// The directory switches are written to. The first existing autostart
-// directory is the user's one as soon as it exists; when even the user's
-// configuration directory is missing it would be a system directory, which
-// is never written: the user's directory is made instead.
+// The directory switches are written to: the user's own, made when missing.
+// autostartDir() is the first existing autostart directory, which is a
+// system one when even the user's configuration directory is missing, and a
+// system directory is never written.
 std::string userAutostartDir()
 {
-    const std::string dir = autostartDir();
     const std::string config = Vyx::detail::userConfigHome();
     if (config.empty())
         return std::string();
     const std::string mine = config + "/autostart";
-    if (dir == mine)
-        return dir;
     return Vyx::detail::makePrivateDirectories(mine) ? mine : std::string();
 }
 
@@ -108,10 +105,9 @@ std::string sourceOf(const char* name, const AutostartName& program)
 
 bool enable(const char* name, const AutostartName& program, const std::string& userFile, const char* command)
 {
-    const std::string source = sourceOf(name, program);
     if (fileExists(userFile, false)) {
         VyxDesktopEntry user(userFile);
-        if (!user.load())
+        if (!user.isLoaded())
             return false;
         unlink(userFile.c_str());
         if (command)
@@ -130,19 +126,18 @@ bool enable(const char* name, const AutostartName& program, const std::string& u
         // Enabled by a system file: the user's override stays deleted when
         // it says nothing else.
         VyxDesktopEntry deciding(now.path);
-        deciding.load();
         if (!user.identicalTo(deciding)) {
             user.setHidden(false);
             user.save(kSaveEmpty);
         }
         return true;
     }
+    const std::string source = sourceOf(name, program);
     if (source.empty())
         return false;
     const bool copied = vyxCopyFile(source.c_str(), userFile.c_str());
     if (command) {
         VyxDesktopEntry copy(userFile);
-        copy.load();
         copy.setExec(command);
         copy.save(kSaveEmpty);
     }
@@ -161,7 +156,7 @@ bool disable(const AutostartName& program, const Decision& before, const std::st
             result = unlink(userFile.c_str()) != 0;
         } else {
             VyxDesktopEntry user(userFile);
-            if (user.load()) {
+            if (user.isLoaded()) {
                 if (command)
                     user.setExec(command);
                 user.setHidden(true);
@@ -178,7 +173,7 @@ bool disable(const AutostartName& program, const Decision& before, const std::st
     if (!now.path.empty() && now.path != userFile)
         vyxCopyFile(now.path.c_str(), userFile.c_str());
     VyxDesktopEntry user(userFile);
-    if (!user.load()) {
+    if (!user.isLoaded()) {
         user.setType("Application");
         user.setName("Fake item");
         user.setLocalName("Служебный");

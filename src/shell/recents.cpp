@@ -20,11 +20,12 @@ const size_t kMostItems = 10;
 // directory shows its own ".directory" name and icon when it has them.
 VyxDesktopEntry itemFor(const std::string& path, const std::string& itemFile, bool isDirectory, const char* icon)
 {
-    VyxDesktopEntry item(itemFile);
+    VyxDesktopEntry item;
+    item.setFilePath(itemFile);
     std::string name = Vyx::lastSection(path, '/'), localName = name, iconName = icon ? icon : "";
     if (isDirectory) {
-        VyxDesktopEntry directory(path + "/.directory");
-        if (fileExists(path + "/.directory", false) && directory.load()) {
+        const VyxDesktopEntry directory(path + "/.directory");
+        if (directory.isLoaded()) {
             if (!directory.localIconOrFallback().empty())
                 iconName = directory.localIconOrFallback();
             name = directory.name();
@@ -61,7 +62,7 @@ Room makeRoom(const std::string& folder, const VyxDesktopEntry* recorded)
         const std::string file = folder + "/" + entry->d_name;
         if (recorded && Vyx::endsWith(file, ".desktop")) {
             VyxDesktopEntry item(file);
-            if (item.load() && item.exec() == recorded->exec()) {
+            if (item.isLoaded() && item.exec() == recorded->exec()) {
                 closedir(dir);
                 return unlink(file.c_str()) == 0 ? Room::Replaced : Room::Failed;
             }
@@ -115,9 +116,9 @@ int putEntryToRecentsMenu(const char* path, const char* icon, Display* display,
         // Written afresh below, which makes it the newest.
         unlink(itemFile.c_str());
     } else {
-        VyxDesktopEntry entry(recorded);
+        // Only a desktop file is read: the path may be any file at all.
+        const VyxDesktopEntry entry(isEntry ? recorded : std::string());
         if (isEntry) {
-            entry.load();
             if (progsOnly && entry.type() != "Application")
                 return 0;
         }

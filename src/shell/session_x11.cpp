@@ -1,6 +1,7 @@
 #include "vyxsession.h"
 
 #include "core/environment_p.h"
+#include "display/xerrortrap_p.h"
 #include "shell/session_p.h"
 #include "vyxstrings.h"
 
@@ -9,21 +10,9 @@
 
 #include <cstdio>
 #include <cstring>
-#include <mutex>
 #include <string>
 
 namespace {
-
-// Xlib's error handler is process-wide: swapping it must not race with
-// another thread doing the same.
-std::mutex g_errorHandlerMutex;
-bool g_xError = false;
-
-int recordError(Display*, XErrorEvent*)
-{
-    g_xError = true;
-    return 0;
-}
 
 // One property read, with the server's buffer freed.
 struct Property {
@@ -44,21 +33,14 @@ bool readProperty(Display* display, Window window, const char* name, long length
     if (property == None)
         return false;
 
-    std::lock_guard<std::mutex> lock(g_errorHandlerMutex);
-    XSync(display, False);
-    g_xError = false;
-    XErrorHandler previous = XSetErrorHandler(recordError);
-
+    Vyx::detail::XErrorTrap trap(display);
     Atom type = None;
     int format = 0;
     unsigned long items = 0, after = 0;
     unsigned char* data = nullptr;
     int status = XGetWindowProperty(display, window, property, 0, length, False, requiredType, &type, &format,
                                     &items, &after, &data);
-    XSync(display, False);
-    XSetErrorHandler(previous);
-
-    bool ok = status == Success && !g_xError;
+    bool ok = status == Success && !trap.errorOccurred();
     if (ok) {
         out->type = type;
         out->format = format;

@@ -21,12 +21,6 @@ constexpr const char kDirectoryFile[] = "/.directory";
 
 const auto kFilesOnly = Vyx::tagged_bool<FilesOnly_tag>(true);
 
-std::string fileName(const std::string& path)
-{
-    std::string::size_type slash = path.rfind('/');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
-}
-
 bool isInside(const std::string& path, const std::vector<std::string>& dirs)
 {
     return std::any_of(dirs.begin(), dirs.end(), [&](const std::string& dir) {
@@ -83,7 +77,7 @@ std::string desktopFileId(const std::string& path, const std::vector<std::string
         if (isInside(path, {dir}) && (!base || dir.size() > base->size()))
             base = &dir;
     }
-    std::string id = base ? path.substr(base->size() + 1) : fileName(path);
+    std::string id = base ? path.substr(base->size() + 1) : Vyx::fileName(path);
     std::replace(id.begin(), id.end(), '/', '-');
     return id;
 }
@@ -120,7 +114,7 @@ private:
             GetFileList(&files, dir.c_str(), 0, "*.desktop", kFilesOnly);
             std::sort(files.begin(), files.end());
             for (const std::string& file : files) {
-                if (!taken.insert(fileName(file)).second)
+                if (!taken.insert(Vyx::fileName(file)).second)
                     continue;
                 VyxDesktopEntry entry(file);
                 if (isMenuItem(entry))
@@ -140,7 +134,7 @@ private:
                 description.resize(description.size() - std::strlen(kDirectoryFile));
                 if (description.size() <= dir.size())
                     continue;  // the folder's own
-                std::string name = fileName(description);
+                std::string name = Vyx::fileName(description);
                 std::vector<std::string>& subLayers = subfolders[name];
                 if (subLayers.empty())
                     names.push_back(name);
@@ -178,7 +172,7 @@ private:
             if (isInside(path, m_layers))
                 continue;
             MenuFolderDsc folder;
-            folder.name = fileName(path);
+            folder.name = Vyx::fileName(path);
             // The first folder of a name, the user's before the system's, wins.
             if (folder.name.empty() || !m_topLevelNames.insert(folder.name).second)
                 continue;
@@ -292,7 +286,7 @@ bool arrange(MenuFolderDsc& folder, bool keepEmpty)
     });
     std::vector<std::pair<std::string, VyxDesktopEntry*>> apps;
     for (VyxDesktopEntry& entry : folder.applications)
-        apps.emplace_back(fileName(entry.filePath()), &entry);
+        apps.emplace_back(Vyx::fileName(entry.filePath()), &entry);
     std::stable_sort(apps.begin(), apps.end(), [&](const auto& a, const auto& b) {
         size_t ra = rank(order, a.first, ".desktop"), rb = rank(order, b.first, ".desktop");
         if (ra != rb)

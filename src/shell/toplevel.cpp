@@ -2,8 +2,9 @@
 // name, and the organisation that ships the desktop.
 
 #include "vyxsession.h"
+#include "vyxstrings.h"
 
-#include "shell/xerrortrap_p.h"
+#include "display/xerrortrap_p.h"
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -40,11 +41,6 @@ bool wmNameIs(Display* display, Window window, const char* name)
     return equal;
 }
 
-bool startsWith(const char* text, const char* prefix)
-{
-    return std::strncmp(text, prefix, std::strlen(prefix)) == 0;
-}
-
 bool classHintStartsWith(Display* display, Window window, const char* name)
 {
     XClassHint hint = {nullptr, nullptr};
@@ -52,8 +48,8 @@ bool classHintStartsWith(Display* display, Window window, const char* name)
         return false;
     // Each half requires the OTHER field, as it always has; a missing field
     // of its own is a mismatch here rather than a crash.
-    bool match = (hint.res_class && hint.res_name && startsWith(hint.res_name, name)) ||
-                 (hint.res_name && hint.res_class && startsWith(hint.res_class, name));
+    bool match = (hint.res_class && hint.res_name && Vyx::startsWith(hint.res_name, name)) ||
+                 (hint.res_name && hint.res_class && Vyx::startsWith(hint.res_class, name));
     XFree(hint.res_name);
     XFree(hint.res_class);
     return match;

@@ -2,6 +2,7 @@
 
 #include "vyxtrash.h"
 
+#include "core/atomicfile_p.h"
 #include "core/makedirs_p.h"
 #include "shell/trash_p.h"
 #include "shell/trashrecord_p.h"
@@ -54,22 +55,6 @@ bool ensureTrashDir(const std::string& path)
     return makePrivateDirectories(path);
 }
 
-bool writeWhole(int fd, const std::string& text)
-{
-    const char* p = text.data();
-    size_t left = text.size();
-    while (left > 0) {
-        ssize_t n = write(fd, p, left);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0)
-            return false;
-        p += n;
-        left -= static_cast<size_t>(n);
-    }
-    return true;
-}
-
 }  // namespace Vyx::detail
 
 using Vyx::detail::TrashDirs;
@@ -89,12 +74,6 @@ std::string currentDir()
 {
     char buffer[4096];
     return getcwd(buffer, sizeof buffer) ? std::string(buffer) : std::string();
-}
-
-std::string lastComponent(const std::string& path)
-{
-    std::string::size_type slash = path.rfind('/');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
 // rename that never replaces what is at to: an object already there (a
@@ -150,7 +129,7 @@ std::string createRecord(const TrashDirs& dirs, const std::string& name, const s
             std::fprintf(stderr, "vyxcore: can't create trashinfo file: %s\n", record.c_str());
             return std::string();
         }
-        bool written = Vyx::detail::writeWhole(fd, text);
+        bool written = Vyx::detail::writeAll(fd, text);
         if (close(fd) != 0)
             written = false;
         if (!written) {
@@ -196,7 +175,7 @@ std::string trashNameOf(const TrashDirs& dirs, const std::string& path)
     if (path[0] != '/')
         return path;
     if (Vyx::startsWith(path, dirs.files + "/"))
-        return lastComponent(path);
+        return Vyx::fileName(path);
     return VyxTrash::getFileNameInTrash(path.c_str());
 }
 
@@ -297,7 +276,7 @@ bool VyxTrash::unregisterFile(const char* path)
     if (!copy.empty() && copy.back() == '/')
         copy.pop_back();
     std::lock_guard<std::mutex> lock(Vyx::detail::trashMutex());
-    return delPath(lastComponent(copy).c_str());
+    return delPath(Vyx::fileName(copy).c_str());
 }
 
 bool VyxTrash::isFileInTrash(const char* path)
@@ -465,7 +444,7 @@ bool VyxTrash::restoreFromTrash(const char* path)
     // A later directory trashed under the same name within the same second
     // would otherwise be taken for this one by size().
     if (isDirectory && hasSizeCache())
-        unregisterDirSize(lastComponent(source).c_str());
+        unregisterDirSize(Vyx::fileName(source).c_str());
     return true;
 }
 

@@ -36,10 +36,6 @@ std::mutex& trashMutex();
 // finds most trash directories already there.
 bool ensureTrashDir(const std::string& path);
 
-// Writes all of text to fd, going on after short writes and EINTR; false
-// on the first error (ENOSPC on a full disk).
-bool writeWhole(int fd, const std::string& text);
-
 }  // namespace Vyx::detail
 
 #endif

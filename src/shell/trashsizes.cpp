@@ -3,6 +3,7 @@
 
 #include "vyxtrash.h"
 
+#include "core/atomicfile_p.h"
 #include "core/textlines_p.h"
 #include "shell/trash_p.h"
 #include "shell/trashsizes_p.h"
@@ -168,7 +169,7 @@ void VyxTrash::registerDirSizeHelper(const char* name, int64_t size)
     }
     if (size >= 0)
         content += Vyx::concat(size, ' ', recordTime(dirs, name), suffix, '\n');
-    if (Vyx::detail::writeWhole(fd, content)) {
+    if (Vyx::detail::writeAll(fd, content)) {
         std::string self = Vyx::concat("/proc/self/fd/", fd);
         for (int number = 0; number <= 18; ++number) {
             std::string linked = Vyx::concat(cachePath, number);

@@ -6,6 +6,7 @@
 #include "core/environment_p.h"
 #include "shell/channels_p.h"
 #include "vyxdirs.h"
+#include "vyxfileutils.h"
 #include "vyxsystem.h"
 
 #include <X11/Xlib.h>
@@ -27,12 +28,6 @@ namespace {
 const char kFifoPrefix[] = "vyx-wm-";
 const char kRuntimeRoot[] = "/var/run/user";
 const char kPrivateRuntimeRoot[] = "/var/run/user/private";
-
-bool exists(const std::string& path)
-{
-    struct stat st;
-    return stat(path.c_str(), &st) == 0;
-}
 
 std::string defaultFifoPath(const std::string& displayName)
 {
@@ -121,7 +116,7 @@ std::pair<std::string, bool> FindVyxWMFIFOPath(Display* display)
     const std::string displayName = Vyx::detail::channelDisplayName(display);
     const std::string name = kFifoPrefix + displayName;
     std::string candidate = defaultFifoPath(displayName);
-    if (exists(candidate))
+    if (fileExists(candidate, false))
         return {candidate, true};
     if (getuid() != 0 && !administrator())
         return {candidate, false};
@@ -131,7 +126,7 @@ std::pair<std::string, bool> FindVyxWMFIFOPath(Display* display)
     const std::string root = kRuntimeRoot;
     auto tryCandidate = [&](const std::string& dir) {
         candidate = dir + "/" + name;
-        return exists(candidate);
+        return fileExists(candidate, false);
     };
     if (forEachEntry(root, [&](const char* entry) { return tryCandidate(root + "/" + entry); }))
         return {candidate, true};

@@ -5,6 +5,7 @@
 
 #include "core/textlines_p.h"
 #include "vyxdesktopentry.h"
+#include "vyxstrings.h"
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
 #include "vyxsession.h"
@@ -52,14 +53,6 @@ Catalogue& catalogue()
     return *instance;
 }
 
-// "de_DE" for ".../de_DE.UTF-8.msg": the file name up to its first '.'.
-std::string localeOfFile(const std::string& path)
-{
-    std::string::size_type slash = path.rfind('/');
-    std::string name = slash == std::string::npos ? path : path.substr(slash + 1);
-    return name.substr(0, name.find('.'));
-}
-
 bool isBlank(char c)
 {
     return c == ' ' || c == '\t';
@@ -74,7 +67,7 @@ void load(Catalogue& catalogue)
     const std::string dir = GetVyxDir(WmDataDir);
     std::string file = dir + "/" + locale + ".msg";
     if (fileExists(file, false)) {
-        catalogue.locale = localeOfFile(file);
+        catalogue.locale = Vyx::baseName(file);
     } else {
         // No catalogue for the exact locale: any territory of a preferred
         // language will do ("de_AT" for a German user).
@@ -83,7 +76,7 @@ void load(Catalogue& catalogue)
             const std::string pattern = language + "_*.msg";
             if (GetFileList(&files, dir.c_str(), 0, pattern.c_str(), Vyx::tagged_bool<FilesOnly_tag>(true))) {
                 file = files.front();
-                catalogue.locale = localeOfFile(file);
+                catalogue.locale = Vyx::baseName(file);
                 break;
             }
         }

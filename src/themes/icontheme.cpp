@@ -55,6 +55,13 @@ std::string themeSettingsFile()
     return file.empty() ? file : file + vyxSessionConfigSuffix(whatVyxSession());
 }
 
+std::string themeSetting(const char* key)
+{
+    const std::string file = themeSettingsFile();
+    IniDocument ini;
+    return !file.empty() && ini.loadFile(file) ? ini.text("Variables", key) : std::string();
+}
+
 }  // namespace Vyx::detail
 
 namespace {
@@ -431,16 +438,8 @@ std::string VyxIconTheme::findThemePath(const std::string& themeName)
 
 std::string VyxIconTheme::getCurrentThemeName()
 {
-    std::string file = themeSettingsFile();
-    if (!file.empty()) {
-        IniDocument ini;
-        if (ini.loadFile(file)) {
-            std::string name = ini.text("Variables", "IconTheme");
-            if (!name.empty())
-                return name;
-        }
-    }
-    return "vyx-orvel";
+    std::string name = Vyx::detail::themeSetting("IconTheme");
+    return name.empty() ? "vyx-orvel" : name;
 }
 
 std::string VyxIconTheme::getCurrentTrayThemeName(const std::string& colorHint)

@@ -36,6 +36,9 @@ std::string settingsFile(const char* name);
 // with the session's configuration suffix, so that each kind of session
 // keeps its own choice. Empty when there is no settings directory.
 std::string themeSettingsFile();
+// The value of key in group "Variables" of themeSettingsFile(); empty when
+// the file or the key is missing.
+std::string themeSetting(const char* key);
 
 // The image extensions an icon name may carry, in the order they are
 // recognised.

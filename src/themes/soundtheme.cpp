@@ -1,6 +1,7 @@
 #include "themes/soundtheme_p.h"
 
 #include "core/ini_p.h"
+#include "core/pathprobe_p.h"
 #include "themes/icontheme_p.h"
 #include "vyxdesktopentry.h"
 #include "vyxdirs.h"
@@ -10,6 +11,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <sys/stat.h>
 
 namespace {
@@ -30,21 +32,10 @@ bool isPlainName(const std::string& name)
     return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
 }
 
-bool isRegularFile(const std::string& path)
-{
-    struct stat st;
-    return stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
-}
-
 // The first existing dir + "/" + name + extension.
 std::string probeExtensions(const std::string& dir, const std::string& name)
 {
-    for (const char* extension : kExtensions) {
-        std::string file = Vyx::concat(dir, '/', name, extension);
-        if (isRegularFile(file))
-            return file;
-    }
-    return std::string();
+    return Vyx::detail::firstRegularFile(Vyx::concat(dir, '/', name), kExtensions, std::size(kExtensions));
 }
 
 std::string themeDirIn(const std::vector<std::string>& baseDirs, const std::string& themeName)
@@ -223,12 +214,6 @@ std::string VyxSoundTheme::findThemePath(const std::string& themeName)
 
 std::string VyxSoundTheme::getCurrentThemeName()
 {
-    std::string file = Vyx::detail::themeSettingsFile();
-    Vyx::detail::IniDocument ini;
-    if (!file.empty() && ini.loadFile(file)) {
-        std::string name = ini.text("Variables", "SoundTheme");
-        if (!name.empty())
-            return name;
-    }
-    return kFallbackTheme;
+    std::string name = Vyx::detail::themeSetting("SoundTheme");
+    return name.empty() ? kFallbackTheme : name;
 }

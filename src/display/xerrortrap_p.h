@@ -12,11 +12,15 @@
 namespace Vyx::detail {
 
 // While it lives, X errors only make the failing request fail. The handler is
-// process-wide, so traps on any display are serialised.
+// process-wide, so traps on any display are serialised: every swap of the
+// handler in the library goes through here.
 class XErrorTrap {
 public:
     explicit XErrorTrap(Display* display);
     ~XErrorTrap();
+    // Whether a request made since the trap was set failed; waits for the
+    // server's answers first.
+    bool errorOccurred() const;
     XErrorTrap(const XErrorTrap&) = delete;
     XErrorTrap& operator=(const XErrorTrap&) = delete;
 

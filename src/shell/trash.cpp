@@ -197,31 +197,33 @@ std::string readRecordLine(const char* name, bool originalPath)
 
 }  // namespace
 
-std::string VyxTrash::getTopDirPath()
+namespace {
+
+// One of the trash's directories, made when missing; empty without a trash.
+std::string madeTrashDir(std::string TrashDirs::*which)
 {
     TrashDirs dirs = TrashDirs::current();
     if (!dirs.valid())
         return std::string();
-    Vyx::detail::ensureTrashDir(dirs.top);
-    return dirs.top;
+    Vyx::detail::ensureTrashDir(dirs.*which);
+    return dirs.*which;
+}
+
+}  // namespace
+
+std::string VyxTrash::getTopDirPath()
+{
+    return madeTrashDir(&TrashDirs::top);
 }
 
 std::string VyxTrash::getFileDirPath()
 {
-    TrashDirs dirs = TrashDirs::current();
-    if (!dirs.valid())
-        return std::string();
-    Vyx::detail::ensureTrashDir(dirs.files);
-    return dirs.files;
+    return madeTrashDir(&TrashDirs::files);
 }
 
 std::string VyxTrash::getInfoDirPath()
 {
-    TrashDirs dirs = TrashDirs::current();
-    if (!dirs.valid())
-        return std::string();
-    Vyx::detail::ensureTrashDir(dirs.info);
-    return dirs.info;
+    return madeTrashDir(&TrashDirs::info);
 }
 
 bool VyxTrash::isEmpty()

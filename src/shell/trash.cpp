@@ -450,24 +450,30 @@ bool VyxTrash::restoreFromTrash(const char* path)
     return true;
 }
 
-bool VyxTrash::cleanRegistry()
+namespace {
+
+// Removes everything inside dir (one of the trash's directories, empty when
+// there is no trash), under the trash's lock.
+bool emptyTrashDir(const std::string& dir, bool keepDotDirectory)
 {
-    std::string info = getInfoDirPath();
-    if (info.empty())
+    if (dir.empty())
         return false;
     std::lock_guard<std::mutex> lock(Vyx::detail::trashMutex());
-    return rmdirRecursive(info.c_str(), Vyx::tagged_bool<InsideOnly_tag>(true),
-                          Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false));
+    return rmdirRecursive(dir.c_str(), Vyx::tagged_bool<InsideOnly_tag>(true),
+                          Vyx::tagged_bool<KeepDotDirectoryFile_tag>(keepDotDirectory));
+}
+
+}  // namespace
+
+bool VyxTrash::cleanRegistry()
+{
+    return emptyTrashDir(getInfoDirPath(), false);
 }
 
 bool VyxTrash::cleanFiles()
 {
-    std::string files = getFileDirPath();
-    if (files.empty())
-        return false;
-    std::lock_guard<std::mutex> lock(Vyx::detail::trashMutex());
-    return rmdirRecursive(files.c_str(), Vyx::tagged_bool<InsideOnly_tag>(true),
-                          Vyx::tagged_bool<KeepDotDirectoryFile_tag>(true));
+    // The files directory's own ".directory" (its name and icon) stays.
+    return emptyTrashDir(getFileDirPath(), true);
 }
 
 bool VyxTrash::cleanAll()

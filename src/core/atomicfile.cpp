@@ -87,4 +87,21 @@ bool writeFileAtomically(const std::string& path, const std::string& content, bo
     return ok;
 }
 
+bool replacePrivateFile(const std::string& path, const std::string& content)
+{
+    if (path.empty())
+        return false;
+    std::string temp = path + ".XXXXXX";
+    int fd = mkostemp(&temp[0], O_CLOEXEC);
+    if (fd < 0)
+        return false;
+    bool ok = writeAll(fd, content);
+    ok = close(fd) == 0 && ok;
+    if (ok)
+        ok = rename(temp.c_str(), path.c_str()) == 0;
+    if (!ok)
+        unlink(temp.c_str());
+    return ok;
+}
+
 }  // namespace Vyx::detail

@@ -344,6 +344,16 @@ TEST(DefaultAppsCache, PlaceOfTheFile)
         EXPECT_EQ(file.st_mode & 07777, 0600u);
     }));
     EXPECT_EQ(vyxtest::readFile(world.path("tmp/.vyx-mime-desktop.tbl")), "");
+
+    // A cache directory that others could write into is neither read nor
+    // written, although the file in it is still intact.
+    chmod((world.home() + "/.cache/vyx").c_str(), 0777);
+    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst), Strings{world.path("usr/share/applications/editor.desktop")});
+        VyxMimeCacheUse use = GetMimeCacheUse();
+        EXPECT_FALSE(use.read || use.written);
+        EXPECT_EQ(use.ignored, "in a directory others can write");
+    }));
 }
 
 // Another user plants a cache in a directory anyone can write and points the

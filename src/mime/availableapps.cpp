@@ -152,7 +152,6 @@ void scanDesktopFiles(const std::string& dir, AvailableMap& map)
     }
 }
 
-
 constexpr off_t kMaxCacheFileSize = 256 << 20;
 
 // The whole of the cache file at path when it may be believed: opened

@@ -28,9 +28,13 @@ uint32_t AvailableMap::internPath(const std::string& path)
 
 void AvailableMap::add(const std::string& type, uint32_t pathIndex)
 {
-    auto [typeIt, newType] = m_typeIndex.emplace(type, static_cast<uint32_t>(m_byType.size()));
-    if (newType)
+    // Looked up before inserting: most types are met again and again, and
+    // emplace would build (and throw away) a node each time.
+    auto typeIt = m_typeIndex.find(type);
+    if (typeIt == m_typeIndex.end()) {
+        typeIt = m_typeIndex.emplace(type, static_cast<uint32_t>(m_byType.size())).first;
         m_byType.emplace_back();
+    }
     uint64_t pair = static_cast<uint64_t>(typeIt->second) << 32 | pathIndex;
     if (m_pairs.insert(pair).second)
         m_byType[typeIt->second].push_back(pathIndex);

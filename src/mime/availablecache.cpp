@@ -3,6 +3,7 @@
 
 #include "mime/mimecache_p.h"
 
+#include <cstring>
 #include <sys/stat.h>
 
 namespace Vyx::detail {
@@ -124,25 +125,30 @@ CacheVerdict readCacheText(const std::string& text, const std::string& sources, 
     const size_t bodyEnd = text.size() - endLength;
 
     // "path=type;type": lines without "=" are skipped, the types split at
-    // "," and ";".
-    for (size_t start = body; start < bodyEnd;) {
-        size_t end = text.find('\n', start);
-        if (end == std::string::npos || end > bodyEnd)
-            end = bodyEnd;
-        size_t eq = text.find_first_of("=\n", start);
-        if (eq < end && text[eq] == '=') {
-            uint32_t path = map->internPath(text.substr(start, eq - start));
-            size_t item = eq + 1;
-            while (item <= end) {
-                size_t stop = text.find_first_of(",;\n", item);
-                if (stop == std::string::npos || stop > end)
-                    stop = end;
-                if (stop > item)
-                    map->add(text.substr(item, stop - item), path);
-                item = stop + 1;
+    // "," and ";". Scanned byte by byte: this runs once per process start
+    // over the whole file.
+    const char* p = text.data() + body;
+    const char* const stop = text.data() + bodyEnd;
+    std::string type;
+    while (p < stop) {
+        const char* lineEnd = static_cast<const char*>(std::memchr(p, '\n', size_t(stop - p)));
+        if (!lineEnd)
+            lineEnd = stop;
+        const char* eq = static_cast<const char*>(std::memchr(p, '=', size_t(lineEnd - p)));
+        if (eq) {
+            uint32_t path = map->internPath(std::string(p, eq));
+            for (const char* item = eq + 1; item <= lineEnd;) {
+                const char* q = item;
+                while (q < lineEnd && *q != ',' && *q != ';')
+                    ++q;
+                if (q > item) {
+                    type.assign(item, q);
+                    map->add(type, path);
+                }
+                item = q + 1;
             }
         }
-        start = end + 1;
+        p = lineEnd + 1;
     }
     return CacheVerdict::Believed;
 }

@@ -12,24 +12,29 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     if (size == 0)
         return 0;
     std::string text(reinterpret_cast<const char*>(data), size);
+    Vyx::detail::AppDirSource dir;
+    dir.dir = "/a\n[Applications]\\";
+    dir.kind = Vyx::detail::AppDirSource::MimeinfoCache;
+    const std::string sources = Vyx::detail::sourcesSection({dir});
+    // As it comes, and behind the expected first section, so that the
+    // application lines are reached whatever the input.
+    Vyx::detail::AvailableMap map;
+    Vyx::detail::readCacheText(text, sources, &map);
+    Vyx::detail::AvailableMap lines;
+    Vyx::detail::readCacheText(sources + "[Applications]\n" + text + "\n[End]\n", sources, &lines);
+
+    // What the map writes, it reads back to the same text.
+    std::string written = Vyx::detail::cacheFileText(sources, lines);
+    Vyx::detail::AvailableMap reread;
+    if (Vyx::detail::readCacheText(written, sources, &reread) != Vyx::detail::CacheVerdict::Believed ||
+        Vyx::detail::cacheFileText(sources, reread) != written)
+        abort();
+
     FILE* file = fmemopen(&text[0], text.size(), "r");
     if (!file)
         return 0;
-    Vyx::detail::AvailableMap map;
-    Vyx::detail::readCacheFile(file, &map);
-    std::string written = map.toCacheText();
-    std::rewind(file);
     Vyx::detail::AliasTable aliases = Vyx::detail::readAliases(file);
     std::fclose(file);
     (void)aliases;
-    // What the map writes, it reads back to the same text.
-    if (!written.empty()) {
-        FILE* again = fmemopen(&written[0], written.size(), "r");
-        Vyx::detail::AvailableMap reread;
-        Vyx::detail::readCacheFile(again, &reread);
-        std::fclose(again);
-        if (reread.toCacheText() != written)
-            abort();
-    }
     return 0;
 }

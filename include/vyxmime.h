@@ -25,6 +25,17 @@ VYX_EXPORT std::vector<std::string> GetDesktopEntryPathForMime(const char* mime,
 VYX_EXPORT std::vector<VyxDesktopEntry> GetDesktopEntryForMime(const char* mime,
                                                                Vyx::tagged_bool<AllDesktopEntries_tag> all);
 
+// What the lookups above did with the user's cache file of installed
+// applications when they last loaded their map in this process.
+struct VyxMimeCacheUse {
+    std::string path;      // the file; empty when the user has no private place for one
+    bool read = false;     // the map was read from it
+    bool written = false;  // the map was built from the application directories and saved in it
+    std::string ignored;   // why a file that was there was not believed; empty when it was, or was missing
+};
+// Loads the map first when it is not current; never fails.
+VYX_EXPORT VyxMimeCacheUse GetMimeCacheUse();
+
 // The existing mimeapps.list files, highest priority first (computed once).
 VYX_EXPORT std::vector<std::string> GetMimeappsLists();
 // The user's general mimeapps.list (which need not exist yet); empty

@@ -69,6 +69,28 @@ std::string assignedSource(const std::string& type, const std::string& id)
     return "(unknown)";
 }
 
+// What the installed-applications lookups made of the user's cache file.
+std::string cacheUseText(const VyxMimeCacheUse& use)
+{
+    if (use.path.empty())
+        return "none: no private directory for one";
+    std::string text = use.path + (use.read ? " (read)" : use.written ? " (rebuilt and written)" : " (rebuilt, not written)");
+    if (!use.ignored.empty())
+        text += "; the file there was ignored: " + use.ignored;
+    return text;
+}
+
+std::string cacheUseJson(const VyxMimeCacheUse& use)
+{
+    JsonObject object;
+    object.addString("path", use.path).addBool("read", use.read).addBool("written", use.written);
+    if (use.ignored.empty())
+        object.add("ignored", "null");
+    else
+        object.addString("ignored", use.ignored);
+    return object.str();
+}
+
 }  // namespace
 
 int runApps(const CommonOptions& options)
@@ -119,8 +141,12 @@ int runDefault(const CommonOptions& options)
         else
             std::printf("%s  (from %s)\n", path.c_str(), availableSource(path).c_str());
     }
+    VyxMimeCacheUse use = GetMimeCacheUse();
     if (options.json)
-        std::printf("%s\n", JsonObject().addString("type", type).add("applications", jsonArray(json)).str().c_str());
+        std::printf("%s\n", JsonObject().addString("type", type).add("applications", jsonArray(json))
+                                .add("cache_file", cacheUseJson(use)).str().c_str());
+    else
+        std::printf("cache file: %s\n", cacheUseText(use).c_str());
     return paths.empty() ? NothingFound : Done;
 }
 
@@ -158,7 +184,8 @@ int runMimeapps(const CommonOptions& options)
     std::string writable = GetWritableMimeappsList(), desktop = GetWritableDesktopMimeappsList();
     if (options.json) {
         std::printf("%s\n", JsonObject().add("lists", jsonStringArray(lists)).addString("writable", writable)
-                                .addString("writable_desktop", desktop).str().c_str());
+                                .addString("writable_desktop", desktop).add("cache_file", cacheUseJson(GetMimeCacheUse()))
+                                .str().c_str());
         return Done;
     }
     std::printf("mimeapps.list files, highest priority first:\n");
@@ -167,7 +194,8 @@ int runMimeapps(const CommonOptions& options)
     if (lists.empty())
         std::printf("  (none)\n");
     printRows({{"Writable", writable.empty() ? "(none)" : writable},
-               {"Writable for this desktop", desktop.empty() ? "(none)" : desktop}});
+               {"Writable for this desktop", desktop.empty() ? "(none)" : desktop},
+               {"Installed applications cache", cacheUseText(GetMimeCacheUse())}});
     return Done;
 }
 

@@ -35,6 +35,18 @@ std::string realTarget(const std::string& path)
 
 std::atomic<unsigned> g_counter{0};
 
+// Closes the temporary file fd and, when it was written whole (ok), puts it
+// in place of target; otherwise removes it, so the old file stays.
+bool closeAndRename(int fd, bool ok, const std::string& temp, const std::string& target)
+{
+    ok = close(fd) == 0 && ok;
+    if (ok)
+        ok = rename(temp.c_str(), target.c_str()) == 0;
+    if (!ok)
+        unlink(temp.c_str());
+    return ok;
+}
+
 }  // namespace
 
 bool writeAll(int fd, const std::string& content)
@@ -79,12 +91,18 @@ bool writeFileAtomically(const std::string& path, const std::string& content, bo
     bool ok = writeAll(fd, content) && (!durable || fsync(fd) == 0);
     if (ok && existed)
         ok = fchmod(fd, old.st_mode & 07777) == 0;
-    ok = close(fd) == 0 && ok;
-    if (ok)
-        ok = rename(temp.c_str(), target.c_str()) == 0;
-    if (!ok)
-        unlink(temp.c_str());
-    return ok;
+    return closeAndRename(fd, ok, temp, target);
+}
+
+bool replacePrivateFile(const std::string& path, const std::string& content)
+{
+    if (path.empty())
+        return false;
+    std::string temp = path + ".XXXXXX";
+    int fd = mkostemp(&temp[0], O_CLOEXEC);
+    if (fd < 0)
+        return false;
+    return closeAndRename(fd, writeAll(fd, content), temp, path);
 }
 
 }  // namespace Vyx::detail

@@ -15,6 +15,14 @@ namespace Vyx::detail {
 // lose the new content, which suits caches that are rebuilt anyway.
 bool writeFileAtomically(const std::string& path, const std::string& content, bool durable = true);
 
+// Replaces the file at path with content through a new file made beside
+// it with mkstemp (so mode 0600, owned by the caller) and renamed over it.
+// Unlike writeFileAtomically, a symbolic link at path is replaced, never
+// followed, and the old file's mode is not carried over: for files that only
+// their owner may write and read. Not forced to disk. False, and nothing
+// changed, on failure.
+bool replacePrivateFile(const std::string& path, const std::string& content);
+
 // Writes all of content to fd, going on after short writes and EINTR; false
 // on any other failure (a full disk).
 bool writeAll(int fd, const std::string& content);

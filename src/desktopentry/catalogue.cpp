@@ -1,6 +1,7 @@
 #include "desktopentry/catalogue_p.h"
 
 #include "core/environment_p.h"
+#include "core/privatefile_p.h"
 #include "vyxdesktopentry.h"
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
@@ -54,11 +55,7 @@ void build()
         std::fclose(file);
     }
 
-    std::string runtime = envString("XDG_RUNTIME_DIR");
-    std::string base = !runtime.empty() && fileExists(runtime, false) ? runtime
-                       : !GetVyxDir(TempDir).empty() && fileExists(GetVyxDir(TempDir), false) ? GetVyxDir(TempDir)
-                                                                                               : home;
-    g_cachePath = base + "/.vyx-mime-desktop.tbl";
+    g_cachePath = chooseMimeCachePath(envString("XDG_RUNTIME_DIR"), envString("XDG_CACHE_HOME"), home);
 }
 
 }  // namespace
@@ -94,6 +91,20 @@ AliasTable readAliases(FILE* file)
         longLine.clear();
     }
     return table;
+}
+
+std::string chooseMimeCachePath(const std::string& runtimeDir, const std::string& cacheHome, const std::string& home)
+{
+    // Never the shared temporary directory, nor any directory another user
+    // can write: whoever writes this file chooses the program that opens
+    // the user's files. The runtime directory only when it is really the
+    // user's own; else a directory of the user's cache made for us alone.
+    if (!runtimeDir.empty() && runtimeDir[0] == '/' && isPrivateDirectory(runtimeDir))
+        return runtimeDir + "/.vyx-mime-desktop.tbl";
+    std::string base = !cacheHome.empty() && cacheHome[0] == '/' ? cacheHome
+                       : !home.empty() && home[0] == '/'          ? home + "/.cache"
+                                                                  : std::string();
+    return base.empty() ? std::string() : base + "/vyx/.vyx-mime-desktop.tbl";
 }
 
 const AliasTable& mimeAliasTable()

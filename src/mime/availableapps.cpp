@@ -2,6 +2,8 @@
 
 #include "core/atomicfile_p.h"
 #include "core/ini_p.h"
+#include "core/makedirs_p.h"
+#include "core/privatefile_p.h"
 #include "core/textlines_p.h"
 #include "desktopentry/catalogue_p.h"
 #include "vyxfileutils.h"
@@ -10,7 +12,9 @@
 #include <algorithm>
 #include <cstring>
 #include <mutex>
+#include <cerrno>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace Vyx::detail {
 
@@ -24,9 +28,13 @@ uint32_t AvailableMap::internPath(const std::string& path)
 
 void AvailableMap::add(const std::string& type, uint32_t pathIndex)
 {
-    auto [typeIt, newType] = m_typeIndex.emplace(type, static_cast<uint32_t>(m_byType.size()));
-    if (newType)
+    // Looked up before inserting: most types are met again and again, and
+    // emplace would build (and throw away) a node each time.
+    auto typeIt = m_typeIndex.find(type);
+    if (typeIt == m_typeIndex.end()) {
+        typeIt = m_typeIndex.emplace(type, static_cast<uint32_t>(m_byType.size())).first;
         m_byType.emplace_back();
+    }
     uint64_t pair = static_cast<uint64_t>(typeIt->second) << 32 | pathIndex;
     if (m_pairs.insert(pair).second)
         m_byType[typeIt->second].push_back(pathIndex);
@@ -81,45 +89,12 @@ std::string AvailableMap::toCacheText() const
     return text;
 }
 
-void readCacheFile(FILE* file, AvailableMap* map)
-{
-    char line[8191];
-    while (std::fgets(line, sizeof line, file)) {
-        size_t length = std::strlen(line);
-        if (length && line[length - 1] == '\n')
-            line[--length] = '\0';
-        char* eq = std::strchr(line, '=');
-        if (!eq)
-            continue;
-        *eq = '\0';
-        uint32_t path = map->internPath(line);
-        // The types after "=", split at "," and ";", without a list in between.
-        std::string type;
-        for (const char* p = eq + 1;; ++p) {
-            if (*p == ',' || *p == ';' || *p == '\0') {
-                if (!type.empty())
-                    map->add(type, path);
-                type.clear();
-                if (!*p)
-                    break;
-            } else {
-                type += *p;
-            }
-        }
-    }
-}
-
 namespace {
 
 std::mutex g_availableMutex;
 AvailableMap g_available;
-
-// Seconds of the modification time; -1 when the path does not exist.
-long long modifiedAt(const std::string& path)
-{
-    struct stat st;
-    return stat(path.c_str(), &st) == 0 ? static_cast<long long>(st.st_mtime) : -1;
-}
+std::string g_availableSources;  // the sources g_available was made from; empty: not made yet
+VyxMimeCacheUse g_cacheUse;
 
 // For each type, the types the alias table links it to (its aliases, or its
 // canonical type), in table order: built once, so that registering does not
@@ -181,6 +156,94 @@ void scanDesktopFiles(const std::string& dir, AvailableMap& map)
     }
 }
 
+constexpr off_t kMaxCacheFileSize = 256 << 20;
+
+// The whole of the cache file at path when it may be believed: opened
+// without following a link, regular, the user's own and writable by no one
+// else. Otherwise false, *why saying why unless the file is simply missing.
+bool readPrivateCacheFile(const std::string& path, std::string* text, std::string* why)
+{
+    PrivateFileState state;
+    int fd = openPrivateFile(path, &state);
+    if (fd < 0) {
+        if (state != PrivateFileState::Missing)
+            *why = describe(state);
+        return false;
+    }
+    struct stat st;
+    bool ok = fstat(fd, &st) == 0 && st.st_size <= kMaxCacheFileSize;
+    if (ok) {
+        text->resize(static_cast<size_t>(st.st_size));
+        size_t got = 0;
+        while (got < text->size()) {
+            ssize_t n = read(fd, &(*text)[got], text->size() - got);
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n <= 0)
+                break;
+            got += static_cast<size_t>(n);
+        }
+        text->resize(got);
+    }
+    close(fd);
+    if (!ok)
+        *why = "too large";
+    return ok;
+}
+
+// Brings the available map up to date with the application directories: kept
+// while no directory changed, else taken from the cache file when that was
+// made for exactly these directories as they are, else rebuilt from every
+// directory and saved. Called under g_availableMutex.
+void refreshAvailable()
+{
+    std::vector<AppDirSource> sources = currentSources(GetAllAppDesktopEntrySearchPaths());
+    std::string section = sourcesSection(sources);
+    if (section == g_availableSources)
+        return;
+
+    VyxMimeCacheUse use;
+    use.path = mimeCachePath();
+    std::string dir = use.path.substr(0, use.path.rfind('/') + 1);
+    bool privateDir = false;
+    if (!use.path.empty()) {
+        // A directory someone else can write would let them swap the file.
+        struct stat st;
+        privateDir = stat(dir.c_str(), &st) != 0 || isPrivateDirectory(dir);
+        std::string text;
+        if (!privateDir) {
+            use.ignored = "in a directory others can write";
+        } else if (readPrivateCacheFile(use.path, &text, &use.ignored)) {
+            AvailableMap read;
+            CacheVerdict verdict = readCacheText(text, section, &read);
+            if (verdict == CacheVerdict::Believed) {
+                g_available = std::move(read);
+                g_availableSources = std::move(section);
+                use.read = true;
+                g_cacheUse = std::move(use);
+                return;
+            }
+            use.ignored = describe(verdict);
+        }
+    }
+
+    // Every directory, not only the changed ones: a directory left out of a
+    // rebuild would lose its applications for good, the new file being
+    // newer than it.
+    AvailableMap rebuilt;
+    for (const AppDirSource& source : sources) {
+        if (source.kind == AppDirSource::MimeinfoCache)
+            readMimeinfoCache(source.dir, rebuilt);
+        else if (source.kind == AppDirSource::DesktopFiles)
+            scanDesktopFiles(source.dir, rebuilt);
+    }
+    g_available = std::move(rebuilt);
+    if (privateDir && makePrivateDirectories(dir) && isPrivateDirectory(dir))
+        use.written = replacePrivateFile(use.path, cacheFileText(section, g_available));
+    g_availableSources = std::move(section);
+    g_cacheUse = std::move(use);
+}
+
 }  // namespace
 
 }  // namespace Vyx::detail
@@ -205,38 +268,16 @@ std::vector<std::string> GetDesktopEntryPathForMime(const char* mime, Vyx::tagge
         return {};
     FillDesktopEntriesDirArray();
     std::lock_guard<std::mutex> lock(g_availableMutex);
-
-    const std::string& cache = mimeCachePath();
-    long long cacheTime = modifiedAt(cache);  // -1: no cache file
-    AvailableMap rebuiltMap;
-    bool rebuilt = false;
-    for (const std::string& dir : GetAllAppDesktopEntrySearchPaths()) {
-        long long dirTime = modifiedAt(dir);
-        long long infoTime = modifiedAt(dir + "/mimeinfo.cache");
-        if (infoTime >= 0 && dirTime <= infoTime) {
-            if (cacheTime < 0 || cacheTime < infoTime) {
-                rebuilt = true;
-                readMimeinfoCache(dir, rebuiltMap);
-            }
-        } else if (dirTime >= 0 && (cacheTime < 0 || cacheTime < dirTime)) {
-            rebuilt = true;
-            scanDesktopFiles(dir, rebuiltMap);
-        }
-        // Otherwise the directory is older than the cache file. When another
-        // directory forces a rebuild, this one is left out of it (kept).
-    }
-    if (rebuilt) {
-        g_available = std::move(rebuiltMap);
-        // Replaced whole, so another process never reads half a file.
-        writeFileAtomically(cache, g_available.toCacheText(), false);
-    }
-    if (g_available.empty()) {
-        if (FILE* file = std::fopen(cache.c_str(), "r")) {
-            readCacheFile(file, &g_available);
-            std::fclose(file);
-        }
-    }
+    refreshAvailable();
     return g_available.pathsFor(mime, static_cast<bool>(all));
+}
+
+VyxMimeCacheUse GetMimeCacheUse()
+{
+    FillDesktopEntriesDirArray();
+    std::lock_guard<std::mutex> lock(g_availableMutex);
+    refreshAvailable();
+    return g_cacheUse;
 }
 
 std::vector<VyxDesktopEntry> GetDesktopEntryForMime(const char* mime, Vyx::tagged_bool<AllDesktopEntries_tag> all)

@@ -2,7 +2,6 @@
 #define VYXCORE_MIMECACHE_P_H
 
 #include <cstdint>
-#include <cstdio>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>
@@ -33,8 +32,38 @@ private:
     std::unordered_set<uint64_t> m_pairs;         // type number << 32 | path number
 };
 
-// Reads cache-file lines (at most 8190 characters each) into map.
-void readCacheFile(FILE* file, AvailableMap* map);
+// Where a rebuild takes one application directory's applications from, and
+// the modification time of that source when it was looked at.
+struct AppDirSource {
+    enum Kind { Nothing, MimeinfoCache, DesktopFiles };
+    std::string dir;
+    Kind kind = Nothing;
+    long long seconds = 0;
+    long nanoseconds = 0;
+};
+
+// The sources of dirs as they stand now: a directory's mimeinfo.cache when it
+// is not older than the directory (whole seconds, as the tool that writes it
+// leaves them), else its desktop files, else nothing when it is missing.
+std::vector<AppDirSource> currentSources(const std::vector<std::string>& dirs);
+
+// The cache file's first section: every application directory in order with
+// its source and time. The file is believed only for exactly these, so a
+// cache made for another directory list, or before any directory changed, is
+// never taken for this one; the section starts with a "[" line, which no
+// desktop-file line can be.
+std::string sourcesSection(const std::vector<AppDirSource>& sources);
+
+// The whole cache file: sourcesSection, "[Applications]", the map's lines
+// and a last "[End]" line, whose absence shows a file cut short.
+std::string cacheFileText(const std::string& sources, const AvailableMap& map);
+
+enum class CacheVerdict { Believed, NotACacheFile, OtherDirectories, OutOfDate, Incomplete };
+
+// Reads text, a whole cache file, into map when it was written for exactly
+// the sources given; otherwise says why not (map then unspecified).
+CacheVerdict readCacheText(const std::string& text, const std::string& sources, AvailableMap* map);
+const char* describe(CacheVerdict verdict);
 
 }  // namespace Vyx::detail
 

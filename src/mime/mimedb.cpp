@@ -143,8 +143,12 @@ NameMatch MimeDatabase::matchName(const char* fileName) const
     }
     best.refused = nullptr;
 
-    // Aliases name the same type: resolved, then ties in a stable order
-    // whichever directory they came from.
+    // Aliases name the same type: resolved, the first place kept. Ties stay
+    // in the database's own order (directories by precedence, then the order
+    // of the rules in each): when the content cannot settle a tie the first
+    // type is the answer, and the database lists the likelier one first
+    // ("*.pm" is a Perl module before it is a PageMaker document), as every
+    // other reader of the database takes it.
     int kept = 0;
     for (int i = 0; i < best.count; ++i) {
         const char* type = unalias(best.types[i]);
@@ -152,7 +156,6 @@ NameMatch MimeDatabase::matchName(const char* fileName) const
             best.types[kept++] = type;
     }
     best.count = kept;
-    std::sort(best.types, best.types + kept, [](const char* a, const char* b) { return std::strcmp(a, b) < 0; });
     return best;
 }
 

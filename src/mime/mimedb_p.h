@@ -29,7 +29,7 @@ public:
     void addRules(const MimeTextRules& rules);
 
     // The best matches of fileName's last component, aliases resolved, in
-    // a stable order.
+    // the order the databases list them.
     NameMatch matchName(const char* fileName) const;
     // The magic type of data (alias resolved), or null; *priority receives
     // the rule's priority (0 without one).

@@ -14,6 +14,9 @@
 #include <cstdlib>
 #include <sys/stat.h>
 #include <sys/time.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vyxfileutils.h>
 
 namespace {
 
@@ -36,11 +39,12 @@ void updateDatabase(const std::string& dir)
 }
 
 // The machine's own applications and aliases hidden, so only the test's
-// directories count.
+// directories count. The same empty directory each time, so that one child
+// finds the system directory as the previous one left it.
 vyxtest::ChildOptions isolated(const TempHome& world, const std::string& aliases = "")
 {
     vyxtest::ChildOptions options;
-    options.mounts = {vyxtest::Mount::tmpfs("/usr/share/applications"),
+    options.mounts = {vyxtest::Mount::bind(world.makeDir("no-applications"), "/usr/share/applications"),
                       vyxtest::Mount::bind(world.writeFile("aliases", aliases), "/usr/share/mime/aliases")};
     return options;
 }
@@ -49,6 +53,22 @@ void setTime(const std::string& path, time_t seconds)
 {
     timeval times[2] = {{seconds, 0}, {seconds, 0}};
     utimes(path.c_str(), times);
+}
+
+// The application lines of a cache file's text, without the sections
+// around them.
+std::string applicationLinesOf(const std::string& text)
+{
+    std::string::size_type begin = text.find("\n[Applications]\n");
+    if (begin == std::string::npos || text.size() < 6 || text.compare(text.size() - 6, 6, "[End]\n") != 0)
+        return "(not a complete cache file)";
+    begin += 16;
+    return text.substr(begin, text.size() - 6 - begin);
+}
+
+std::string applicationLines(const std::string& cacheFile)
+{
+    return applicationLinesOf(vyxtest::readFile(cacheFile));
 }
 
 TEST(Catalogue, DirectoryOrder)
@@ -135,13 +155,14 @@ TEST(DefaultApps, FromMimeinfoCacheThenFromTheCacheFile)
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst).size(), 1u);
         EXPECT_EQ(GetDesktopEntryPathForMime("image/png", kAll), Strings{dir + "/viewer.desktop"});
         EXPECT_TRUE(GetDesktopEntryPathForMime("", kAll).empty());
-        EXPECT_EQ(vyxtest::readFile(cache), dir + "/editor.desktop=text/plain;text/x-c\n" + dir +
-                                                 "/viewer.desktop=image/png;text/plain\n");
+        EXPECT_EQ(applicationLines(cache), dir + "/editor.desktop=text/plain;text/x-c\n" + dir +
+                                               "/viewer.desktop=image/png;text/plain\n");
     }));
-    // A new process whose sources are not newer reads the cache file, in
-    // ascending path order; the file is what it trusts.
-    world.writeFile("run/.vyx-mime-desktop.tbl", "/from/cache.desktop=text/plain\n" + vyxtest::readFile(cache));
-    setTime(cache, time(nullptr) + 10);
+    // A new process whose directories did not change reads the cache file,
+    // in ascending path order; the file is what it trusts.
+    std::string text = vyxtest::readFile(cache);
+    text.insert(text.find("[Applications]\n") + 15, "/from/cache.desktop=text/plain\n");
+    world.writeFile("run/.vyx-mime-desktop.tbl", text);
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll),
                   (Strings{"/from/cache.desktop", dir + "/editor.desktop", dir + "/viewer.desktop"}));
@@ -149,7 +170,7 @@ TEST(DefaultApps, FromMimeinfoCacheThenFromTheCacheFile)
     }));
 }
 
-TEST(DefaultApps, DirectoryWithoutMimeinfoIsScannedWhenNewer)
+TEST(DefaultApps, DirectoryWithoutMimeinfoIsScanned)
 {
     TempHome world;
     std::string dir = world.path("usr/share/applications");
@@ -161,7 +182,7 @@ TEST(DefaultApps, DirectoryWithoutMimeinfoIsScannedWhenNewer)
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
         EXPECT_EQ(GetDesktopEntryPathForMime("text/html", kAll), Strings{dir + "/a.desktop"});
     }));
-    EXPECT_EQ(vyxtest::readFile(cache), dir + "/a.desktop=text/html\n");
+    EXPECT_EQ(applicationLines(cache), dir + "/a.desktop=text/html\n");
 }
 
 TEST(DefaultApps, AliasesWidenTheLookup)
@@ -255,15 +276,12 @@ TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings{dir + "/ok.desktop"});
         EXPECT_EQ(GetDesktopEntryPathForMime("text/huge", kAll).size(), 1u);
     }));
-    // Newer than every source (the hidden system directory is a fresh mount): it is read.
-    setTime(cache, time(nullptr) + 100);
-    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings{dir + "/ok.desktop"});
-    }));
+    // Garbage however new is not a cache file: ignored and rebuilt.
     world.writeFile("run/.vyx-mime-desktop.tbl", binary);
     setTime(cache, time(nullptr) + 100);
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-        EXPECT_TRUE(GetDesktopEntryPathForMime("text/plain", kAll).empty());
+        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings{dir + "/ok.desktop"});
+        EXPECT_EQ(GetMimeCacheUse().ignored, "not a cache file of this library");
     }));
     vyxtest::ChildOptions unprivileged = isolated(world);
     unprivileged.unprivileged = true;
@@ -271,6 +289,252 @@ TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
     VYX_EXPECT_CHILD(vyxtest::runInChild(unprivileged, [&] {
         // The user's list cannot be read and the other is garbage: no assignment.
         EXPECT_TRUE(GetAssignedDesktopEntryForMime("text/plain", kAll).empty());
+    }));
+}
+
+}  // namespace
+
+namespace {
+
+// The cache file of a world whose runtime directory is its own.
+std::string runtimeCache(const TempHome& world)
+{
+    return world.path("run") + "/.vyx-mime-desktop.tbl";
+}
+
+// The cache file as the lookups left it, with a line added that sends
+// text/plain to /evil/evil.desktop: a well-formed file, so that only the
+// rule under test can turn it away.
+std::string plantedCache(const TempHome& world)
+{
+    std::string text = vyxtest::readFile(runtimeCache(world));
+    std::string::size_type at = text.find("[Applications]\n");
+    if (at != std::string::npos)
+        text.insert(at + 15, "/evil/evil.desktop=text/plain;application/pdf\n");
+    return text;
+}
+
+TEST(DefaultAppsCache, PlaceOfTheFile)
+{
+    TempHome world;
+    std::string own = world.makeDir("own", 0700), shared = world.makeDir("shared", 0777);
+    std::string foreign = world.makeDir("foreign", 0700);
+    ASSERT_EQ(chown(foreign.c_str(), 65534, 65534), 0);
+    std::string cacheFile = "/c/vyx/.vyx-mime-desktop.tbl";
+    EXPECT_EQ(Vyx::detail::chooseMimeCachePath(own, "/c", "/h"), own + "/.vyx-mime-desktop.tbl");
+    for (const std::string& runtime : {shared, foreign, std::string("relative/run"), world.path("missing"),
+                                       world.writeFile("file", "")})
+        EXPECT_EQ(Vyx::detail::chooseMimeCachePath(runtime, "/c", "/h"), cacheFile) << runtime;
+    EXPECT_EQ(Vyx::detail::chooseMimeCachePath("", "relative", "/h"), "/h/.cache/vyx/.vyx-mime-desktop.tbl");
+    EXPECT_EQ(Vyx::detail::chooseMimeCachePath("", "", ""), "");
+
+    // Without a runtime directory: the user's cache, in a directory made for
+    // the user alone; nothing in the shared temporary directory.
+    app(world, "usr/share/applications/editor.desktop", "text/plain;");
+    ScopedEnv runtime("XDG_RUNTIME_DIR", nullptr);
+    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst), Strings{world.path("usr/share/applications/editor.desktop")});
+        VyxMimeCacheUse use = GetMimeCacheUse();
+        EXPECT_EQ(use.path, world.home() + "/.cache/vyx/.vyx-mime-desktop.tbl");
+        EXPECT_TRUE(use.written);
+        struct stat dir, file;
+        ASSERT_EQ(stat((world.home() + "/.cache/vyx").c_str(), &dir), 0);
+        ASSERT_EQ(stat(use.path.c_str(), &file), 0);
+        EXPECT_EQ(dir.st_mode & 07777, 0700u);
+        EXPECT_EQ(file.st_mode & 07777, 0600u);
+    }));
+    EXPECT_EQ(vyxtest::readFile(world.path("tmp/.vyx-mime-desktop.tbl")), "");
+
+    // A cache directory that others could write into is neither read nor
+    // written, although the file in it is still intact.
+    chmod((world.home() + "/.cache/vyx").c_str(), 0777);
+    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst), Strings{world.path("usr/share/applications/editor.desktop")});
+        VyxMimeCacheUse use = GetMimeCacheUse();
+        EXPECT_FALSE(use.read || use.written);
+        EXPECT_EQ(use.ignored, "in a directory others can write");
+    }));
+}
+
+// Another user plants a cache in a directory anyone can write and points the
+// runtime directory there, or plants one where the runtime directory would
+// be missing: the victim answers from the real applications.
+TEST(DefaultAppsCache, PlantedByAnotherUser)
+{
+    TempHome world;
+    std::string dir = world.path("usr/share/applications");
+    app(world, "usr/share/applications/editor.desktop", "text/plain;application/pdf;");
+    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [] { GetDesktopEntryPathForMime("text/plain", kFirst); }));
+    std::string planted = plantedCache(world);
+    std::string shared = world.makeDir("shared", 01777);
+    world.makeDir("tmp", 01777);  // as the shared temporary directory is
+    vyxtest::ChildOptions attacker;
+    attacker.unprivileged = true;
+    VYX_EXPECT_CHILD(vyxtest::runInChild(attacker, [&] {
+        for (const std::string& file : {shared + "/.vyx-mime-desktop.tbl", world.path("tmp/.vyx-mime-desktop.tbl")}) {
+            FILE* out = std::fopen(file.c_str(), "w");
+            ASSERT_TRUE(out) << file;
+            std::fputs(planted.c_str(), out);
+            std::fclose(out);
+        }
+    }));
+    std::remove(runtimeCache(world).c_str());
+    for (const char* runtime : {static_cast<const char*>("shared"), static_cast<const char*>(nullptr)}) {
+        ScopedEnv variable("XDG_RUNTIME_DIR", runtime ? world.path(runtime).c_str() : nullptr);
+        VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+            EXPECT_EQ(GetDesktopEntryPathForMime("application/pdf", kAll), Strings{dir + "/editor.desktop"});
+            EXPECT_EQ(GetMimeCacheUse().path, world.home() + "/.cache/vyx/.vyx-mime-desktop.tbl");
+        }));
+    }
+}
+
+// Files under the cache's name that must not be believed, each in a world
+// of its own; the answer is the real one and the reason is told.
+TEST(DefaultAppsCache, UntrustedFilesAreIgnored)
+{
+    struct Case {
+        const char* name;
+        const char* reason;
+    };
+    const Case cases[] = {
+        {"foreign owner", "owned by another user"},
+        {"world-writable", "writable by group or others"},
+        {"link to another user's file", "a symbolic link"},
+        {"directory", "not a regular file"},
+        {"fifo", "not a regular file"},
+        {"other directory list", "made for other application directories"},
+        {"truncated", "cut short"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        TempHome world;
+        std::string dir = world.path("usr/share/applications");
+        app(world, "usr/share/applications/editor.desktop", "text/plain;");
+        app(world, "home/.local/share/applications/mine.desktop", "text/x-mine;");
+        VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [] { GetDesktopEntryPathForMime("text/plain", kFirst); }));
+        std::string cache = runtimeCache(world), planted = plantedCache(world);
+        std::string name = c.name;
+        std::string other = world.writeFile("other", planted);
+        ASSERT_EQ(chown(other.c_str(), 65534, 65534), 0);
+        std::remove(cache.c_str());
+        if (name == "foreign owner") {
+            world.writeFile("run/.vyx-mime-desktop.tbl", planted);
+            ASSERT_EQ(chown(cache.c_str(), 65534, 65534), 0);
+        } else if (name == "world-writable") {
+            world.writeFile("run/.vyx-mime-desktop.tbl", planted);
+            chmod(cache.c_str(), 0666);
+        } else if (name == "link to another user's file") {
+            ASSERT_EQ(symlink(other.c_str(), cache.c_str()), 0);
+        } else if (name == "directory") {
+            world.makeDir("run/.vyx-mime-desktop.tbl");
+        } else if (name == "fifo") {
+            ASSERT_EQ(mkfifo(cache.c_str(), 0600), 0);
+        } else if (name == "truncated") {
+            world.writeFile("run/.vyx-mime-desktop.tbl", planted.substr(0, planted.size() - 3));
+        } else {
+            world.writeFile("run/.vyx-mime-desktop.tbl", planted);
+        }
+        ScopedEnv dataHome("XDG_DATA_HOME", name == "other directory list" ? world.path("elsewhere").c_str()
+                                                                         : (world.home() + "/.local/share").c_str());
+        VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+            EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings{dir + "/editor.desktop"});
+            VyxMimeCacheUse use = GetMimeCacheUse();
+            EXPECT_FALSE(use.read);
+            EXPECT_EQ(use.ignored, c.reason);
+        }));
+        // The other user's file is never written through the link.
+        EXPECT_EQ(vyxtest::readFile(other), planted);
+    }
+}
+
+// Adding to one application directory, or seeing the list change, never
+// loses the applications of the others: every rebuild reads them all.
+TEST(DefaultAppsCache, NoApplicationIsLostWhenAnotherDirectoryChanges)
+{
+    TempHome world;
+    std::string a = world.makeDir("t/a/applications"), b = world.path("t/b/applications");
+    app(world, "t/b/applications/appb.desktop", "text/x-b;");
+    app(world, "t/a/applications/appa.desktop", "text/x-a;");
+    ScopedEnv dataDirs("XDG_DATA_DIRS", (world.path("t/a") + ":" + world.path("t/b")).c_str());
+    auto expectBoth = [&](bool read) {
+        VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+            EXPECT_EQ(GetDesktopEntryPathForMime("text/x-b", kAll), Strings{b + "/appb.desktop"});
+            EXPECT_EQ(GetDesktopEntryPathForMime("text/x-a", kAll), Strings{a + "/appa.desktop"});
+            EXPECT_EQ(GetMimeCacheUse().read, read);
+        }));
+    };
+    expectBoth(false);
+    expectBoth(true);
+    // Within the same second as the cache file was written: still seen.
+    world.writeFile("t/a/applications/new.txt", "");
+    expectBoth(false);
+    EXPECT_EQ(applicationLines(runtimeCache(world)), a + "/appa.desktop=text/x-a\n" + b + "/appb.desktop=text/x-b\n");
+    expectBoth(true);
+}
+
+// A directory of 10,000 applications, and four processes that rebuild the
+// cache at once: every reader sees no file or one complete file, never a
+// mix, and what is left is believed by the next process.
+TEST(DefaultAppsCache, ManyApplicationsAndRebuildsAtOnce)
+{
+    TempHome world;
+    std::string dir = world.path("usr/share/applications");
+    std::string info = "[MIME Cache]\ntext/plain=";
+    for (int i = 0; i < 10000; ++i)
+        info += "app" + std::to_string(i) + ".desktop;";
+    world.writeFile("usr/share/applications/mimeinfo.cache", info + "\n");
+    std::string cache = runtimeCache(world);
+    for (int round = 0; round < 3; ++round) {
+        std::remove(cache.c_str());
+        int go[2];
+        ASSERT_EQ(pipe(go), 0);
+        std::vector<pid_t> children;
+        for (int i = 0; i < 4; ++i) {
+            vyxtest::ChildOptions options = isolated(world);
+            pid_t pid = fork();
+            if (pid == 0) {
+                close(go[1]);
+                char c;
+                (void)!read(go[0], &c, 1);
+                VYX_EXPECT_CHILD(vyxtest::runInChild(options, [] {
+                    if (GetDesktopEntryPathForMime("text/plain", kAll).size() != 10000u)
+                        _exit(3);
+                }));
+                _exit(::testing::Test::HasFailure() ? 2 : 0);
+            }
+            children.push_back(pid);
+        }
+        close(go[0]);
+        close(go[1]);
+        size_t seen = 0;
+        for (bool running = true; running;) {
+            std::string text = vyxtest::readFile(cache);
+            if (!text.empty()) {
+                std::string lines = applicationLinesOf(text);
+                EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 10000);
+                ++seen;
+            }
+            running = false;
+            for (pid_t& pid : children) {
+                int status;
+                if (pid > 0 && waitpid(pid, &status, WNOHANG) == pid) {
+                    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+                    pid = 0;
+                }
+                running = running || pid > 0;
+            }
+        }
+        EXPECT_GT(seen, 0u);
+    }
+    // Nothing left half-written beside it.
+    std::vector<std::string> files;
+    GetFileList(&files, world.path("run").c_str(), 1, "*", Vyx::tagged_bool<FilesOnly_tag>(true));
+    EXPECT_EQ(files, Strings{cache});
+    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+        Strings all = GetDesktopEntryPathForMime("text/plain", kAll);
+        EXPECT_EQ(all.size(), 10000u);
+        EXPECT_TRUE(GetMimeCacheUse().read);
+        EXPECT_EQ(all.front(), dir + "/app0.desktop");  // ascending path order
     }));
 }
 

@@ -78,4 +78,19 @@ TEST(MimeCorpus, InstalledFilesGetTheirKnownTypes)
     xdg_mime_shutdown();
 }
 
+// Two types claim "*.pm" with the same weight and the content of a short
+// text file settles nothing: the type the database lists first is taken.
+TEST(MimeCorpus, TiedNamesKeepTheDatabaseOrder)
+{
+    vyxtest::TempHome world;
+    vyxtest::ScopedEnv dirs("XDG_DATA_DIRS", "/usr/share");
+    const char* types[4];
+    ASSERT_EQ(xdg_mime_get_mime_types_from_file_name("u.pm", types, 4), 2);
+    EXPECT_STREQ(types[0], "application/x-perl");
+    EXPECT_STREQ(types[1], "application/x-pagemaker");
+    std::string file = world.writeFile("u.pm", "% comment\nx = 1;\n");
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(file.c_str(), nullptr), "application/x-perl");
+    xdg_mime_shutdown();
+}
+
 }  // namespace

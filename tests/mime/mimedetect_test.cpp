@@ -41,8 +41,8 @@ protected:
                         "40:application/x-tie-a:*.tie\n"
                         "40:application/x-tie-b:*.tie\n"
                         "50:image/x-glob:img-*.dat\n"
+                        "45:video/x-both-bin:*.both\n"
                         "45:text/x-both-text:*.both\n"
-                        "45:application/x-both-bin:*.both\n"
                         "50:application/x-dropped:__NOGLOBS__\n");
         world.writeFile("usr/share/mime/globs2", "50:application/x-dropped:*.drop\n50:text/x-system:*.sys\n");
         world.writeFile("home/.local/share/mime/aliases", "text/x-old-own text/x-own\n");
@@ -102,11 +102,12 @@ TEST_F(OwnDatabase, FilesNameFirstThenContent)
     // A name that ties is settled by the content.
     world.writeFile("files/x.own", "HEAVY text");
     EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/x.own").c_str(), nullptr), "text/x-heavy");
-    // Names that tie: a text file takes the text type, other data the first.
+    // Names that tie: a text file takes the text type, other data the type
+    // the database lists first (not the first by name).
     world.writeFile("files/a.both", "plain words");
     EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/a.both").c_str(), nullptr), "text/x-both-text");
     world.writeFile("files/b.both", std::string("\x01\x02\x03", 3));
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/b.both").c_str(), nullptr), "application/x-both-bin");
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/b.both").c_str(), nullptr), "video/x-both-bin");
     world.writeFile("files/noname", "NESTED");
     EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/noname").c_str(), nullptr), "image/x-nested");
     world.writeFile("files/empty.own", "");

@@ -298,6 +298,15 @@ TEST(ToolApps, ListsDefaultsAssignmentsAndTheirSources)
     EXPECT_TRUE(has(found.out, world.path("usr/share/applications/shown.desktop") + "  (from the desktop files of"))
         << found.out;
     EXPECT_EQ(runTool({"default", "text/x-none-vyxtest"}).status, 1);
+    // Which cache file answered, and why one was not believed.
+    std::string cache = world.path("run") + "/.vyx-mime-desktop.tbl";
+    EXPECT_TRUE(has(found.out, "cache file: " + cache + " (rebuilt and written)\n")) << found.out;
+    EXPECT_TRUE(has(runTool({"default", "text/x-vyxtest"}).out, "cache file: " + cache + " (read)\n"));
+    chmod(cache.c_str(), 0666);
+    ToolRun ignored = runTool({"mimeapps", "--json"});
+    EXPECT_TRUE(has(ignored.out, "\"cache_file\": {\"path\": \"" + cache +
+                                     "\", \"read\": false, \"written\": true, \"ignored\": \"writable by group or others\"}"))
+        << ignored.out;
 
     ToolRun assigned = runTool({"assigned", "text/x-vyxtest", "--json"});
     EXPECT_EQ(assigned.status, 0);

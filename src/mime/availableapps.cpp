@@ -1,5 +1,6 @@
 #include "mime/mimecache_p.h"
 
+#include "core/readfile_p.h"
 #include "core/atomicfile_p.h"
 #include "core/ini_p.h"
 #include "core/textlines_p.h"
@@ -152,7 +153,7 @@ void registerType(AvailableMap& map, const std::string& type, const std::string&
 
 void readMimeinfoCache(const std::string& dir, AvailableMap& map)
 {
-    FILE* file = std::fopen((dir + "/mimeinfo.cache").c_str(), "r");
+    FILE* file = Vyx::detail::fopenRegularFile((dir + "/mimeinfo.cache").c_str());
     if (!file)
         return;
     Vyx::detail::forEachLine(file, [&](const std::string& current) {
@@ -231,7 +232,7 @@ std::vector<std::string> GetDesktopEntryPathForMime(const char* mime, Vyx::tagge
         writeFileAtomically(cache, g_available.toCacheText(), false);
     }
     if (g_available.empty()) {
-        if (FILE* file = std::fopen(cache.c_str(), "r")) {
+        if (FILE* file = Vyx::detail::fopenRegularFile(cache.c_str())) {
             readCacheFile(file, &g_available);
             std::fclose(file);
         }

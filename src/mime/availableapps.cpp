@@ -116,10 +116,13 @@ std::mutex g_availableMutex;
 AvailableMap g_available;
 
 // Seconds of the modification time; -1 when the path does not exist.
-long long modifiedAt(const std::string& path)
+// The modification time of path when it is of the given type (S_IFREG,
+// S_IFDIR), else -1: a FIFO or a directory where a cache file belongs is
+// no cache, and the desktop files are scanned as when it is missing.
+long long modifiedAt(const std::string& path, mode_t type)
 {
     struct stat st;
-    return stat(path.c_str(), &st) == 0 ? static_cast<long long>(st.st_mtime) : -1;
+    return stat(path.c_str(), &st) == 0 && (st.st_mode & S_IFMT) == type ? static_cast<long long>(st.st_mtime) : -1;
 }
 
 // For each type, the types the alias table links it to (its aliases, or its
@@ -208,12 +211,12 @@ std::vector<std::string> GetDesktopEntryPathForMime(const char* mime, Vyx::tagge
     std::lock_guard<std::mutex> lock(g_availableMutex);
 
     const std::string& cache = mimeCachePath();
-    long long cacheTime = modifiedAt(cache);  // -1: no cache file
+    long long cacheTime = modifiedAt(cache, S_IFREG);  // -1: no cache file
     AvailableMap rebuiltMap;
     bool rebuilt = false;
     for (const std::string& dir : GetAllAppDesktopEntrySearchPaths()) {
-        long long dirTime = modifiedAt(dir);
-        long long infoTime = modifiedAt(dir + "/mimeinfo.cache");
+        long long dirTime = modifiedAt(dir, S_IFDIR);
+        long long infoTime = modifiedAt(dir + "/mimeinfo.cache", S_IFREG);
         if (infoTime >= 0 && dirTime <= infoTime) {
             if (cacheTime < 0 || cacheTime < infoTime) {
                 rebuilt = true;

@@ -190,5 +190,6 @@ bool VyxTrash::hasSizeCache()
 {
     TrashDirs dirs = TrashDirs::current();
     struct stat st;
-    return dirs.valid() && stat(dirs.sizeCachePath().c_str(), &st) == 0;
+    // Only a file is a cache: anything else at its name is never read.
+    return dirs.valid() && stat(dirs.sizeCachePath().c_str(), &st) == 0 && S_ISREG(st.st_mode);
 }

@@ -538,8 +538,8 @@ struct ConfigReader {
     const char* file;  // relative to the world's root
     std::vector<std::vector<std::string>> commands;
     // Whether the answer must be exactly the missing file's. Not where the
-    // file is found by listing its directory: there the entry is seen, and
-    // its reader refuses it with the message for a file it cannot read.
+    // file is found by listing its directory or by its presence: there it is
+    // seen, and its reader refuses it with its message for an unreadable file.
     bool asMissing = true;
 };
 
@@ -552,7 +552,7 @@ const ConfigReader kConfigReaders[] = {
     {"MimeinfoCache", "usr/share/applications/mimeinfo.cache", {{"default", "text/plain"}, {"assigned", "text/plain"}}},
     {"DataMimeapps", "usr/share/applications/mimeapps.list", {{"default", "text/plain"}, {"assigned", "text/plain"}}},
     {"UserMimeapps", "home/.config/mimeapps.list", {{"assigned", "text/plain"}}},
-    {"IconThemeIndex", "home/.local/share/icons/own/index.theme", {{"themes"}, {"theme", "own"}}},
+    {"IconThemeIndex", "home/.icons/own/index.theme", {{"themes"}, {"theme", "own"}}, false},
     {"SoundThemeIndex", "home/.local/share/sounds/own/index.theme", {{"sound", "bell", "--theme", "own"}}, false},
     {"CurrentThemerc", "home/.vyx/theme/current.themerc", {{"themes"}, {"sound", "bell"}}},
     {"Xresources", "home/.Xresources", {{"cursor"}}},
@@ -571,7 +571,7 @@ protected:
         m_world.writeFile("home/.local/share/Trash/files/kept", "data");
         m_world.makeDir("home/.local/share/mime");
         m_world.writeFile("home/notes.txt", "some text\n");
-        m_world.makeDir("home/.local/share/icons/own");
+        m_world.makeDir("home/.icons/own");
         m_world.makeDir("home/.local/share/sounds/own");
     }
 

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <ostream>
 #include <string>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -560,6 +561,12 @@ const ConfigReader kConfigReaders[] = {
     {"MimeGlobs", "home/.local/share/mime/globs2", {{"mime", "@home/notes.txt"}}},
     {"MimeMagic", "home/.local/share/mime/magic", {{"mime", "@home/notes.txt"}}},
 };
+
+// Names the case by its file, not by its bytes.
+void PrintTo(const ConfigReader& reader, std::ostream* os)
+{
+    *os << reader.file;
+}
 
 class ConfigFileInPlace : public ::testing::TestWithParam<ConfigReader> {
 protected:

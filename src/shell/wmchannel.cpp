@@ -4,9 +4,9 @@
 #include "vyxsession.h"
 
 #include "core/environment_p.h"
-#include "vyxstrings.h"
 #include "shell/channels_p.h"
 #include "vyxdirs.h"
+#include "vyxstrings.h"
 #include "vyxsystem.h"
 
 #include <X11/Xlib.h>
@@ -143,22 +143,25 @@ FifoChoice locateFifo(const std::string& displayName)
 {
     FifoChoice choice;
     const std::string name = kFifoPrefix + displayName;
-    auto fits = [&](const std::string& path, uid_t owner) {
+    // owner null: the directory holding path names no user, so nothing
+    // there is taken.
+    auto fits = [&](const std::string& path, const uid_t* owner) {
         choice.path = path;
         struct stat st;
         if (lstat(path.c_str(), &st) != 0)
             return false;
-        std::string reason = refusal(st, owner);
+        std::string reason = owner ? refusal(st, *owner) : std::string("its directory names no user");
         if (!reason.empty()) {
             choice.refused.emplace_back(path, std::move(reason));
             return false;
         }
-        choice.owner = owner;
+        choice.owner = *owner;
         choice.found = true;
         return true;
     };
     const std::string defaultPath = defaultFifoPath(displayName);
-    if (fits(defaultPath, geteuid()))
+    const uid_t self = geteuid();
+    if (fits(defaultPath, &self))
         return choice;
     if (getuid() != 0 && !administrator())
         return choice;
@@ -170,12 +173,7 @@ FifoChoice locateFifo(const std::string& displayName)
     const std::string root = kRuntimeRoot;
     if (forEachEntry(root, [&](const char* entry) {
             uid_t uid;
-            const std::string dir = root + "/" + entry;
-            if (!uidNamed(entry, &uid)) {
-                choice.path = dir + "/" + name;
-                return false;
-            }
-            return fits(dir + "/" + name, uid);
+            return fits(root + "/" + entry + "/" + name, uidNamed(entry, &uid) ? &uid : nullptr);
         }))
         return choice;
     const std::string privateRoot = kPrivateRuntimeRoot;
@@ -184,11 +182,8 @@ FifoChoice locateFifo(const std::string& displayName)
         return forEachEntry(outerDir, [&](const char* inner) {
             const std::string dir = outerDir + "/" + inner;
             struct stat holder;
-            if (lstat(dir.c_str(), &holder) != 0 || !S_ISDIR(holder.st_mode)) {
-                choice.path = dir + "/" + name;
-                return false;
-            }
-            return fits(dir + "/" + name, holder.st_uid);
+            const bool named = lstat(dir.c_str(), &holder) == 0 && S_ISDIR(holder.st_mode);
+            return fits(dir + "/" + name, named ? &holder.st_uid : nullptr);
         });
     });
     return choice;

@@ -1,6 +1,7 @@
 #include "support/temp_home.h"
 
 #include "core/readfile_p.h"
+#include "vyxfileutils.h"
 
 #include <gtest/gtest.h>
 
@@ -39,6 +40,9 @@ TEST(ReadFile, OnlyRegularFilesAndNeverBlocking)
         EXPECT_FALSE(readRegularFile(path.c_str(), out)) << path;
         EXPECT_EQ(out, "") << path;
     }
+    // Copies go through it too: nothing is created for what cannot be read.
+    EXPECT_FALSE(vyxCopyFile(fifo.c_str(), world.path("copy").c_str()));
+    EXPECT_NE(access(world.path("copy").c_str(), F_OK), 0);
     close(listener);
     alarm(0);
 }

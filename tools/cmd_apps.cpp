@@ -14,10 +14,11 @@ namespace tool {
 
 namespace {
 
-bool exists(const std::string& path)
+// As the library decides: only a file is a cache.
+bool isFile(const std::string& path)
 {
     struct stat st;
-    return stat(path.c_str(), &st) == 0;
+    return stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
 }
 
 std::string desktopId(const std::string& path)
@@ -36,7 +37,7 @@ std::string availableSource(const std::string& path)
 {
     for (const std::string& dir : GetAllAppDesktopEntrySearchPaths()) {
         if (path.compare(0, dir.size() + 1, dir + "/") == 0)
-            return exists(dir + "/mimeinfo.cache") ? dir + "/mimeinfo.cache" : "the desktop files of " + dir;
+            return isFile(dir + "/mimeinfo.cache") ? dir + "/mimeinfo.cache" : "the desktop files of " + dir;
     }
     return "the cache file";
 }

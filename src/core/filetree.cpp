@@ -1,5 +1,7 @@
 #include "vyxfileutils.h"
 
+#include "core/readfile_p.h"
+
 #include <cstdio>
 #include <dirent.h>
 #include <sys/stat.h>
@@ -33,8 +35,9 @@ bool vyxCopyFile(const char* src, const char* dst)
     }
     std::string target = isDirectory(dst) ? Vyx::concat(dst, '/', Vyx::lastSection(src, '/')) : std::string(dst);
     // The source is opened first, and a file is never copied onto itself:
-    // either would truncate a file the caller still needs.
-    FILE* in = std::fopen(src, "rb");
+    // either would truncate a file the caller still needs. Only a file is
+    // copied: a FIFO would never end, and a device has no content to copy.
+    FILE* in = Vyx::detail::fopenRegularFile(src);
     if (!in)
         return false;
     struct stat from, to;

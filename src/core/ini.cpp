@@ -2,12 +2,9 @@
 #include "core/ini_p.h"
 
 #include "core/atomicfile_p.h"
+#include "core/readfile_p.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <sys/stat.h>
-#include <unistd.h>
 
 // The one instantiation of the document type, for every user of ini_p.h.
 template class CSimpleIniTempl<char, SI_NoCase<char>, SI_ConvertA<char>>;
@@ -16,36 +13,14 @@ namespace Vyx::detail {
 
 bool IniDocument::loadFile(const std::string& path)
 {
-    FILE* file = std::fopen(path.c_str(), "rb");
-    if (!file)
-        return false;
-    // Only regular files: the reader sizes its buffer by seeking to the end,
-    // which for a directory or a device gives a nonsensical length.
-    struct stat st;
-    bool ok = fstat(fileno(file), &st) == 0 && S_ISREG(st.st_mode) && m_ini.LoadFile(file) >= 0;
-    std::fclose(file);
-    return ok;
+    std::string data;
+    return readRegularFile(path.c_str(), data) && loadData(data.data(), data.size());
 }
 
 bool IniDocument::loadDescriptor(int fd)
 {
-    struct stat st;
-    if (fstat(fd, &st) != 0 || !S_ISREG(st.st_mode))
-        return false;
     std::string data;
-    char buffer[16384];
-    for (off_t offset = 0;;) {
-        const ssize_t n = pread(fd, buffer, sizeof buffer, offset);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n < 0)
-            return false;
-        if (n == 0)
-            break;
-        data.append(buffer, size_t(n));
-        offset += n;
-    }
-    return loadData(data.data(), data.size());
+    return readRegularDescriptor(fd, data) && loadData(data.data(), data.size());
 }
 
 std::vector<std::pair<const char*, const char*>> IniDocument::entries(const char* group) const

@@ -1,7 +1,8 @@
 #include "core/mappedfile_p.h"
 
+#include "core/readfile_p.h"
+
 #include <cstring>
-#include <fcntl.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -16,7 +17,7 @@ MappedFile::~MappedFile()
 
 bool MappedFile::open(const std::string& path)
 {
-    int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    int fd = openRegularFile(path.c_str());
     if (fd < 0)
         return false;
     struct stat st;

@@ -1,3 +1,4 @@
+#include "core/readfile_p.h"
 #include "core/userdirs_p.h"
 
 #include "core/environment_p.h"
@@ -140,7 +141,7 @@ extern "C" char* xdg_user_dir_lookup(const char* type)
     if (home) {
         std::string path = Vyx::detail::envString("XDG_CONFIG_HOME");
         path = path.empty() ? std::string(home) + "/.config/user-dirs.dirs" : path + "/user-dirs.dirs";
-        if (FILE* file = std::fopen(path.c_str(), "r")) {
+        if (FILE* file = Vyx::detail::fopenRegularFile(path.c_str())) {
             bool outOfMemory = false;
             char* value = Vyx::detail::readUserDirs(file, type, home, &outOfMemory);
             std::fclose(file);

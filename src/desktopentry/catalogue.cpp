@@ -1,5 +1,6 @@
 #include "desktopentry/catalogue_p.h"
 
+#include "core/readfile_p.h"
 #include "core/environment_p.h"
 #include "core/privatefile_p.h"
 #include "vyxdesktopentry.h"
@@ -50,7 +51,7 @@ void build()
                             "/var/lib/snapd/desktop/applications", "/var/lib/flatpak/exports/share/applications"})
         addOnce(g_appDirs, dir);
 
-    if (FILE* file = std::fopen("/usr/share/mime/aliases", "r")) {
+    if (FILE* file = Vyx::detail::fopenRegularFile("/usr/share/mime/aliases")) {
         g_aliases = readAliases(file);
         std::fclose(file);
     }

@@ -5,13 +5,15 @@
 #include "vyxfileutils.h"
 
 #include "core/atomicfile_p.h"
+#include "core/readfile_p.h"
 #include "core/spawn_p.h"
+#include "core/textlines_p.h"
 
 #include <cctype>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
-#include <fstream>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -26,7 +28,14 @@ std::string directoryOf(const std::string& file)
 
 bool editFile(const std::string& file, const std::string& name, const std::string& setting)
 {
-    std::ifstream in(file);
+    FILE* in = Vyx::detail::fopenRegularFile(file.c_str());
+    struct stat st;
+    if (!in && lstat(file.c_str(), &st) == 0 && !S_ISLNK(st.st_mode)) {
+        // Something that is not a file (a FIFO, a directory) holds the
+        // name: replacing it would destroy what the user put there.
+        std::fprintf(stderr, "vyxcore: %s is not a regular file, not changed\n", file.c_str());
+        return false;
+    }
     if (!in) {
         // Nothing to keep. Kept on purpose: a file that cannot be created
         // is not reported, and the result is still true.
@@ -35,20 +44,24 @@ bool editFile(const std::string& file, const std::string& name, const std::strin
     }
     // The new text is written beside the file; without room for it there
     // the file stays as it is.
-    if (access(directoryOf(file).c_str(), W_OK) != 0)
+    if (access(directoryOf(file).c_str(), W_OK) != 0) {
+        std::fclose(in);
         return false;
+    }
 
     std::string content;
     bool seen = false;
-    for (std::string line; std::getline(in, line);) {
+    Vyx::detail::forEachLine(in, [&](const std::string& line) {
         if (line.find(name) == std::string::npos) {
             content += line + '\n';
         } else {
             seen = true;
             content += setting;
         }
-    }
-    if (in.bad())  // half read: writing now would lose the rest
+    });
+    const bool failed = std::ferror(in);
+    std::fclose(in);
+    if (failed)  // half read: writing now would lose the rest
         return false;
     if (!seen)
         content += setting;

@@ -1,6 +1,7 @@
 #include "mime/mimecache_p.h"
 
 #include "core/atomicfile_p.h"
+#include "core/readfile_p.h"
 #include "core/ini_p.h"
 #include "core/makedirs_p.h"
 #include "core/privatefile_p.h"
@@ -127,7 +128,7 @@ void registerType(AvailableMap& map, const std::string& type, const std::string&
 
 void readMimeinfoCache(const std::string& dir, AvailableMap& map)
 {
-    FILE* file = std::fopen((dir + "/mimeinfo.cache").c_str(), "r");
+    FILE* file = Vyx::detail::fopenRegularFile((dir + "/mimeinfo.cache").c_str());
     if (!file)
         return;
     Vyx::detail::forEachLine(file, [&](const std::string& current) {

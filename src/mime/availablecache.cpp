@@ -63,8 +63,10 @@ std::vector<AppDirSource> currentSources(const std::vector<std::string>& dirs)
         AppDirSource source;
         source.dir = dir;
         struct stat dirStat, infoStat;
-        bool dirExists = stat(dir.c_str(), &dirStat) == 0;
-        bool infoExists = stat((dir + "/mimeinfo.cache").c_str(), &infoStat) == 0;
+        // A FIFO or a directory where the cache file belongs is no cache:
+        // the desktop files are scanned as when it is missing.
+        bool dirExists = stat(dir.c_str(), &dirStat) == 0 && S_ISDIR(dirStat.st_mode);
+        bool infoExists = stat((dir + "/mimeinfo.cache").c_str(), &infoStat) == 0 && S_ISREG(infoStat.st_mode);
         const struct stat* chosen = nullptr;
         if (infoExists && (!dirExists || dirStat.st_mtime <= infoStat.st_mtime)) {
             source.kind = AppDirSource::MimeinfoCache;

@@ -1,5 +1,6 @@
 #include "mime/mimetext_p.h"
 
+#include "core/readfile_p.h"
 #include "core/textlines_p.h"
 
 #include "vyxstrings.h"
@@ -237,28 +238,28 @@ bool MimeTextRules::readMagic(FILE* file)
 
 void MimeTextRules::readDirectory(const std::string& dir)
 {
-    if (FILE* f = std::fopen((dir + "/globs2").c_str(), "r")) {
+    if (FILE* f = Vyx::detail::fopenRegularFile((dir + "/globs2").c_str())) {
         readGlobs(f, false);
         std::fclose(f);
-    } else if (FILE* old = std::fopen((dir + "/globs").c_str(), "r")) {
+    } else if (FILE* old = Vyx::detail::fopenRegularFile((dir + "/globs").c_str())) {
         readGlobs(old, true);
         std::fclose(old);
     }
     const std::pair<const char*, void (MimeTextRules::*)(FILE*)> plain[] = {
         {"/aliases", &MimeTextRules::readAliases}, {"/subclasses", &MimeTextRules::readSubclasses}};
     for (const auto& [name, reader] : plain) {
-        if (FILE* f = std::fopen((dir + name).c_str(), "r")) {
+        if (FILE* f = Vyx::detail::fopenRegularFile((dir + name).c_str())) {
             (this->*reader)(f);
             std::fclose(f);
         }
     }
     for (bool generic : {false, true}) {
-        if (FILE* f = std::fopen((dir + (generic ? "/generic-icons" : "/icons")).c_str(), "r")) {
+        if (FILE* f = Vyx::detail::fopenRegularFile((dir + (generic ? "/generic-icons" : "/icons")).c_str())) {
             readIcons(f, generic);
             std::fclose(f);
         }
     }
-    if (FILE* f = std::fopen((dir + "/magic").c_str(), "rb")) {
+    if (FILE* f = Vyx::detail::fopenRegularFile((dir + "/magic").c_str())) {
         readMagic(f);
         std::fclose(f);
     }

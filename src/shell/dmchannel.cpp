@@ -91,6 +91,27 @@ bool SendCommandToDMWithReply(Display* display, const char* command, FILE* out)
         std::fprintf(stderr, "SendCommandToDM: Cannot connect socket %s error=%s\n", path, std::strerror(error));
         return false;
     }
+    // Only the display manager (which runs as root) or a display manager of
+    // our own may get our commands: anyone who could create the socket's
+    // name would otherwise receive them and choose the reply. The listener's
+    // credentials are asked of the connection itself, not of the file at
+    // the path, which could be replaced between a look at it and the
+    // connect.
+    ucred peer = {};
+    socklen_t peerSize = sizeof peer;
+    if (getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &peerSize) != 0) {
+        int error = errno;
+        close(fd);
+        std::fprintf(stderr, "SendCommandToDM: %s not used: its listener cannot be known (%s)\n", path,
+                     std::strerror(error));
+        return false;
+    }
+    if (peer.uid != 0 && peer.uid != geteuid()) {
+        close(fd);
+        std::fprintf(stderr, "SendCommandToDM: %s not used: its listener runs as uid %u\n", path,
+                     unsigned(peer.uid));
+        return false;
+    }
 
     // Callers write the fields with spaces; the protocol separates them by
     // tabs. No line terminator: the display manager reads one message.

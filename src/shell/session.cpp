@@ -1,11 +1,11 @@
 #include "vyxsession.h"
 
 #include "core/environment_p.h"
+#include "core/readfile_p.h"
 #include "vyxdirs.h"
 #include "vyxstrings.h"
 
 #include <cstdio>
-#include <fstream>
 #include <strings.h>
 
 namespace {
@@ -101,8 +101,7 @@ std::string vyxSessionGetSavedName()
     std::string path = savedNamePath();
     if (path.empty())
         return std::string();
-    std::ifstream in(path);
     std::string line;
-    std::getline(in, line);
-    return line;
+    Vyx::detail::readRegularFile(path.c_str(), line);
+    return line.substr(0, line.find('\n'));
 }

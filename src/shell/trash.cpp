@@ -2,6 +2,7 @@
 
 #include "vyxtrash.h"
 
+#include "core/readfile_p.h"
 #include "core/atomicfile_p.h"
 #include "core/makedirs_p.h"
 #include "shell/trash_p.h"
@@ -184,7 +185,7 @@ std::string readRecordLine(const char* name, bool originalPath)
     if (!name)
         return std::string();
     std::string record = TrashDirs::current().recordPath(name);
-    FILE* file = record.empty() ? nullptr : std::fopen(record.c_str(), "re");
+    FILE* file = record.empty() ? nullptr : Vyx::detail::fopenRegularFile(record.c_str());
     if (!file) {
         std::fprintf(stderr, "vyxcore: can't find trashinfo file: %s\n", record.empty() ? name : record.c_str());
         return std::string();
@@ -347,7 +348,7 @@ std::string VyxTrash::getFileNameInTrash(const char* path)
     while (dirent* entry = readdir(dir)) {
         if (Vyx::equal(entry->d_name, ".") || Vyx::equal(entry->d_name, ".."))
             continue;
-        FILE* record = std::fopen(Vyx::concat(dirs.info, '/', entry->d_name).c_str(), "re");
+        FILE* record = Vyx::detail::fopenRegularFile(Vyx::concat(dirs.info, '/', entry->d_name).c_str());
         if (!record)
             continue;
         bool named = Vyx::detail::recordNamesPath(record, original);

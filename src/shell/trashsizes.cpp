@@ -3,6 +3,7 @@
 
 #include "vyxtrash.h"
 
+#include "core/readfile_p.h"
 #include "core/atomicfile_p.h"
 #include "core/textlines_p.h"
 #include "shell/trash_p.h"
@@ -84,7 +85,7 @@ int64_t VyxTrash::size()
     if (!dirs.valid())
         return 0;
     Vyx::detail::DirSizeCache cache;
-    if (FILE* file = std::fopen(dirs.sizeCachePath().c_str(), "re")) {
+    if (FILE* file = Vyx::detail::fopenRegularFile(dirs.sizeCachePath().c_str())) {
         cache = Vyx::detail::readSizeCache(file);
         std::fclose(file);
     }
@@ -160,7 +161,7 @@ void VyxTrash::registerDirSizeHelper(const char* name, int64_t size)
     if (fd < 0)
         return;
     std::string content;
-    if (FILE* old = std::fopen(cachePath.c_str(), "re")) {
+    if (FILE* old = Vyx::detail::fopenRegularFile(cachePath.c_str())) {
         Vyx::detail::forEachLine(old, [&](const std::string& line) {
             if (!Vyx::endsWith(line, suffix))
                 content.append(line).push_back('\n');
@@ -189,5 +190,6 @@ bool VyxTrash::hasSizeCache()
 {
     TrashDirs dirs = TrashDirs::current();
     struct stat st;
-    return dirs.valid() && stat(dirs.sizeCachePath().c_str(), &st) == 0;
+    // Only a file is a cache: anything else at its name is never read.
+    return dirs.valid() && stat(dirs.sizeCachePath().c_str(), &st) == 0 && S_ISREG(st.st_mode);
 }

@@ -6,7 +6,7 @@
 #include "core/environment_p.h"
 #include "shell/channels_p.h"
 #include "vyxdirs.h"
-#include "vyxfileutils.h"
+#include "vyxstrings.h"
 #include "vyxsystem.h"
 
 #include <X11/Xlib.h>
@@ -15,6 +15,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstring>
+#include <cstdlib>
 #include <ctime>
 #include <dirent.h>
 #include <fcntl.h>
@@ -22,6 +23,8 @@
 #include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -91,6 +94,101 @@ void writeWithoutSigpipe(int fd, const char* data, size_t size)
     pthread_sigmask(SIG_SETMASK, &previous, nullptr);
 }
 
+// Why the file described by st must not receive our commands, meant for
+// owner; empty when it may.
+std::string refusal(const struct stat& st, uid_t owner)
+{
+    if (S_ISLNK(st.st_mode))
+        return "it is a symbolic link";
+    if (!S_ISFIFO(st.st_mode))
+        return "it is not a FIFO";
+    if (st.st_uid != owner)
+        return Vyx::concat("it belongs to uid ", unsigned(st.st_uid), ", not to uid ", unsigned(owner));
+    return std::string();
+}
+
+void notUsed(const std::string& path, const std::string& reason)
+{
+    std::fprintf(stderr, "SendCommandToWM: %s not used: %s\n", path.c_str(), reason.c_str());
+}
+
+// The uid a directory entry under the runtime root is named after; false
+// for any other name.
+bool uidNamed(const char* name, uid_t* uid)
+{
+    if (!*name || std::strlen(name) > 10 || std::strspn(name, "0123456789") != std::strlen(name))
+        return false;
+    const unsigned long value = std::strtoul(name, nullptr, 10);
+    if (value > 0xFFFFFFFEul)
+        return false;
+    *uid = uid_t(value);
+    return true;
+}
+
+struct FifoChoice {
+    std::string path;  // the FIFO, or the last candidate tried
+    bool found = false;
+    uid_t owner = 0;  // whom the FIFO found must belong to
+    std::vector<std::pair<std::string, std::string>> refused;  // candidates present but unfit, and why
+};
+
+// Finds the window manager's FIFO. Existing is not enough: whoever can
+// create the name first (in the shared temporary directory, say) would
+// otherwise read every command we send, and a symbolic link there would
+// make us write into any file it points at. So only a FIFO, reached without
+// a symbolic link, owned by the user whose window manager it is, counts:
+// ours at the default path, and in an administrator's scan the one owned by
+// the user whose runtime directory holds it.
+FifoChoice locateFifo(const std::string& displayName)
+{
+    FifoChoice choice;
+    const std::string name = kFifoPrefix + displayName;
+    // owner null: the directory holding path names no user, so nothing
+    // there is taken.
+    auto fits = [&](const std::string& path, const uid_t* owner) {
+        choice.path = path;
+        struct stat st;
+        if (lstat(path.c_str(), &st) != 0)
+            return false;
+        std::string reason = owner ? refusal(st, *owner) : std::string("its directory names no user");
+        if (!reason.empty()) {
+            choice.refused.emplace_back(path, std::move(reason));
+            return false;
+        }
+        choice.owner = *owner;
+        choice.found = true;
+        return true;
+    };
+    const std::string defaultPath = defaultFifoPath(displayName);
+    const uid_t self = geteuid();
+    if (fits(defaultPath, &self))
+        return choice;
+    if (getuid() != 0 && !administrator())
+        return choice;
+
+    // Another user's window manager on this display keeps its FIFO in that
+    // user's runtime directory, named after the uid, or one level deeper
+    // under "private", where the directory holding it names its user by
+    // owning it.
+    const std::string root = kRuntimeRoot;
+    if (forEachEntry(root, [&](const char* entry) {
+            uid_t uid;
+            return fits(root + "/" + entry + "/" + name, uidNamed(entry, &uid) ? &uid : nullptr);
+        }))
+        return choice;
+    const std::string privateRoot = kPrivateRuntimeRoot;
+    forEachEntry(privateRoot, [&](const char* outer) {
+        const std::string outerDir = privateRoot + "/" + outer;
+        return forEachEntry(outerDir, [&](const char* inner) {
+            const std::string dir = outerDir + "/" + inner;
+            struct stat holder;
+            const bool named = lstat(dir.c_str(), &holder) == 0 && S_ISDIR(holder.st_mode);
+            return fits(dir + "/" + name, named ? &holder.st_uid : nullptr);
+        });
+    });
+    return choice;
+}
+
 }  // namespace
 
 namespace Vyx::detail {
@@ -113,47 +211,40 @@ std::pair<std::string, bool> GetVyxWMFIFOPath(Display* display)
 
 std::pair<std::string, bool> FindVyxWMFIFOPath(Display* display)
 {
-    const std::string displayName = Vyx::detail::channelDisplayName(display);
-    const std::string name = kFifoPrefix + displayName;
-    std::string candidate = defaultFifoPath(displayName);
-    if (fileExists(candidate, false))
-        return {candidate, true};
-    if (getuid() != 0 && !administrator())
-        return {candidate, false};
-
-    // Another user's window manager on this display keeps its FIFO in that
-    // user's runtime directory, or one level deeper under "private".
-    const std::string root = kRuntimeRoot;
-    auto tryCandidate = [&](const std::string& dir) {
-        candidate = dir + "/" + name;
-        return fileExists(candidate, false);
-    };
-    if (forEachEntry(root, [&](const char* entry) { return tryCandidate(root + "/" + entry); }))
-        return {candidate, true};
-    const std::string privateRoot = kPrivateRuntimeRoot;
-    bool found = forEachEntry(privateRoot, [&](const char* outer) {
-        const std::string outerDir = privateRoot + "/" + outer;
-        return forEachEntry(outerDir, [&](const char* inner) { return tryCandidate(outerDir + "/" + inner); });
-    });
-    return {candidate, found};
+    const FifoChoice choice = locateFifo(Vyx::detail::channelDisplayName(display));
+    return {choice.path, choice.found};
 }
 
 bool SendCommandToWM(Display* display, const char* command)
 {
-    const std::pair<std::string, bool> fifo = FindVyxWMFIFOPath(display);
-    if (!fifo.second) {
+    const FifoChoice fifo = locateFifo(Vyx::detail::channelDisplayName(display));
+    if (!fifo.found) {
+        for (const auto& [path, reason] : fifo.refused)
+            notUsed(path, reason);
         std::fprintf(stderr,
                      "SendCommandToWM: Can't access WM fifo file %s.\n"
                      "                 May be other user uses it.\n"
                      "                 Ask administrator to check it.\n",
-                     fifo.first.empty() ? "<undefined>" : fifo.first.c_str());
+                     fifo.path.empty() ? "<undefined>" : fifo.path.c_str());
         return false;
     }
     // Non-blocking, so that a FIFO nobody reads fails at once (ENXIO)
-    // instead of hanging the caller until a window manager starts.
-    int fd = open(fifo.first.c_str(), O_WRONLY | O_NONBLOCK | O_CLOEXEC);
-    if (fd < 0)
+    // instead of hanging the caller until a window manager starts. The path
+    // was looked at before; what is opened is checked again, since the name
+    // may have been replaced in between.
+    int fd = open(fifo.path.c_str(), O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY);
+    if (fd < 0) {
+        if (errno == ELOOP)
+            notUsed(fifo.path, "it is a symbolic link");
         return false;
+    }
+    struct stat st;
+    const std::string reason = fstat(fd, &st) == 0 ? refusal(st, fifo.owner) : std::string("it cannot be examined");
+    if (!reason.empty()) {
+        close(fd);
+        notUsed(fifo.path, reason);
+        return false;
+    }
     if (command && *command)
         writeWithoutSigpipe(fd, command, std::strlen(command));
     close(fd);

@@ -3,6 +3,7 @@
 
 #include "shell/wmmessages_p.h"
 
+#include "core/readfile_p.h"
 #include "core/textlines_p.h"
 #include "vyxdesktopentry.h"
 #include "vyxstrings.h"
@@ -81,7 +82,7 @@ void load(Catalogue& catalogue)
             }
         }
     }
-    FILE* in = std::fopen(file.c_str(), "re");
+    FILE* in = Vyx::detail::fopenRegularFile(file.c_str());
     if (!in)
         return;
     Vyx::detail::forEachLine(in, [&](const std::string& line) {

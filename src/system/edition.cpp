@@ -2,10 +2,12 @@
 
 #include "vyxstrings.h"
 
+#include "core/readfile_p.h"
+#include "core/textlines_p.h"
+
 #include <cerrno>
 #include <climits>
 #include <cstdlib>
-#include <fstream>
 
 namespace {
 
@@ -22,14 +24,17 @@ std::string trimmed(const std::string& text)
 // The value of key in the edition file; empty when absent.
 std::string editionValue(const char* key)
 {
-    std::ifstream in(kEditionFile);
-    std::string line, value;
-    while (std::getline(in, line)) {
-        line = line.substr(0, line.find('#'));
+    std::string value;
+    FILE* in = Vyx::detail::fopenRegularFile(kEditionFile);
+    if (!in)
+        return value;
+    Vyx::detail::forEachLine(in, [&](const std::string& whole) {
+        const std::string line = whole.substr(0, whole.find('#'));
         std::string::size_type eq = line.find('=');
         if (eq != std::string::npos && trimmed(line.substr(0, eq)) == key)
             value = trimmed(line.substr(eq + 1));  // the last one wins
-    }
+    });
+    std::fclose(in);
     return value;
 }
 

@@ -1,5 +1,6 @@
 #include "vyxsystem.h"
 
+#include "core/readfile_p.h"
 #include "core/environment_p.h"
 #include "vyxstrings.h"
 
@@ -18,7 +19,7 @@ constexpr unsigned kLightMemoryKb = 253680;
 std::string firstLineStarting(const char* path, const char* prefix)
 {
     std::string found;
-    if (FILE* file = std::fopen(path, "r")) {
+    if (FILE* file = Vyx::detail::fopenRegularFile(path)) {
         char piece[512];
         bool atLineStart = true;
         while (std::fgets(piece, sizeof piece, file)) {
@@ -73,7 +74,7 @@ bool lightPlatform()
 
 bool isAlsaActive()
 {
-    FILE* file = std::fopen("/proc/asound/cards", "r");
+    FILE* file = Vyx::detail::fopenRegularFile("/proc/asound/cards");
     if (!file)
         return false;
     char line[49];

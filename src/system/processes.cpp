@@ -2,10 +2,11 @@
 
 #include "vyxstrings.h"
 
+#include "core/readfile_p.h"
+
 #include <cctype>
 #include <cstdlib>
 #include <dirent.h>
-#include <fstream>
 #include <iterator>
 #include <mutex>
 #include <sstream>
@@ -19,8 +20,9 @@ namespace {
 std::string readProcFile(int pid, const char* name)
 {
     std::string path = pid > 0 ? Vyx::concat("/proc/", pid, '/', name) : Vyx::concat("/proc/self/", name);
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    std::string content;
+    Vyx::detail::readRegularFile(path.c_str(), content);
+    return content;
 }
 
 // The name a process is known by: the file name of its first argument, or

@@ -3,6 +3,7 @@
 
 #include "themes/icontheme_p.h"
 
+#include "core/readfile_p.h"
 #include "core/environment_p.h"
 #include "core/ini_p.h"
 #include "core/textlines_p.h"
@@ -32,7 +33,7 @@ const char kCursorResource[] = "Xcursor.theme";
 std::string cursorThemeInResources(const std::string& file)
 {
     std::string value;
-    FILE* in = std::fopen(file.c_str(), "re");
+    FILE* in = Vyx::detail::fopenRegularFile(file.c_str());
     if (!in)
         return value;
     Vyx::detail::forEachLine(in, [&](const std::string& line) {

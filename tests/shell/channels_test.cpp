@@ -12,6 +12,7 @@
 
 #include <chrono>
 #include <clocale>
+#include <functional>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/socket.h>
@@ -83,7 +84,7 @@ TEST(ChannelPaths, FollowTheEnvironmentAndDisplay)
     const std::string fifo = world.path("tmp/vyx-wm-:1.0");  // the screen stays
     EXPECT_EQ(GetVyxWMFIFOPath(nullptr), Found(fifo, false));
     EXPECT_EQ(GetVyxDMFIFOPath(nullptr), Found("/var/run/xdmctl/dmctl-:1/socket", false));
-    world.writeFile("tmp/vyx-wm-:1.0", "");
+    makeFifo(fifo);
     EXPECT_EQ(GetVyxWMFIFOPath(nullptr), Found(fifo, true));
     EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(fifo, true));
     ScopedEnv runtimeSet("XDG_RUNTIME_DIR", world.path("run").c_str()), relative("DM_CONTROL", "dm");
@@ -136,6 +137,7 @@ TEST(WmFifo, OnlyAnAdministratorFindsAnotherUsersFifo)
         makeFifo(privateFifo);
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, true));
         makeFifo(userFifo);  // searched before "private"
+        EXPECT_EQ(chown(userFifo.c_str(), 1000, 1000), 0);
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(userFifo, true));
         EXPECT_EQ(sendToReader(userFifo, "VYXWM_UPDATE_RECENTSMENU\n"), "VYXWM_UPDATE_RECENTSMENU\n");
     }));
@@ -143,6 +145,103 @@ TEST(WmFifo, OnlyAnAdministratorFindsAnotherUsersFifo)
     VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(runUser, true), [&] {
         ASSERT_NE(getuid(), 0u);
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(world.path("run/vyx-wm-:5"), false));
+    }));
+}
+
+// Whatever the reader got within a moment; the FIFO is held open for
+// reading throughout, so a writer would not have been turned away for want
+// of a reader.
+std::string unreadAfter(const std::string& fifo, const std::function<void()>& send)
+{
+    int fd = open(fifo.c_str(), O_RDONLY | O_NONBLOCK);
+    EXPECT_GE(fd, 0) << fifo;
+    send();
+    char buffer[256];
+    ssize_t n = read(fd, buffer, sizeof buffer);
+    close(fd);
+    return std::string(buffer, n > 0 ? size_t(n) : 0);
+}
+
+// Plants what another user could leave at path: a FIFO or a plain file
+// anyone may write, owned by uid.
+void plant(const std::string& path, bool fifo, uid_t uid)
+{
+    unlink(path.c_str());
+    if (fifo) {
+        makeFifo(path);
+    } else {
+        int fd = open(path.c_str(), O_CREAT | O_WRONLY, 0666);
+        EXPECT_GE(fd, 0) << path;
+        close(fd);
+        chmod(path.c_str(), 0666);
+    }
+    EXPECT_EQ(chown(path.c_str(), uid, uid), 0) << path;
+}
+
+std::string sendCapturingErrors(const char* command)
+{
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(SendCommandToWM(nullptr, command));
+    return testing::internal::GetCapturedStderr();
+}
+
+TEST(WmFifo, NothingButTheCallersOwnFifoGetsACommand)
+{
+    vyxtest::TempHome world;
+    ScopedEnv display("DISPLAY", ":98");
+    const std::string target = world.writeFile("victim", "original text\n");
+    const std::string link = world.path("run/vyx-wm-:98");
+    ASSERT_EQ(symlink(target.c_str(), link.c_str()), 0);
+    const std::string runUser = world.makeDir("runuser");  // no other user's FIFO to fall back on
+    VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(runUser), [&] {
+        EXPECT_EQ(FindVyxWMFIFOPath(nullptr).second, false);
+        std::string errors = sendCapturingErrors("HELLO\n");
+        EXPECT_NE(errors.find(link + " not used: it is a symbolic link\n"), std::string::npos) << errors;
+        EXPECT_EQ(vyxtest::readFile(target), "original text\n");
+
+        // Without a runtime directory the FIFO lives in the shared temporary
+        // directory, where another user may have made the name first.
+        ScopedEnv shared("XDG_RUNTIME_DIR", nullptr), primary("DISPLAY", ":0");
+        const std::string planted = world.path("tmp/vyx-wm-:0");
+        plant(planted, false, 1234);
+        errors = sendCapturingErrors("SECRET\n");
+        EXPECT_NE(errors.find(planted + " not used: it is not a FIFO\n"), std::string::npos) << errors;
+        EXPECT_EQ(vyxtest::readFile(planted), "");
+        plant(planted, true, 1234);
+        EXPECT_EQ(unreadAfter(planted, [&] {
+                      errors = sendCapturingErrors("SECRET\n");
+                  }),
+                  "");
+        EXPECT_NE(errors.find(planted + " not used: it belongs to uid 1234, not to uid 0\n"), std::string::npos)
+            << errors;
+        EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(planted, false));
+    }));
+}
+
+TEST(WmFifo, AdministratorTakesOnlyTheFifoOfTheUserWhoseDirectoryHoldsIt)
+{
+    vyxtest::TempHome world;
+    ScopedEnv display("DISPLAY", ":6");
+    const std::string runUser = world.makeDir("runuser");
+    for (const char* uid : {"1000", "1001"})
+        ASSERT_EQ(chown(world.makeDir(std::string("runuser/") + uid).c_str(), std::stoi(uid), 0), 0);
+    ASSERT_EQ(chown(world.makeDir("runuser/private/E/F").c_str(), 1002, 0), 0);
+    VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(runUser), [] {
+        const std::string intruder = "/var/run/user/1000/vyx-wm-:6", privateFifo = "/var/run/user/private/E/F/vyx-wm-:6",
+                          own = "/var/run/user/1001/vyx-wm-:6";
+        plant(intruder, true, 1001);      // 1001's FIFO in 1000's directory
+        plant(privateFifo, true, 0);      // root's FIFO in a directory of 1002
+        EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, false));
+        std::string errors;
+        EXPECT_EQ(unreadAfter(intruder, [&] { errors = sendCapturingErrors("X\n"); }), "");
+        EXPECT_NE(errors.find(intruder + " not used: it belongs to uid 1001, not to uid 1000\n"), std::string::npos)
+            << errors;
+        EXPECT_NE(errors.find(privateFifo + " not used: it belongs to uid 0, not to uid 1002\n"), std::string::npos)
+            << errors;
+
+        plant(own, true, 1001);
+        EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(own, true));
+        EXPECT_EQ(sendToReader(own, "VYXWM_UPDATE_RECENTSMENU\n"), "VYXWM_UPDATE_RECENTSMENU\n");
     }));
 }
 
@@ -238,6 +337,53 @@ TEST_F(DmSocket, FailuresAreReported)
     EXPECT_FALSE(SendCommandToDM(nullptr, "list"));
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "SendCommandToDM: Cannot connect socket " + m_path + " error=Connection refused\n");
+}
+
+TEST_F(DmSocket, AListenerOfAnotherUserGetsNothing)
+{
+    int ready[2], got[2];
+    ASSERT_EQ(pipe(ready), 0);
+    ASSERT_EQ(pipe(got), 0);
+    pid_t pid = fork();
+    if (pid == 0) {
+        // Bound as root, listening as another user: the credentials a
+        // client sees are those of the listen.
+        int listener = socket(AF_UNIX, SOCK_STREAM, 0);
+        sockaddr_un address = {};
+        address.sun_family = AF_UNIX;
+        m_path.copy(address.sun_path, sizeof address.sun_path - 1);
+        if (bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 || setgid(4321) != 0 ||
+            setuid(4321) != 0 || listen(listener, 1) != 0)
+            _exit(1);
+        (void)!write(ready[1], "r", 1);
+        pollfd wait = {listener, POLLIN, 0};
+        std::string received;
+        if (poll(&wait, 1, 5000) > 0) {
+            int fd = accept(listener, nullptr, nullptr);
+            char buffer[256];
+            ssize_t n;
+            pollfd more = {fd, POLLIN, 0};
+            while (poll(&more, 1, 2000) > 0 && (n = read(fd, buffer, sizeof buffer)) > 0)
+                received.append(buffer, size_t(n));
+        }
+        (void)!write(got[1], received.data(), received.size());
+        _exit(0);
+    }
+    close(ready[1]);
+    close(got[1]);
+    char byte;
+    ASSERT_EQ(read(ready[0], &byte, 1), 1);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(SendCommandToDM(nullptr, "list"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "SendCommandToDM: " + m_path + " not used: its listener runs as uid 4321\n");
+    char buffer[256];
+    EXPECT_EQ(read(got[0], buffer, sizeof buffer), 0);  // the command never went out
+    close(ready[0]);
+    close(got[0]);
+    int status = 0;
+    waitpid(pid, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
 }
 
 // The display manager's control tool, a script in a private mount

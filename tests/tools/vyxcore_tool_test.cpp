@@ -10,7 +10,11 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <ostream>
 #include <string>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
@@ -18,7 +22,7 @@
 namespace {
 
 struct ToolRun {
-    int status = -1;
+    int status = -1;  // -1 when the tool was killed, by the time limit or otherwise
     std::string out;
     std::string err;
 };
@@ -34,7 +38,9 @@ std::string drain(int fd)
     return text;
 }
 
-ToolRun runTool(const std::vector<std::string>& args)
+// With a time limit, a tool still running after that many seconds is killed
+// (SIGALRM, whose timer survives the exec) instead of hanging the test.
+ToolRun runTool(const std::vector<std::string>& args, unsigned timeLimit = 0)
 {
     int out[2], err[2];
     if (pipe(out) != 0 || pipe(err) != 0)
@@ -49,6 +55,8 @@ ToolRun runTool(const std::vector<std::string>& args)
         for (const std::string& arg : args)
             argv.push_back(const_cast<char*>(arg.c_str()));
         argv.push_back(nullptr);
+        if (timeLimit)
+            alarm(timeLimit);
         execv(VYXCORE_TOOL, argv.data());
         _exit(127);
     }
@@ -527,5 +535,114 @@ TEST(ToolMenu, TheStartMenuAsATree)
         << json.out;
     EXPECT_EQ(runTool({"menu", "extra"}).status, 2);
 }
+
+}  // namespace
+
+namespace {
+
+// Every file the library reads of its own accord, each with commands that
+// read it. Put a FIFO, a socket or a directory in its place and the
+// commands must neither hang nor answer otherwise than when it is missing.
+struct ConfigReader {
+    const char* name;  // the case's name
+    const char* file;  // relative to the world's root
+    std::vector<std::vector<std::string>> commands;
+    // Whether the answer must be exactly the missing file's. Not where the
+    // file is found by listing its directory or by its presence: there it is
+    // seen, and its reader refuses it with its message for an unreadable file.
+    bool asMissing = true;
+};
+
+const ConfigReader kConfigReaders[] = {
+    {"UserDirs", "home/.config/user-dirs.dirs", {{"dirs"}, {}}},
+    {"TrashRecord", "home/.local/share/Trash/info/kept.trashinfo", {{"trash", "list"}, {"trash", "restore", "kept"}}, false},
+    {"TrashSizes", "home/.local/share/Trash/directorysizes", {{"trash", "size"}}},
+    {"DesktopFile", "home/.local/share/applications/own.desktop", {{"apps"}, {"menu"}, {"default", "text/plain"}}, false},
+    {"AutostartFile", "home/.config/autostart/own.desktop", {{"autostart", "own"}}, false},
+    {"MimeinfoCache", "usr/share/applications/mimeinfo.cache", {{"default", "text/plain"}, {"assigned", "text/plain"}}},
+    {"DataMimeapps", "usr/share/applications/mimeapps.list", {{"default", "text/plain"}, {"assigned", "text/plain"}}},
+    {"UserMimeapps", "home/.config/mimeapps.list", {{"assigned", "text/plain"}}},
+    {"IconThemeIndex", "home/.icons/own/index.theme", {{"themes"}, {"theme", "own"}}, false},
+    {"SoundThemeIndex", "home/.local/share/sounds/own/index.theme", {{"sound", "bell", "--theme", "own"}}, false},
+    {"CurrentThemerc", "home/.vyx/theme/current.themerc", {{"themes"}, {"sound", "bell"}}},
+    {"Xresources", "home/.Xresources", {{"cursor"}}},
+    {"MimeCache", "home/.local/share/mime/mime.cache", {{"mime", "@home/notes.txt"}}},
+    {"MimeGlobs", "home/.local/share/mime/globs2", {{"mime", "@home/notes.txt"}}},
+    {"MimeMagic", "home/.local/share/mime/magic", {{"mime", "@home/notes.txt"}}},
+};
+
+// Names the case by its file, not by its bytes.
+void PrintTo(const ConfigReader& reader, std::ostream* os)
+{
+    *os << reader.file;
+}
+
+class ConfigFileInPlace : public ::testing::TestWithParam<ConfigReader> {
+protected:
+    ConfigFileInPlace()
+    {
+        // Enough of a desktop that every command has something to answer.
+        m_world.writeFile("usr/share/applications/editor.desktop",
+                          "[Desktop Entry]\nType=Application\nName=Editor\nExec=true\nMimeType=text/plain;\n");
+        m_world.writeFile("home/.local/share/Trash/files/kept", "data");
+        m_world.makeDir("home/.local/share/mime");
+        m_world.writeFile("home/notes.txt", "some text\n");
+        m_world.makeDir("home/.icons/own");
+        m_world.makeDir("home/.local/share/sounds/own");
+    }
+
+    std::vector<std::string> resolved(std::vector<std::string> args) const
+    {
+        for (std::string& arg : args) {
+            if (!arg.empty() && arg[0] == '@')
+                arg = m_world.path(arg.substr(1));
+        }
+        return args;
+    }
+
+    vyxtest::TempHome m_world;
+};
+
+TEST_P(ConfigFileInPlace, IsReadAsMissingAtOnce)
+{
+    const ConfigReader& reader = GetParam();
+    const std::string path = m_world.path(reader.file);
+    m_world.makeDir(reader.file);
+    rmdir(path.c_str());
+    for (const std::vector<std::string>& command : reader.commands) {
+        const std::vector<std::string> args = resolved(command);
+        const ToolRun missing = runTool(args, 30);
+        ASSERT_NE(missing.status, -1) << "killed without the file";
+        for (const char* kind : {"FIFO", "socket", "directory"}) {
+            SCOPED_TRACE(std::string(kind) + " at " + reader.file + ", vyxcore " + (args.empty() ? "" : args[0]));
+            if (kind[0] == 'F') {
+                ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
+            } else if (kind[0] == 's') {
+                sockaddr_un address = {};
+                address.sun_family = AF_UNIX;
+                ASSERT_LT(path.size(), sizeof address.sun_path);
+                path.copy(address.sun_path, sizeof address.sun_path - 1);
+                int fd = socket(AF_UNIX, SOCK_STREAM, 0);
+                ASSERT_EQ(bind(fd, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+                close(fd);
+            } else {
+                ASSERT_EQ(mkdir(path.c_str(), 0755), 0);
+            }
+            const ToolRun planted = runTool(args, 30);
+            EXPECT_NE(planted.status, -1) << "hung or killed";
+            if (reader.asMissing) {
+                EXPECT_EQ(planted.status, missing.status);
+                EXPECT_EQ(planted.out, missing.out);
+                EXPECT_EQ(planted.err, missing.err);
+            } else {
+                EXPECT_TRUE(planted.status == 0 || planted.status == 1) << planted.status << planted.err;
+            }
+            remove(path.c_str());
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryReader, ConfigFileInPlace, ::testing::ValuesIn(kConfigReaders),
+                         [](const ::testing::TestParamInfo<ConfigReader>& info) { return info.param.name; });
 
 }  // namespace

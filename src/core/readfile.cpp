@@ -1,0 +1,109 @@
+#include "core/readfile_p.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace Vyx::detail {
+
+namespace {
+
+// Reads fd from offset to its end with pread, appending to out.
+bool appendFrom(int fd, off_t offset, std::string& out)
+{
+    char buffer[16384];
+    for (;;) {
+        const ssize_t n = pread(fd, buffer, sizeof buffer, offset);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0)
+            return false;
+        if (n == 0)
+            return true;
+        out.append(buffer, size_t(n));
+        offset += n;
+    }
+}
+
+bool readFrom(int fd, const struct stat& st, std::string& out)
+{
+    out.clear();
+    if (st.st_size > 0)
+        out.reserve(size_t(st.st_size));
+    if (appendFrom(fd, 0, out))
+        return true;
+    out.clear();
+    return false;
+}
+
+}  // namespace
+
+int openRegularFile(const char* path)
+{
+    if (!path || !*path) {
+        errno = ENOENT;
+        return -1;
+    }
+    // O_NOCTTY: a terminal at the path must not become our controlling one
+    // merely because we looked at it.
+    const int fd = ::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+    if (fd < 0) {
+        // A socket cannot be opened at all; it is refused like every other
+        // thing that is not a file.
+        if (errno == ENXIO)
+            errno = ENOENT;
+        return -1;
+    }
+    struct stat st;
+    if (fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+        close(fd);
+        errno = ENOENT;
+        return -1;
+    }
+    const int flags = fcntl(fd, F_GETFL);
+    if (flags < 0 || fcntl(fd, F_SETFL, flags & ~O_NONBLOCK) < 0) {
+        const int saved = errno;
+        close(fd);
+        errno = saved;
+        return -1;
+    }
+    return fd;
+}
+
+FILE* fopenRegularFile(const char* path)
+{
+    const int fd = openRegularFile(path);
+    if (fd < 0)
+        return nullptr;
+    FILE* file = fdopen(fd, "r");
+    if (!file) {
+        const int saved = errno;
+        close(fd);
+        errno = saved;
+    }
+    return file;
+}
+
+bool readRegularFile(const char* path, std::string& out)
+{
+    out.clear();
+    const int fd = openRegularFile(path);
+    if (fd < 0)
+        return false;
+    struct stat st;
+    const bool ok = fstat(fd, &st) == 0 && readFrom(fd, st, out);
+    close(fd);
+    return ok;
+}
+
+bool readRegularDescriptor(int fd, std::string& out)
+{
+    out.clear();
+    struct stat st;
+    if (fstat(fd, &st) != 0 || !S_ISREG(st.st_mode))
+        return false;
+    return readFrom(fd, st, out);
+}
+
+}  // namespace Vyx::detail

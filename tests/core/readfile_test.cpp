@@ -1,0 +1,75 @@
+#include "support/temp_home.h"
+
+#include "core/readfile_p.h"
+#include "vyxfileutils.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace {
+
+using Vyx::detail::fopenRegularFile;
+using Vyx::detail::openRegularFile;
+using Vyx::detail::readRegularDescriptor;
+using Vyx::detail::readRegularFile;
+
+// Everything that is not a file is refused as a missing file is, at once.
+TEST(ReadFile, OnlyRegularFilesAndNeverBlocking)
+{
+    vyxtest::TempHome world;
+    alarm(10);  // a blocking open of the FIFO would hang here
+    const std::string fifo = world.path("fifo"), socketPath = world.path("socket");
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    socketPath.copy(address.sun_path, sizeof address.sun_path - 1);
+    int listener = socket(AF_UNIX, SOCK_STREAM, 0);
+    ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    std::string out = "stale";
+    for (const std::string& path : {fifo, socketPath, world.home(), std::string("/dev/null"), world.path("missing")}) {
+        errno = 0;
+        EXPECT_EQ(openRegularFile(path.c_str()), -1) << path;
+        EXPECT_EQ(errno, ENOENT) << path;
+        EXPECT_EQ(fopenRegularFile(path.c_str()), nullptr) << path;
+        EXPECT_FALSE(readRegularFile(path.c_str(), out)) << path;
+        EXPECT_EQ(out, "") << path;
+    }
+    // Copies go through it too: nothing is created for what cannot be read.
+    EXPECT_FALSE(vyxCopyFile(fifo.c_str(), world.path("copy").c_str()));
+    EXPECT_NE(access(world.path("copy").c_str(), F_OK), 0);
+    close(listener);
+    alarm(0);
+}
+
+TEST(ReadFile, ReadsTheWholeFileWhateverItsReportedSize)
+{
+    vyxtest::TempHome world;
+    const std::string content = std::string(100000, 'x') + std::string("\0tail", 5);
+    const std::string path = world.writeFile("big", content);
+    std::string out;
+    ASSERT_TRUE(readRegularFile(path.c_str(), out));
+    EXPECT_EQ(out, content);
+
+    // The reader gets a blocking descriptor: a short read is the file's end.
+    const int fd = openRegularFile(path.c_str());
+    ASSERT_GE(fd, 0);
+    EXPECT_EQ(fcntl(fd, F_GETFL) & O_NONBLOCK, 0);
+    EXPECT_NE(fcntl(fd, F_GETFD) & FD_CLOEXEC, 0);
+    ASSERT_EQ(lseek(fd, 7, SEEK_SET), 7);
+    ASSERT_TRUE(readRegularDescriptor(fd, out));
+    EXPECT_EQ(out, content);
+    EXPECT_EQ(lseek(fd, 0, SEEK_CUR), 7) << "the caller's offset is kept";
+    close(fd);
+
+    // /proc reports size 0 for files that are not empty.
+    ASSERT_TRUE(readRegularFile("/proc/self/status", out));
+    EXPECT_NE(out.find("\nPid:"), std::string::npos) << out;
+}
+
+}  // namespace

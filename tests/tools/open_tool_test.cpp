@@ -135,8 +135,8 @@ TEST(ToolOpen, OpensWithThePreferredApplicationAndNoShell)
 
     ProgramRun dry = tool({"open", "--dry-run", "--json", file});
     ASSERT_EQ(dry.status, 0) << dry.err;
-    EXPECT_TRUE(has(dry.out, "\"types\":[\"text/plain\"]")) << dry.out;
-    EXPECT_TRUE(has(dry.out, "\"--open\",\"" + file + "\"]")) << dry.out;
+    EXPECT_TRUE(has(dry.out, "\"types\": [\"text/plain\"]")) << dry.out;
+    EXPECT_TRUE(has(dry.out, "\"--open\", \"" + file + "\"]")) << dry.out;
 
     ProgramRun opened = tool({"open", file});
     ASSERT_EQ(opened.status, 0) << opened.err;

@@ -134,7 +134,14 @@ std::vector<VyxMimeApp> GetPreferredApplications(const char* mime)
         list.general = Vyx::fileName(path) == "mimeapps.list";
     }
     Collector collector(lists);
+    // The type itself first: most types have an answer, and the fallbacks
+    // need the whole MIME database read.
+    std::vector<VyxMimeApp> own = collector.forType(mime);
+    if (!own.empty())
+        return own;
     for (const std::string& type : fallbackTypes(mime)) {
+        if (type == mime)
+            continue;
         std::vector<VyxMimeApp> found = collector.forType(type);
         if (!found.empty())
             return found;

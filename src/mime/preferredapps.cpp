@@ -4,6 +4,7 @@
 #include "vyxmime.h"
 
 #include "core/ini_p.h"
+#include "core/pathprobe_p.h"
 #include "desktopentry/desktopid_p.h"
 #include "mime/mimeapps_p.h"
 
@@ -130,7 +131,8 @@ std::vector<VyxMimeApp> GetPreferredApplications(const char* mime)
     for (const std::string& path : findMimeappsLists(true)) {
         ListFile& list = lists.emplace_back();
         list.path = path;
-        list.loaded = list.ini.loadFile(path);
+        // Opening a FIFO planted under a list's name would wait for a writer.
+        list.loaded = isRegularFile(path) && list.ini.loadFile(path);
         list.general = Vyx::fileName(path) == "mimeapps.list";
     }
     Collector collector(lists);

@@ -160,7 +160,8 @@ TEST(PreferredApps, DamagedListsAreNeverRewritten)
 
         unlink(list.c_str());
         ASSERT_EQ(mkfifo(list.c_str(), 0600), 0);
-        EXPECT_FALSE(SetDefaultApplication("text/plain", "a.desktop"));  // does not block either
+        EXPECT_FALSE(SetDefaultApplication("text/plain", "a.desktop"));  // neither call blocks
+        EXPECT_EQ(GetPreferredApplications("text/plain").size(), 1u);
         struct stat st;
         EXPECT_TRUE(lstat(list.c_str(), &st) == 0 && S_ISFIFO(st.st_mode));
         unlink(list.c_str());

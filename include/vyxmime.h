@@ -60,9 +60,9 @@ struct VyxMimeApp {
 // of a list of the same or a higher priority is left out (an id both added
 // and removed in one list is removed); an id that is not installed, is
 // hidden or is not usable here (VyxDesktopEntry::isSuitable) is skipped; no
-// id appears twice. A type with no answer is tried under its canonical name
-// and aliases, then under its parent types (every text type falls back on
-// text/plain). Empty for a null or malformed type or when nothing opens it.
+// id appears twice. A type is looked up under its canonical name and its
+// aliases together; a type with no answer falls back on its parent types
+// (every text type on text/plain). Empty for a null or malformed type or when nothing opens it.
 // Reads the lists afresh on each call; safe to call from several threads.
 VYX_EXPORT std::vector<VyxMimeApp> GetPreferredApplications(const char* mime);
 

@@ -5,9 +5,11 @@
 
 #include "core/ini_p.h"
 #include "core/pathprobe_p.h"
+#include "desktopentry/catalogue_p.h"
 #include "desktopentry/desktopid_p.h"
 #include "mime/mimeapps_p.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <deque>
 #include <set>
@@ -46,7 +48,9 @@ class Collector {
 public:
     explicit Collector(std::deque<ListFile>& lists) : m_lists(lists) {}
 
-    std::vector<VyxMimeApp> forType(const std::string& type)
+    // The answers for one type known under several names (its canonical
+    // name and aliases): a list may use any of them.
+    std::vector<VyxMimeApp> forType(const std::vector<std::string>& names)
     {
         m_seen.clear();
         m_result.clear();
@@ -54,17 +58,22 @@ public:
         for (const ListFile& list : m_lists) {
             // A removal counts for its own list too: an id both added and
             // removed in one file is left out.
-            if (list.general) {
-                for (const std::string& id : idsOf(list, kRemoved, type))
-                    removed.insert(id);
+            for (const std::string& type : names) {
+                if (list.general) {
+                    for (const std::string& id : idsOf(list, kRemoved, type))
+                        removed.insert(id);
+                }
             }
-            for (const std::string& id : idsOf(list, kDefaults, type))
-                offer(id, desktopIdPath(id), type, list.path, kDefaults, removed);
-            if (list.general) {
-                for (const std::string& id : idsOf(list, kAdded, type))
-                    offer(id, desktopIdPath(id), type, list.path, kAdded, removed);
+            for (const char* group : {kDefaults, kAdded}) {
+                if (group == kAdded && !list.general)
+                    continue;
+                for (const std::string& type : names) {
+                    for (const std::string& id : idsOf(list, group, type))
+                        offer(id, desktopIdPath(id), type, list.path, group, removed);
+                }
             }
         }
+        const std::string& type = names.front();
         for (const std::string& path : GetDesktopEntryPathForMime(type.c_str(), Vyx::tagged_bool<AllDesktopEntries_tag>(true))) {
             std::string id = desktopIdOf(path);
             // The id's own file, which shadows a copy in a later directory.
@@ -136,15 +145,27 @@ std::vector<VyxMimeApp> GetPreferredApplications(const char* mime)
         list.general = Vyx::fileName(path) == "mimeapps.list";
     }
     Collector collector(lists);
-    // The type itself first: most types have an answer, and the fallbacks
-    // need the whole MIME database read.
-    std::vector<VyxMimeApp> own = collector.forType(mime);
+    // The type itself first, under its canonical name and its aliases (from
+    // the catalogue's alias table, already read): most types have an answer,
+    // and the fallbacks need the whole MIME database read.
+    std::vector<std::string> names{mime};
+    for (const auto& [canonical, alias] : mimeAliasTable()) {
+        if (alias == mime && canonical != mime) {
+            names.insert(names.begin(), canonical);
+            break;
+        }
+    }
+    for (const std::string& alias : GetMimeAliases(names.front().c_str())) {
+        if (std::find(names.begin(), names.end(), alias) == names.end())
+            names.push_back(alias);
+    }
+    std::vector<VyxMimeApp> own = collector.forType(names);
     if (!own.empty())
         return own;
     for (const std::string& type : fallbackTypes(mime)) {
-        if (type == mime)
+        if (std::find(names.begin(), names.end(), type) != names.end())
             continue;
-        std::vector<VyxMimeApp> found = collector.forType(type);
+        std::vector<VyxMimeApp> found = collector.forType({type});
         if (!found.empty())
             return found;
     }

@@ -71,7 +71,8 @@ TEST(PreferredApps, EveryLevelInPriorityOrder)
                     "[Removed Associations]\ntext/plain=b.desktop;\n");  // lower: b stays
     world.writeFile("home/.local/share/applications/mimeapps.list",
                     "[Added Associations]\ntext/plain=u.desktop;\n[Removed Associations]\ntext/plain=u.desktop;\n");
-    world.writeFile(kApps + std::string("mimeapps.list"), "[Default Applications]\nimage/png=b.desktop;\n");
+    world.writeFile(kApps + std::string("mimeapps.list"),
+                    "[Default Applications]\nimage/png=b.desktop;\napplication/foo=b.desktop;\n");
 
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
         std::vector<VyxMimeApp> apps = GetPreferredApplications("text/plain");
@@ -92,9 +93,10 @@ TEST(PreferredApps, EveryLevelInPriorityOrder)
         ASSERT_FALSE(source.empty());
         EXPECT_EQ(source[0].id, "d.desktop");
         EXPECT_EQ(source[0].type, "text/plain");
-        // An alias, and a sub-class of the aliased type.
-        EXPECT_EQ(ids(GetPreferredApplications("application/x-foo")), Strings({"foo.desktop"}));
-        EXPECT_EQ(ids(GetPreferredApplications("application/x-child")), Strings({"foo.desktop"}));
+        // An alias answers as its canonical type, lists included; so does a
+        // sub-class of it.
+        EXPECT_EQ(ids(GetPreferredApplications("application/x-foo")), Strings({"b.desktop", "foo.desktop"}));
+        EXPECT_EQ(ids(GetPreferredApplications("application/x-child")), Strings({"b.desktop", "foo.desktop"}));
         EXPECT_TRUE(GetPreferredApplications("application/x-nobody").empty());
         EXPECT_TRUE(GetPreferredApplications("not a type").empty());
         EXPECT_TRUE(GetPreferredApplications(nullptr).empty());

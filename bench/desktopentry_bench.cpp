@@ -101,4 +101,31 @@ void BM_IniDocumentLoad(benchmark::State& state)
 }
 BENCHMARK(BM_IniDocumentLoad)->Unit(benchmark::kMicrosecond);
 
+// An Exec value with every kind of field code, for three files: the argument
+// vectors against the older one-line expansion of the same request.
+const char kExec[] = "viewer --name %c \"--title=a b\" %i --location=%k %F";
+
+void BM_ExecArgVectors(benchmark::State& state)
+{
+    const std::vector<std::string> files = {"/home/user/a file.txt", "/tmp/$(x).txt", "/srv/data/report-2024.pdf"};
+    for (auto _ : state)
+        benchmark::DoNotOptimize(ExecToArgVectors(kExec, files, "viewer-icon", "Viewer", "/usr/share/v.desktop"));
+}
+BENCHMARK(BM_ExecArgVectors)->Unit(benchmark::kMicrosecond);
+
+void BM_ExecToString(benchmark::State& state)
+{
+    for (auto _ : state) {
+        ExecFormatString e;
+        e.format = kExec;
+        e.icon = "viewer-icon";
+        e.caption = "Viewer";
+        e.location = "/usr/share/v.desktop";
+        e.files = {"/home/user/a file.txt", "/tmp/$(x).txt", "/srv/data/report-2024.pdf"};
+        e.separator = ' ';
+        benchmark::DoNotOptimize(e.toString());
+    }
+}
+BENCHMARK(BM_ExecToString)->Unit(benchmark::kMicrosecond);
+
 }  // namespace

@@ -174,6 +174,25 @@ void BM_AssignedWarm(benchmark::State& state)
 }
 BENCHMARK(BM_AssignedWarm)->Unit(benchmark::kMicrosecond);
 
+// The user's whole preference list for a type, in a fresh process with the
+// per-user cache file present: what "vyxcore prefer" costs beyond start-up.
+void BM_PreferredFirstCall(benchmark::State& state)
+{
+    const std::string type = queryTypes().front();
+    GetDesktopEntryPathForMime(type.c_str(), kFirst);  // the cache file exists
+    timeInChild(state, [&] { benchmark::DoNotOptimize(GetPreferredApplications(type.c_str())); });
+}
+BENCHMARK(BM_PreferredFirstCall)->UseManualTime()->Unit(benchmark::kMicrosecond);
+
+void BM_PreferredWarm(benchmark::State& state)
+{
+    const std::vector<std::string>& types = queryTypes();
+    size_t i = 0;
+    for (auto _ : state)
+        benchmark::DoNotOptimize(GetPreferredApplications(types[i++ % types.size()].c_str()));
+}
+BENCHMARK(BM_PreferredWarm)->Unit(benchmark::kMicrosecond);
+
 void BM_AllApplications(benchmark::State& state)
 {
     queryTypes();

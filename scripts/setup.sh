@@ -15,6 +15,8 @@ packages=(
   shared-mime-info hicolor-icon-theme adwaita-icon-theme gtk-update-icon-cache
   desktop-file-utils psmisc util-linux
   sound-theme-freedesktop
+  # the freedesktop tools the preferred-application answers are compared with
+  xdg-utils libglib2.0-bin
   # fuzzing and sanitizers
   clang libclang-rt-14-dev
   # benchmarks

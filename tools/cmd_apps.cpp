@@ -132,6 +132,8 @@ int runApps(const CommonOptions& options)
 
 int runDefault(const CommonOptions& options)
 {
+    if (!options.valuesOf("--set").empty())
+        return setDefault(options);
     const std::string& type = options.positional[0];
     std::vector<std::string> paths =
         GetDesktopEntryPathForMime(type.c_str(), Vyx::tagged_bool<AllDesktopEntries_tag>(options.hasFlag("--all")));

@@ -25,6 +25,10 @@ int runWhy(const CommonOptions& options);
 int runApps(const CommonOptions& options);
 int runDefault(const CommonOptions& options);
 int runAssigned(const CommonOptions& options);
+int runOpen(const CommonOptions& options);
+int runPrefer(const CommonOptions& options);
+// default TYPE --set ID
+int setDefault(const CommonOptions& options);
 int runMimeapps(const CommonOptions& options);
 int runMime(const CommonOptions& options);
 int runMimetype(const CommonOptions& options);

@@ -43,11 +43,27 @@ const std::vector<Command>& commands()
         {"apps", "apps [--all] [--json]", "The applications a menu would show: name, id, path.",
          "--all adds the hidden and unusable ones with their reason codes (see 'vyxcore why').", 0, 0, runApps,
          {}, {"--all"}},
-        {"default", "default TYPE [--all] [--json]",
+        {"default", "default TYPE [--all] [--set ID] [--json]",
          "The installed application for a MIME type (all of them with --all), and where that came from.",
+         "--set ID makes the installed application ID (\"org.example.Viewer.desktop\") the user's\n"
+         "default for TYPE in the user's mimeapps.list, other lines of the file kept.\n"
          "The last line names the user's cache file of installed applications: read, or rebuilt and written,\n"
-         "and why a file that was there was ignored. Exit status 1 when no application opens TYPE.",
-         1, 1, runDefault, {}, {"--all"}},
+         "and why a file that was there was ignored.\n"
+         "Exit status 1 when no application opens TYPE, or the default could not be set.",
+         1, 1, runDefault, {"--set"}, {"--all"}},
+        {"prefer", "prefer TYPE [--json]",
+         "The applications for a MIME type in the user's order of preference, and what put each there.",
+         "The mimeapps.list files (Default Applications, then Added Associations, less Removed\n"
+         "Associations) come first, then the installed applications; applications not usable\n"
+         "here are left out. A type with none falls back on its aliases and parent types.\n"
+         "Exit status 1 when no application opens TYPE.",
+         1, 1, runPrefer},
+        {"open", "open FILE|URL... [--with ID] [--dry-run] [--json]",
+         "Opens files or URLs with the preferred application (or ID), started without a shell.",
+         "The type of each file comes from its name and content, a URL's from its scheme.\n"
+         "--dry-run prints the argument vectors instead of starting them (JSON with --json).\n"
+         "Exit status 1 when a target has no application or could not be started.",
+         1, 100000, runOpen, {"--with"}, {"--dry-run"}},
         {"assigned", "assigned TYPE [--all] [--json]",
          "The application assigned to a MIME type in the mimeapps.list files, and which file says so.",
          "Exit status 1 when none is assigned.", 1, 1, runAssigned, {}, {"--all"}},

@@ -1,6 +1,8 @@
 #include "core/spawn_p.h"
 
 #include <cerrno>
+#include <csignal>
+#include <cstring>
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -58,6 +60,48 @@ ProgramResult runProgram(const std::vector<std::string>& argv, size_t maxOutput)
     }
     result.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return result;
+}
+
+int startProgram(const std::vector<std::string>& argv, const std::string& workingDir, std::string* error)
+{
+    auto fail = [error](int code) {
+        if (error)
+            *error = std::strerror(code);
+        return -1;
+    };
+    if (argv.empty() || argv[0].empty())
+        return fail(ENOENT);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    if (!workingDir.empty())
+        posix_spawn_file_actions_addchdir_np(&actions, workingDir.c_str());
+
+    // The program starts with no blocked signals and the default handlers,
+    // whatever the caller had set for itself (an ignored SIGPIPE or SIGCHLD
+    // would otherwise be inherited across exec).
+    posix_spawnattr_t attributes;
+    posix_spawnattr_init(&attributes);
+    sigset_t none, all;
+    sigemptyset(&none);
+    sigfillset(&all);
+    posix_spawnattr_setsigmask(&attributes, &none);
+    posix_spawnattr_setsigdefault(&attributes, &all);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF);
+
+    std::vector<char*> args;
+    for (const std::string& arg : argv)
+        args.push_back(const_cast<char*>(arg.c_str()));
+    args.push_back(nullptr);
+
+    pid_t pid = -1;
+    int rc = posix_spawnp(&pid, args[0], &actions, &attributes, args.data(), environ);
+    posix_spawnattr_destroy(&attributes);
+    posix_spawn_file_actions_destroy(&actions);
+    if (rc != 0)
+        return fail(rc);
+    return pid;
 }
 
 }  // namespace Vyx::detail

@@ -22,6 +22,13 @@ struct ProgramResult {
 // standard output (the rest is read and dropped so the program never blocks).
 ProgramResult runProgram(const std::vector<std::string>& argv, size_t maxOutput);
 
+// Starts argv[0] (searched in PATH when it has no "/") and returns at once
+// with its process id, which the caller reaps. Standard input is /dev/null,
+// the other streams are inherited; workingDir, when not empty, is the
+// child's working directory. -1 when it could not be started, with the
+// reason (strerror of the failure) in *error when error is not null.
+int startProgram(const std::vector<std::string>& argv, const std::string& workingDir, std::string* error);
+
 }  // namespace Vyx::detail
 
 #endif

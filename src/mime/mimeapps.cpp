@@ -1,5 +1,7 @@
 #include "vyxmime.h"
 
+#include "mime/mimeapps_p.h"
+
 #include "core/environment_p.h"
 #include "core/ini_p.h"
 #include "vyxdirs.h"
@@ -44,9 +46,17 @@ bool exists(const std::string& path)
     return stat(path.c_str(), &st) == 0;
 }
 
-std::vector<std::string> listExisting()
+}  // namespace
+
+std::vector<std::string> Vyx::detail::findMimeappsLists(bool lowerCaseDesktops)
 {
     Locations l = locations();
+    if (lowerCaseDesktops) {
+        for (std::string& desktop : l.desktops) {
+            for (char& c : desktop)
+                c = static_cast<char>(c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c);
+        }
+    }
     std::vector<std::string> candidates;
     auto add = [&](const std::string& path) {
         if (exists(path))
@@ -72,6 +82,15 @@ std::vector<std::string> listExisting()
     inDir(l.dataHome, "/applications/");
     inDirs(l.dataDirs, "/applications/");
     return candidates;
+}
+
+namespace {
+
+// The lists as the assignment lookups have always read them: desktop names
+// in the case XDG_CURRENT_DESKTOP gives.
+std::vector<std::string> listExisting()
+{
+    return Vyx::detail::findMimeappsLists(false);
 }
 
 // The assignments of the "Added Associations" groups.

@@ -1,6 +1,7 @@
 // End-to-end tests of the vyxcore tool: the real binary, run as a user
 // would, in an isolated home.
 
+#include "support/run_program.h"
 #include "support/temp_home.h"
 #include "support/xvfb.h"
 
@@ -28,50 +29,12 @@ struct ToolRun {
     std::string err;
 };
 
-std::string drain(int fd)
-{
-    std::string text;
-    char buffer[4096];
-    ssize_t n;
-    while ((n = read(fd, buffer, sizeof buffer)) > 0)
-        text.append(buffer, static_cast<size_t>(n));
-    close(fd);
-    return text;
-}
-
-// With a time limit, a tool still running after that many seconds is killed
-// (SIGALRM, whose timer survives the exec) instead of hanging the test.
 ToolRun runTool(const std::vector<std::string>& args, unsigned timeLimit = 0)
 {
-    int out[2], err[2];
-    if (pipe(out) != 0 || pipe(err) != 0)
-        return {};
-    pid_t pid = fork();
-    if (pid == 0) {
-        dup2(out[1], STDOUT_FILENO);
-        dup2(err[1], STDERR_FILENO);
-        close(out[0]);
-        close(err[0]);
-        std::vector<char*> argv{const_cast<char*>(VYXCORE_TOOL)};
-        for (const std::string& arg : args)
-            argv.push_back(const_cast<char*>(arg.c_str()));
-        argv.push_back(nullptr);
-        if (timeLimit)
-            alarm(timeLimit);
-        execv(VYXCORE_TOOL, argv.data());
-        _exit(127);
-    }
-    close(out[1]);
-    close(err[1]);
-    ToolRun run;
-    // Small outputs: stderr is read after stdout without risk of blocking.
-    run.out = drain(out[0]);
-    run.err = drain(err[0]);
-    int status = 0;
-    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-    }
-    run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    return run;
+    std::vector<std::string> argv{VYXCORE_TOOL};
+    argv.insert(argv.end(), args.begin(), args.end());
+    vyxtest::ProgramRun run = vyxtest::runProgram(argv, timeLimit);
+    return {run.status, run.out, run.err};
 }
 
 bool has(const std::string& text, const std::string& piece)

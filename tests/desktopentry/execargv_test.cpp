@@ -1,0 +1,262 @@
+// Exec values turned into argument vectors, and applications launched with
+// them: every file name arrives as exactly one argument, whatever it holds,
+// and no shell ever sees it.
+
+#include "support/temp_home.h"
+
+#include <vyxdesktopentry.h>
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <random>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+using vyxtest::ScopedEnv;
+using vyxtest::TempHome;
+using Argv = std::vector<std::string>;
+using Commands = std::vector<Argv>;
+
+Commands expand(const char* exec, const Argv& targets, std::string* error = nullptr, const char* icon = "",
+                const char* caption = "", const char* location = "")
+{
+    std::string ignored;
+    return ExecToArgVectors(exec, targets, icon, caption, location, error ? error : &ignored);
+}
+
+// Names a hostile user could give a file: shell syntax of every kind,
+// quotes, escapes, field codes, line breaks, invalid UTF-8, leading dashes.
+std::vector<std::string> hostileNames(size_t count)
+{
+    static const char* const pieces[] = {"$(touch owned)", "`touch owned`", "\"", "'", "\\", "\\\\\"", "\n", " ",
+                                         "  ", "\t", "%f", "%%", "%U", "%", "-", "--help", "$HOME", "${IFS}", ";",
+                                         "|", "&", ">", "<", "*", "?", "~", "#", "(", ")", "\xff\xfe", "\xc3",
+                                         "\xe2\x82\xac", "a", "file.txt", "=", "\r", "\\s", "\\n", ":", "//"};
+    std::mt19937 random(20);
+    std::vector<std::string> names;
+    for (size_t i = 0; i < count; ++i) {
+        std::string name = i % 3 == 0 ? "-" : "";
+        size_t parts = 1 + random() % 12;
+        for (size_t p = 0; p < parts; ++p)
+            name += pieces[random() % (sizeof pieces / sizeof *pieces)];
+        if (i % 500 == 0)
+            name += std::string(4000, "x$\"\\ "[i / 500 % 5]);
+        names.push_back(name);
+    }
+    return names;
+}
+
+// Undoes the file URLs made for %u, strictly.
+std::string decodeFileUrl(const std::string& url)
+{
+    EXPECT_EQ(url.compare(0, 7, "file://"), 0) << url;
+    std::string path;
+    for (size_t i = 7; i < url.size(); ++i) {
+        if (url[i] == '%' && i + 2 < url.size()) {
+            path += static_cast<char>(std::stoi(url.substr(i + 1, 2), nullptr, 16));
+            i += 2;
+        } else {
+            path += url[i];
+        }
+    }
+    return path;
+}
+
+TEST(ExecArgv, HostileNamesStayWholeArguments)
+{
+    const std::vector<std::string> names = hostileNames(3000);
+    Argv paths, urls;
+    for (const std::string& name : names) {
+        paths.push_back("/data/" + name);
+        urls.push_back("sftp://host/" + name);
+    }
+    for (size_t i = 0; i < paths.size(); ++i) {
+        std::string error;
+        Commands one = expand("viewer --file %f", {paths[i]}, &error);
+        ASSERT_EQ(one, Commands({{"viewer", "--file", paths[i]}})) << error;
+        Commands url = expand("\"/opt/my viewer\" %u", {urls[i]});
+        ASSERT_EQ(url, Commands({{"/opt/my viewer", urls[i]}}));
+        Commands asUrl = expand("viewer %u", {paths[i]});
+        ASSERT_EQ(asUrl.size(), 1u);
+        ASSERT_EQ(asUrl[0].size(), 2u);
+        EXPECT_EQ(decodeFileUrl(asUrl[0][1]), paths[i]);
+        // The URL made for a file comes back as the same file for %f.
+        EXPECT_EQ(expand("viewer %f", {asUrl[0][1]}), Commands({{"viewer", paths[i]}}));
+    }
+    Argv all{"viewer", "-x"};
+    all.insert(all.end(), paths.begin(), paths.end());
+    EXPECT_EQ(expand("viewer -x %F", paths), Commands({all}));
+    Commands each = expand("viewer %f", paths);
+    ASSERT_EQ(each.size(), paths.size());
+    for (size_t i = 0; i < paths.size(); ++i)
+        EXPECT_EQ(each[i], Argv({"viewer", paths[i]}));
+}
+
+TEST(ExecArgv, QuotingEscapesAndFieldCodes)
+{
+    // The value's own escapes first, then the command line's quoting.
+    // An escaped blank is still a blank of the command line.
+    EXPECT_EQ(expand(R"(prog "a b" c\sd "e\sf" "q\"u\`o\$t\\e" "keep\n" '' "")", {}),
+              Commands({{"prog", "a b", "c", "d", "e f", "q\"u`o$t\\e", "keep\n", "''", ""}}));
+    EXPECT_EQ(expand(R"(prog "back\\\\slash")", {}), Commands({{"prog", "back\\slash"}}));
+    EXPECT_EQ(expand("prog \"100%%\" 50%% %i %c %k %d%D%n%N%v%m", {}, nullptr, "ico", "My App", "/a/b.desktop"),
+              Commands({{"prog", "100%", "50%", "--icon", "ico", "My App", "/a/b.desktop"}}));
+    EXPECT_EQ(expand("prog %i --name=%c", {}, nullptr, "", ""), Commands({{"prog", "--name="}}));
+    // No file code: the files are still given, one process each.
+    EXPECT_EQ(expand("prog --new", {"/a", "/b"}), Commands({{"prog", "--new", "/a"}, {"prog", "--new", "/b"}}));
+    EXPECT_EQ(expand("prog %U", {"/a b", "https://x/?q=1"}), Commands({{"prog", "file:///a%20b", "https://x/?q=1"}}));
+    EXPECT_EQ(expand("prog %F", {"file://localhost/a%20b", "file:/c"}), Commands({{"prog", "/a b", "/c"}}));
+    EXPECT_EQ(expand("prog %f --x", {}), Commands({{"prog", "--x"}}));
+
+    char cwd[4096];
+    ASSERT_TRUE(getcwd(cwd, sizeof cwd));
+    EXPECT_EQ(expand("prog %f", {"-rf"}), Commands({{"prog", std::string(cwd) + "/-rf"}}));
+
+    // A 100 KB value is only long.
+    std::string longArg(100 * 1024, 'y');
+    EXPECT_EQ(expand(("prog " + longArg + " %f").c_str(), {"/a"}), Commands({{"prog", longArg, "/a"}}));
+}
+
+TEST(ExecArgv, InvalidValuesAreRefusedWithTheirReason)
+{
+    for (const char* exec : {"prog \"unbalanced", "prog \"%f\"", "prog --files=%F", "prog x%U", "prog %i%c",
+                             "prog %x", "prog %", "prog %f %U", "FOO=1 prog", "", "   ", "%f", "\"\" %f"}) {
+        std::string error;
+        EXPECT_TRUE(expand(exec, {"/a"}, &error).empty()) << exec;
+        EXPECT_FALSE(error.empty()) << exec;
+    }
+    std::string error;
+    EXPECT_TRUE(expand("prog %f", {"https://example.org/a"}, &error).empty());
+    EXPECT_NE(error.find("https://example.org/a"), std::string::npos) << error;
+    EXPECT_TRUE(expand("prog %F", {"file:///a%00b"}, &error).empty());
+    EXPECT_TRUE(ExecToArgVectors(nullptr, {}, nullptr, nullptr, nullptr, &error).empty());
+}
+
+// --- launching real programs ---
+
+struct Launched {
+    std::string cwd;
+    std::string stdinKind;
+    Argv argv;
+};
+
+// Waits for each process and reads what the recorder wrote.
+std::vector<Launched> collect(const std::string& base, const std::vector<int>& pids)
+{
+    std::vector<Launched> result;
+    for (int pid : pids) {
+        int status = 0;
+        while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
+        }
+        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
+        std::string text = vyxtest::readFile(base + "." + std::to_string(pid));
+        Launched one;
+        std::vector<std::string> fields;
+        for (size_t start = 0, end; start < text.size(); start = end + 1) {
+            end = text.find('\0', start);
+            if (end == std::string::npos)
+                break;
+            fields.push_back(text.substr(start, end - start));
+        }
+        if (fields.size() >= 2) {
+            one.cwd = fields[0];
+            one.stdinKind = fields[1];
+            one.argv.assign(fields.begin() + 2, fields.end());
+        }
+        result.push_back(one);
+    }
+    return result;
+}
+
+std::string writeEntry(const TempHome& world, const std::string& name, const std::string& keys)
+{
+    return world.writeFile("home/.local/share/applications/" + name,
+                           "[Desktop Entry]\nType=Application\nName=Recorder\n" + keys);
+}
+
+TEST(Launch, RealProgramReceivesEveryNameWhole)
+{
+    TempHome world;
+    const std::string base = world.path("record");
+    ScopedEnv record("VYX_ARGV_RECORD", base.c_str());
+    const std::string owned = world.path("owned");
+    std::vector<std::string> names = hostileNames(1200);
+    names.push_back("$(touch " + owned + ")");
+    names.push_back("`touch " + owned + "`");
+    names.push_back("\"; touch " + owned + "; \"");
+    Argv paths;
+    for (const std::string& name : names)
+        paths.push_back("/files/" + name);
+
+    VyxDesktopEntry many(writeEntry(world, "many.desktop", "Exec=" VYX_ARGV_RECORDER " --all %F\n"));
+    // Batches keep each command line well under the system's limit.
+    for (size_t start = 0; start < paths.size(); start += 300) {
+        Argv batch(paths.begin() + static_cast<long>(start),
+                   paths.begin() + static_cast<long>(std::min(paths.size(), start + 300)));
+        std::vector<int> pids;
+        std::string error;
+        ASSERT_GT(LaunchDesktopEntry(many, batch, &error, &pids), 0) << error;
+        std::vector<Launched> runs = collect(base, pids);
+        ASSERT_EQ(runs.size(), 1u);
+        Argv expected{VYX_ARGV_RECORDER, "--all"};
+        expected.insert(expected.end(), batch.begin(), batch.end());
+        EXPECT_EQ(runs[0].argv, expected);
+        EXPECT_EQ(runs[0].stdinKind, "null");
+    }
+    EXPECT_NE(access(owned.c_str(), F_OK), 0) << "a file name ran as a command";
+
+    // One process per file, each in the entry's working directory.
+    VyxDesktopEntry single(writeEntry(world, "single.desktop",
+                                      "Exec=" VYX_ARGV_RECORDER " %f\nPath=" + world.path("tmp") + "\n"));
+    std::vector<int> pids;
+    Argv three(paths.end() - 3, paths.end());
+    ASSERT_GT(LaunchDesktopEntry(single, three, nullptr, &pids), 0);
+    std::vector<Launched> runs = collect(base, pids);
+    ASSERT_EQ(runs.size(), 3u);
+    for (size_t i = 0; i < 3; ++i) {
+        EXPECT_EQ(runs[i].argv, Argv({VYX_ARGV_RECORDER, three[i]}));
+        EXPECT_EQ(runs[i].cwd, world.path("tmp"));
+    }
+    EXPECT_NE(access(owned.c_str(), F_OK), 0);
+}
+
+TEST(Launch, TerminalAndRefusals)
+{
+    TempHome world;
+    const std::string base = world.path("record");
+    ScopedEnv record("VYX_ARGV_RECORD", base.c_str());
+    std::string bin = world.makeDir("bin");
+    ScopedEnv path("PATH", (bin + ":/usr/bin:/bin").c_str());
+    VyxDesktopEntry inTerminal(
+        writeEntry(world, "term.desktop", "Exec=" VYX_ARGV_RECORDER " %u\nTerminal=true\n"));
+
+    // No terminal: refused, with the terminal named.
+    std::string error;
+    if (access("/usr/bin/x-terminal-emulator", X_OK) != 0) {
+        EXPECT_EQ(LaunchDesktopEntry(inTerminal, {"/a"}, &error), -1);
+        EXPECT_NE(error.find("x-terminal-emulator"), std::string::npos) << error;
+    }
+    ASSERT_EQ(symlink(VYX_ARGV_RECORDER, (bin + "/x-terminal-emulator").c_str()), 0);
+    std::vector<int> pids;
+    ASSERT_GT(LaunchDesktopEntry(inTerminal, {"/a b"}, &error, &pids), 0) << error;
+    std::vector<Launched> runs = collect(base, pids);
+    ASSERT_EQ(runs.size(), 1u);
+    EXPECT_EQ(runs[0].argv, Argv({"x-terminal-emulator", "-e", VYX_ARGV_RECORDER, "file:///a%20b"}));
+
+    VyxDesktopEntry missing(world.path("home/.local/share/applications/none.desktop"));
+    EXPECT_EQ(LaunchDesktopEntry(missing, {"/a"}, &error), -1);
+    EXPECT_NE(error.find("not installed"), std::string::npos) << error;
+    VyxDesktopEntry absent(writeEntry(world, "absent.desktop", "Exec=vyx-no-such-program %f\n"));
+    EXPECT_EQ(LaunchDesktopEntry(absent, {"/a"}, &error), -1);
+    EXPECT_NE(error.find("not runnable here"), std::string::npos) << error;
+    VyxDesktopEntry broken(writeEntry(world, "broken.desktop", "Exec=" VYX_ARGV_RECORDER " \"%f\n"));
+    EXPECT_EQ(LaunchDesktopEntry(broken, {"/a"}, &error), -1);
+    EXPECT_NE(error.find("invalid Exec"), std::string::npos) << error;
+}
+
+}  // namespace

@@ -1,0 +1,160 @@
+// vyxcore prefer, default --set and open: the real tool against the
+// freedesktop tools in one tree, and real programs started for hostile
+// file names.
+
+#include "support/run_program.h"
+#include "support/temp_home.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+using vyxtest::ProgramRun;
+using vyxtest::runProgram;
+using vyxtest::ScopedEnv;
+using vyxtest::TempHome;
+
+bool has(const std::string& text, const std::string& piece)
+{
+    return text.find(piece) != std::string::npos;
+}
+
+ProgramRun tool(std::vector<std::string> args)
+{
+    args.insert(args.begin(), VYXCORE_TOOL);
+    return runProgram(args);
+}
+
+bool installed(const char* program)
+{
+    for (const char* dir : {"/usr/bin/", "/bin/"}) {
+        if (access((std::string(dir) + program).c_str(), X_OK) == 0)
+            return true;
+    }
+    return false;
+}
+
+// The id GIO names as the default of type, from "gio mime TYPE".
+std::string gioDefault(const std::string& type)
+{
+    ProgramRun run = runProgram({"gio", "mime", type});
+    std::string::size_type at = run.out.find("Default application for");
+    if (at == std::string::npos)
+        return std::string();
+    std::string::size_type colon = run.out.find(": ", at);
+    std::string::size_type end = run.out.find('\n', colon);
+    return run.out.substr(colon + 2, end - colon - 2);
+}
+
+// The first id of "vyxcore prefer TYPE".
+std::string preferredFirst(const std::string& type)
+{
+    ProgramRun run = tool({"prefer", type});
+    return run.out.substr(0, run.out.find(' '));
+}
+
+const std::vector<std::string> kTypes = {"text/plain", "text/html",        "image/png",       "image/jpeg",
+                                         "image/gif",  "application/pdf",  "application/zip", "application/json",
+                                         "audio/mpeg", "video/mp4",        "text/csv",        "application/x-tar"};
+
+TEST(ToolPrefer, AgreesWithTheFreedesktopTools)
+{
+    if (!installed("xdg-mime") || !installed("gio"))
+        GTEST_SKIP() << "xdg-mime or gio is not installed (scripts/setup.sh installs them)";
+    TempHome world;
+    // An unknown desktop: xdg-mime then uses its generic, file-based way.
+    ScopedEnv desktop("XDG_CURRENT_DESKTOP", "X-Agreement");
+    // The system's data last, for the shared MIME database GIO needs.
+    ScopedEnv dataDirs("XDG_DATA_DIRS", (world.path("usr/share") + ":/usr/share").c_str());
+    for (size_t i = 0; i < kTypes.size(); ++i) {
+        for (const char* which : {"first", "second"})
+            world.writeFile("usr/share/applications/agree-" + std::string(which) + std::to_string(i) + ".desktop",
+                            "[Desktop Entry]\nType=Application\nName=Agree\nExec=true %U\nMimeType=" + kTypes[i] +
+                                ";\n");
+    }
+    for (size_t i = 0; i < kTypes.size(); ++i) {
+        std::string second = "agree-second" + std::to_string(i) + ".desktop";
+        ASSERT_EQ(runProgram({"xdg-mime", "default", second, kTypes[i]}).status, 0);
+    }
+    for (size_t i = 0; i < kTypes.size(); ++i) {
+        std::string second = "agree-second" + std::to_string(i) + ".desktop";
+        EXPECT_EQ(gioDefault(kTypes[i]), second) << kTypes[i];
+        EXPECT_EQ(preferredFirst(kTypes[i]), second) << kTypes[i];
+    }
+    for (size_t i = 0; i < kTypes.size(); ++i) {
+        std::string first = "agree-first" + std::to_string(i) + ".desktop";
+        ProgramRun set = tool({"default", kTypes[i], "--set", first});
+        ASSERT_EQ(set.status, 0) << set.err;
+        EXPECT_EQ(gioDefault(kTypes[i]), first) << kTypes[i];
+        ProgramRun query = runProgram({"xdg-mime", "query", "default", kTypes[i]});
+        EXPECT_EQ(query.out, first + "\n") << kTypes[i] << query.err;
+        EXPECT_EQ(preferredFirst(kTypes[i]), first) << kTypes[i];
+    }
+    ProgramRun refused = tool({"default", "text/plain", "--set", "../etc/x.desktop"});
+    EXPECT_EQ(refused.status, 1);
+    EXPECT_TRUE(has(refused.err, "no installed application")) << refused.err;
+}
+
+// Waits for the recorder started by "vyxcore open" and returns the
+// arguments it received.
+std::vector<std::string> recorded(const std::string& base, const std::string& toolOut)
+{
+    std::string::size_type at = toolOut.find("(pid ");
+    EXPECT_NE(at, std::string::npos) << toolOut;
+    if (at == std::string::npos)
+        return {};
+    std::string pid = toolOut.substr(at + 5, toolOut.find(')', at) - at - 5);
+    // Not our child: wait for its record to appear.
+    std::string path = base + "." + pid;
+    for (int i = 0; i < 500 && access(path.c_str(), F_OK) != 0; ++i)
+        usleep(10000);
+    std::string text = vyxtest::readFile(path);
+    std::vector<std::string> fields;
+    for (size_t start = 0, end; (end = text.find('\0', start)) != std::string::npos; start = end + 1)
+        fields.push_back(text.substr(start, end - start));
+    return fields.size() > 2 ? std::vector<std::string>(fields.begin() + 2, fields.end()) : fields;
+}
+
+TEST(ToolOpen, OpensWithThePreferredApplicationAndNoShell)
+{
+    TempHome world;
+    const std::string base = world.path("record");
+    ScopedEnv record("VYX_ARGV_RECORD", base.c_str());
+    world.writeFile("home/.local/share/applications/recorder.desktop",
+                    "[Desktop Entry]\nType=Application\nName=Recorder\nExec=" VYX_ARGV_RECORDER
+                    " --open %f\nMimeType=text/plain;\n");
+    world.writeFile("home/.local/share/applications/other.desktop",
+                    "[Desktop Entry]\nType=Application\nName=Other\nExec=" VYX_ARGV_RECORDER
+                    " --other %U\nMimeType=text/x-other;\n");
+    const std::string owned = world.path("owned");
+    const std::string file = world.writeFile("files/$(touch " + owned + ").txt", "plain text\n");
+
+    ProgramRun dry = tool({"open", "--dry-run", "--json", file});
+    ASSERT_EQ(dry.status, 0) << dry.err;
+    EXPECT_TRUE(has(dry.out, "\"types\": [\"text/plain\"]")) << dry.out;
+    EXPECT_TRUE(has(dry.out, "\"--open\", \"" + file + "\"]")) << dry.out;
+
+    ProgramRun opened = tool({"open", file});
+    ASSERT_EQ(opened.status, 0) << opened.err;
+    EXPECT_EQ(recorded(base, opened.out), std::vector<std::string>({VYX_ARGV_RECORDER, "--open", file}));
+    EXPECT_NE(access(owned.c_str(), F_OK), 0) << "a file name ran as a command";
+
+    ProgramRun with = tool({"open", "--with", "other.desktop", file, "https://example.org/?a=$(b)"});
+    ASSERT_EQ(with.status, 0) << with.err;
+    std::vector<std::string> args = recorded(base, with.out);
+    ASSERT_EQ(args.size(), 4u);
+    EXPECT_EQ(args[1], "--other");
+    EXPECT_EQ(args[3], "https://example.org/?a=$(b)");
+
+    ProgramRun nothing = tool({"open", world.writeFile("files/x.vyx-unknown-bin", std::string("\0\1\2", 3))});
+    EXPECT_EQ(nothing.status, 1);
+    EXPECT_TRUE(has(nothing.err, "no application opens")) << nothing.err;
+    EXPECT_EQ(tool({"open", world.path("files/missing")}).status, 1);
+    EXPECT_EQ(tool({"open", "--with", "none.desktop", file}).status, 1);
+}
+
+}  // namespace

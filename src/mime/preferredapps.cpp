@@ -4,7 +4,6 @@
 #include "vyxmime.h"
 
 #include "core/ini_p.h"
-#include "core/pathprobe_p.h"
 #include "desktopentry/catalogue_p.h"
 #include "desktopentry/desktopid_p.h"
 #include "mime/mimeapps_p.h"

@@ -49,8 +49,9 @@ std::string encodeEntryValue(const std::string& value)
         else if (edge && c == '\t')
             out += "\\t";
         else if (c == '\\' && (i + 1 == value.size() || escapedBy(value[i + 1]) || value[i + 1] == '\n' ||
-                               value[i + 1] == '\r'))
-            out += "\\\\";  // also at the very end, so that no line ends in a lone backslash
+                               value[i + 1] == '\r' || value[i + 1] == ' ' || value[i + 1] == '\t'))
+            // Also before what is written as an escape, and at the very end.
+            out += "\\\\";
         else
             out += c;
     }

@@ -150,11 +150,12 @@ int putEntryToRecentsMenu(const char* path, const char* icon, Display* display,
         return 0;
 
     // A launcher is copied as it is, so only a file that is one counts: its
-    // name ends with ".desktop" and it reads as a desktop entry. Any other
+    // name ends with ".desktop" and it reads as a desktop entry (one with a
+// Type: any text file parses as an empty INI document). Any other
     // file (say "photos.desktop.txt") is an ordinary document whose item
     // opens it, whatever its text says.
     const VyxDesktopEntry entry(Vyx::endsWith(recorded, ".desktop") ? recorded : std::string());
-    const bool isEntry = entry.isLoaded();
+    const bool isEntry = entry.isLoaded() && !entry.type().empty();
     const FolderLock lock(folder);
     if (fileExists(itemFile, false)) {
         // Written afresh below, which makes it the newest.

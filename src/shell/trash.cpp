@@ -267,6 +267,11 @@ std::string readRecordLine(const char* name, bool originalPath)
     }
     std::string answer = originalPath ? Vyx::detail::recordOriginalPath(file, dirs.top)
                                       : Vyx::detail::firstRecordLine(file, "DeletionDate=");
+    if (originalPath && answer.empty()) {
+        std::rewind(file);
+        if (!Vyx::detail::firstRecordLine(file, "Path=").empty())
+            std::fprintf(stderr, "vyxcore: trashinfo file %s holds no usable path\n", record.c_str());
+    }
     std::fclose(file);
     return answer;
 }

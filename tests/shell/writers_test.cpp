@@ -5,6 +5,7 @@
 // under concurrent writers, and the user's files never briefly missing.
 
 #include "core/ini_p.h"
+#include "support/child_process.h"
 #include "support/temp_home.h"
 
 #include <vyxdesktopentry.h>
@@ -233,25 +234,13 @@ TEST(Writers, ConcurrentRecentRecordsKeepTheLimit)
 {
     TempHome world;
     const std::string recents = world.makeDir("home/.vyx/startmenu/recents");
-    std::vector<pid_t> children;
-    for (int p = 0; p < 4; ++p) {
-        std::vector<std::string> files;
+    std::vector<std::string> files;
+    for (int i = 0; i < 80; ++i)
+        files.push_back(world.writeFile("home/docs/f" + std::to_string(i) + ".txt", "x"));
+    EXPECT_TRUE(vyxtest::runConcurrently(4, [&](int p) {
         for (int i = 0; i < 20; ++i)
-            files.push_back(world.writeFile("home/docs/p" + std::to_string(p) + "-" + std::to_string(i) + ".txt", "x"));
-        const pid_t pid = fork();
-        ASSERT_GE(pid, 0);
-        if (pid == 0) {
-            for (const std::string& file : files)
-                putEntryToRecentsMenu(file.c_str(), nullptr, nullptr, kAll);
-            _exit(0);
-        }
-        children.push_back(pid);
-    }
-    for (pid_t pid : children) {
-        int status = 0;
-        ASSERT_EQ(waitpid(pid, &status, 0), pid);
-        EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
-    }
+            putEntryToRecentsMenu(files[p * 20 + i].c_str(), nullptr, nullptr, kAll);
+    }));
     EXPECT_EQ(visibleEntries(recents).size(), 10u);
 }
 

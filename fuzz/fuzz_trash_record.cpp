@@ -18,6 +18,8 @@ FILE* streamOf(std::string& text)
     return fmemopen(text.empty() ? nullptr : &text[0], text.size(), "r");
 }
 
+const std::string kTop = "/home/user/.local/share/Trash";
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
@@ -26,12 +28,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     FILE* file = streamOf(content);
     if (!file)
         return 0;
-    std::string original = Vyx::detail::recordOriginalPath(file);
+    std::string original = Vyx::detail::recordOriginalPath(file, kTop);
     std::fclose(file);
 
     // Whatever the first "Path=" line decodes to, the lookup by path finds.
     if (!original.empty() && (file = streamOf(content))) {
-        if (!Vyx::detail::recordNamesPath(file, original))
+        if (!Vyx::detail::recordNamesPath(file, original, kTop))
             abort();
         std::fclose(file);
     }
@@ -45,11 +47,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         Vyx::detail::parseDeletionDate(content, &when);
     }
 
-    // A record written for any path without NUL bytes reads back the same.
+    // A record written for any absolute path without NUL bytes that names
+    // something reads back the same.
     std::string path(content.c_str());
+    if (path.empty() || path[0] != '/' || path.find_first_not_of('/') == std::string::npos)
+        path = "/x" + path;
     std::string record = Vyx::detail::trashRecordText(path, 1700000000);
     if ((file = streamOf(record))) {
-        std::string back = Vyx::detail::recordOriginalPath(file);
+        std::string back = Vyx::detail::recordOriginalPath(file, kTop);
         std::fclose(file);
         if (back != path)
             abort();

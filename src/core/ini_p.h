@@ -29,7 +29,8 @@ public:
     // Reads a regular file through a descriptor the caller keeps open. A
     // file locked with fcntl must be read this way: closing any descriptor
     // of it, as loadFile does, would drop the caller's lock.
-    bool loadDescriptor(int fd);
+    // When text is given it receives the bytes read.
+    bool loadDescriptor(int fd, std::string* text = nullptr);
     bool loadData(const char* data, size_t size) { return m_ini.LoadData(data, size) >= 0; }
 
     // The value of key in group, or null.
@@ -43,16 +44,35 @@ public:
     // The keys of group with their values, in file order.
     std::vector<std::pair<const char*, const char*>> entries(const char* group) const;
 
-    // False when the document refuses the key.
+    // False when the document refuses the key, and for a group name, key or
+    // value that would not read back as given (see the checks below): the
+    // document is then unchanged.
     bool set(const char* group, const char* key, const std::string& value)
     {
+        if (!isWritableGroup(group) || !isWritableKey(key) || !isWritableValue(value))
+            return false;
         return m_ini.SetValue(group, key, value.c_str()) >= 0;
     }
+
+    // Whether text, written as a group name, a key or a value, is read back
+    // as exactly that text and nothing more. A line break would start a new
+    // line that the reader takes as another key or group; ']' ends a group
+    // name early and '[' opens one; '=' ends a key; the reader trims blanks
+    // around all three and takes a line starting with '#' or ';' for a
+    // comment. A key may hold one bracket pair, as the language suffix of a
+    // translation ("Name[de]").
+    static bool isWritableGroup(const char* group);
+    static bool isWritableKey(const char* key);
+    static bool isWritableValue(const std::string& value);
 
     // Removes group with every key it holds; false when there was none.
     bool removeGroup(const char* group) { return m_ini.Delete(group, nullptr, true); }
 
     std::string toString() const;
+    // Whether saving the document would write every line of text (the file
+    // it was loaded from) again: false when the reader dropped a line it
+    // could not parse, merged a repeated key or group, or lost a comment.
+    bool keepsEveryLine(const std::string& text) const;
     // Writes the document through writeFileAtomically.
     bool saveAtomically(const std::string& path) const;
 

@@ -1,4 +1,5 @@
 #include "desktopentry/desktopentry_p.h"
+#include "desktopentry/entryvalue_p.h"
 
 #include <climits>
 #include <cstring>
@@ -38,7 +39,7 @@ std::string VyxDesktopEntryPrivate::localizedParameter(const Vyx::detail::IniDoc
     for (const std::string& language : languages) {
         const char* value = ini.value(group.c_str(), Vyx::concat(key, '[', language, ']').c_str());
         if (value && *value)
-            return value;
+            return Vyx::detail::decodeEntryValue(value);
     }
     return std::string();
 }

@@ -1,4 +1,5 @@
 #include "desktopentry/desktopentry_p.h"
+#include "desktopentry/entryvalue_p.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -6,6 +7,7 @@
 #include <iterator>
 #include <unordered_map>
 
+using Vyx::detail::decodeEntryValue;
 using Vyx::detail::IniDocument;
 using Vyx::detail::parseBool;
 using Vyx::detail::splitList;
@@ -66,10 +68,10 @@ void loadActions(VyxDesktopEntryPrivate& d, const IniDocument& ini)
     for (const std::string& id : splitList(ini.value(kGroup, "Actions"))) {
         // A group named "X-Desktop Action" stands in for one without a name.
         std::string group = Vyx::concat("Desktop Action ", id);
-        std::string name = ini.text(group.c_str(), "Name");
+        std::string name = decodeEntryValue(ini.value(group.c_str(), "Name"));
         if (name.empty()) {
             group = Vyx::concat("X-Desktop Action ", id);
-            name = ini.text(group.c_str(), "Name");
+            name = decodeEntryValue(ini.value(group.c_str(), "Name"));
             if (name.empty())
                 continue;
         }
@@ -77,15 +79,15 @@ void loadActions(VyxDesktopEntryPrivate& d, const IniDocument& ini)
         action.setName(name);
         if (d.hasLocale())
             action.setLocalName(d.localizedParameter(ini, group, "Name"));
-        action.setComment(ini.text(group.c_str(), "Comment"));
+        action.setComment(decodeEntryValue(ini.value(group.c_str(), "Comment")));
         if (d.hasLocale())
             action.setLocalComment(d.localizedParameter(ini, group, "Comment"));
-        action.setIcon(ini.text(group.c_str(), "Icon"));
+        action.setIcon(decodeEntryValue(ini.value(group.c_str(), "Icon")));
         if (d.hasLocale())
             action.setLocalIcon(d.localizedParameter(ini, group, "Icon"));
-        action.setExec(ini.text(group.c_str(), "Exec"));
-        action.setOnlyShowIn(splitList(ini.value(group.c_str(), "OnlyShowIn")));
-        action.setNotShowIn(splitList(ini.value(group.c_str(), "NotShowIn")));
+        action.setExec(decodeEntryValue(ini.value(group.c_str(), "Exec")));
+        action.setOnlyShowIn(splitList(decodeEntryValue(ini.value(group.c_str(), "OnlyShowIn")).c_str()));
+        action.setNotShowIn(splitList(decodeEntryValue(ini.value(group.c_str(), "NotShowIn")).c_str()));
         d.actions.push_back(std::move(action));
     }
 }
@@ -106,14 +108,16 @@ bool VyxDesktopEntryPrivate::load()
 
 void VyxDesktopEntryPrivate::loadFrom(const IniDocument& ini)
 {
-    name = ini.text(kGroup, "Name");
+    name = decodeEntryValue(ini.value(kGroup, "Name"));
     // Several translations of one key: the earliest language of the list wins.
     int ranks[sizeof kTranslatedKeys / sizeof kTranslatedKeys[0]];
     std::fill(std::begin(ranks), std::end(ranks), INT32_MAX);
     const auto& plain = plainKeys();
-    for (const auto& [key, value] : ini.entries(kGroup)) {
+    for (const auto& [key, text] : ini.entries(kGroup)) {
         if (Vyx::equal(key, "Name") || Vyx::equal(key, "Actions"))
             continue;
+        const std::string decoded = decodeEntryValue(text);
+        const char* value = decoded.c_str();
         if (std::strchr(key, '[')) {
             bool taken = false;
             for (size_t i = 0; i < std::size(kTranslatedKeys) && !taken; ++i) {

@@ -1,4 +1,5 @@
 #include "desktopentry/desktopentry_p.h"
+#include "desktopentry/entryvalue_p.h"
 
 #include <cstdio>
 
@@ -43,10 +44,23 @@ public:
     }
     void put(const char* key, const std::string& value)
     {
-        if (!m_ini.set(m_group.c_str(), key, value))
+        // A name that would not read back as itself would make the file say
+        // something else than the entry (a key or group of the writer's
+        // choosing): nothing is written then.
+        if (!IniDocument::isWritableGroup(m_group.c_str())) {
+            refuse(m_group);
+            return;
+        }
+        if (!IniDocument::isWritableKey(key)) {
+            refuse(key);
+            return;
+        }
+        if (!m_ini.set(m_group.c_str(), key, Vyx::detail::encodeEntryValue(value)))
             m_ok = false;
     }
     bool ok() const { return m_ok; }
+    // The first group name or key that cannot be written, or "".
+    const std::string& refused() const { return m_refused; }
 
 private:
     IniDocument& m_ini;
@@ -54,6 +68,14 @@ private:
     const VyxDesktopEntryPrivate& m_d;
     bool m_saveEmpty;
     bool m_ok = true;
+    std::string m_refused;
+
+    void refuse(const std::string& name)
+    {
+        m_ok = false;
+        if (m_refused.empty())
+            m_refused = name.empty() ? std::string("(empty)") : name;
+    }
 };
 
 // Actions without an id or an Exec are neither listed nor written.
@@ -112,6 +134,7 @@ bool VyxDesktopEntryPrivate::save(bool saveEmpty)
     for (const auto& unknown : unknowns)
         entry.put(unknown.first.c_str(), unknown.second);
     bool ok = entry.ok();
+    std::string refused = entry.refused();
 
     if (!actions.empty() || saveEmpty) {
         for (const VyxDesktopAction& action : actions) {
@@ -128,9 +151,17 @@ bool VyxDesktopEntryPrivate::save(bool saveEmpty)
             group.list("OnlyShowIn", action.onlyShowIn());
             group.list("NotShowIn", action.notShowIn());
             ok = group.ok() && ok;
+            if (refused.empty())
+                refused = group.refused();
         }
     }
 
+    if (!refused.empty()) {
+        // Shown escaped, so that the message stays one line.
+        std::fprintf(stderr, "libvyxcore: VyxDesktopEntry::save() can't write the name '%s' to %s\n",
+                     Vyx::detail::encodeEntryValue(refused).c_str(), filePath.c_str());
+        return false;
+    }
     // Validity becomes 1 whether or not the write succeeds (kept as it was).
     validity = 1;
     if (!ini.saveAtomically(filePath)) {

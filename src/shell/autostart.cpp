@@ -2,6 +2,8 @@
 // user's autostart directory. System autostart files are never changed:
 // the user's file of the same name overrides them.
 
+#include "core/atomicfile_p.h"
+#include "core/readfile_p.h"
 #include "core/environment_p.h"
 #include "core/makedirs_p.h"
 #include "vyxdesktopentry.h"
@@ -41,7 +43,8 @@ struct Decision {
 
 // The first autostart file of the program decides; a disabling system file
 // is not named, a disabling file of the user's is (it is theirs to change).
-Decision decide(const AutostartName& program)
+// A file at ignored is passed over, as if it were not there.
+Decision decide(const AutostartName& program, const std::string& ignored = std::string())
 {
     Decision decision;
     const std::vector<std::string> dirs = autostartDirs();
@@ -51,7 +54,7 @@ Decision decide(const AutostartName& program)
     }
     for (const std::string& dir : dirs) {
         const std::string candidate = dir + "/" + program.fileName;
-        if (!fileExists(candidate, false))
+        if (candidate == ignored || !fileExists(candidate, false))
             continue;
         if (!program.desktop)
             return {true, candidate};
@@ -103,16 +106,25 @@ std::string sourceOf(const char* name, const AutostartName& program)
     return std::string();
 }
 
+// Copies source to target so that target is either absent or whole: a
+// half-copied autostart file could run half a command line.
+bool copyWhole(const std::string& source, const std::string& target)
+{
+    std::string data;
+    return Vyx::detail::readRegularFile(source.c_str(), data) && Vyx::detail::writeFileAtomically(target, data);
+}
+
+// The user's file is never deleted to be written again: it is replaced in
+// one step, so that a crash leaves either the old entry or the new one.
 bool enable(const char* name, const AutostartName& program, const std::string& userFile, const char* command)
 {
     if (fileExists(userFile, false)) {
         VyxDesktopEntry user(userFile);
         if (!user.isLoaded())
             return false;
-        unlink(userFile.c_str());
         if (command)
             user.setExec(command);
-        Decision now = decide(program);
+        Decision now = decide(program, userFile);
         if (!now.enabled) {
             VyxDesktopEntry::DisplayableCode code = VyxDesktopEntry::Displayable;
             if (!user.isDisplayable(&code) && code == VyxDesktopEntry::DisplayableNotForSession) {
@@ -123,23 +135,29 @@ bool enable(const char* name, const AutostartName& program, const std::string& u
             user.save(kSaveEmpty);
             return true;
         }
-        // Enabled by a system file: the user's override stays deleted when
-        // it says nothing else.
+        // Enabled by a system file: the user's override goes when it says
+        // nothing else.
         VyxDesktopEntry deciding(now.path);
         if (!user.identicalTo(deciding)) {
             user.setHidden(false);
             user.save(kSaveEmpty);
+        } else {
+            unlink(userFile.c_str());
         }
         return true;
     }
     const std::string source = sourceOf(name, program);
     if (source.empty())
         return false;
-    const bool copied = vyxCopyFile(source.c_str(), userFile.c_str());
+    bool copied;
     if (command) {
-        VyxDesktopEntry copy(userFile);
+        VyxDesktopEntry copy(source);
+        copied = copy.isLoaded();
         copy.setExec(command);
-        copy.save(kSaveEmpty);
+        if (copied)
+            copy.saveAs(userFile, kSaveEmpty);
+    } else {
+        copied = copyWhole(source, userFile);
     }
     syncDesktopEntryTime(true, userFile.c_str(), nullptr);
     return copied;
@@ -170,10 +188,14 @@ bool disable(const AutostartName& program, const Decision& before, const std::st
     // Still enabled: a system file, or the user's file could not be changed.
     if (!program.desktop)
         return result;
-    if (!now.path.empty() && now.path != userFile)
-        vyxCopyFile(now.path.c_str(), userFile.c_str());
-    VyxDesktopEntry user(userFile);
-    if (!user.isLoaded()) {
+    // The deciding file is read and the user's written in one replacement,
+    // never copied over it first.
+    VyxDesktopEntry user(now.path.empty() ? userFile : now.path);
+    const bool loaded = user.isLoaded();
+    user.setFilePath(userFile);
+    if (!loaded) {
+        user = VyxDesktopEntry();
+        user.setFilePath(userFile);
         user.setType("Application");
         user.setName("Fake item");
         user.setLocalName("Служебный");

@@ -2,11 +2,13 @@
 // and the common time stamp of the user's desktop-entry files.
 
 #include "core/ini_p.h"
+#include "desktopentry/entryvalue_p.h"
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
 #include "vyxsession.h"
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <functional>
@@ -49,31 +51,47 @@ int lockPositionFile(const std::string& file)
 
 // Loads the position file, lets edit change it and saves it, under the
 // process's mutex and the file's lock. False when the file does not load
-// (it is never created here) or cannot be saved.
-bool editPositions(const std::function<void(Vyx::detail::IniDocument&)>& edit)
+// (it is never created here), when edit refuses, or when it cannot be saved.
+// The file is the desktop's own settings too, written by other programs: a
+// file holding lines our reader cannot keep (text it cannot parse, a key
+// twice) is left as it is rather than rewritten without them.
+bool editPositions(const std::function<bool(Vyx::detail::IniDocument&)>& edit)
 {
     const std::string& desktop = GetVyxDir(DesktopDir);
     if (desktop.empty())
         return false;
     const std::string file = desktop + "/.directory";
     std::lock_guard<std::mutex> lock(g_positionMutex);
-    const int fd = lockPositionFile(file);
+    int fd = lockPositionFile(file);
+    const bool locked = fd >= 0;
+    if (!locked)
+        fd = open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);  // not writable: read, then replace
     Vyx::detail::IniDocument ini;
+    std::string text;
     bool saved = false;
-    if (fd >= 0 ? ini.loadDescriptor(fd) : ini.loadFile(file)) {
-        edit(ini);
-        saved = ini.saveAtomically(file);
+    if (fd >= 0 && ini.loadDescriptor(fd, &text)) {
+        if (!ini.keepsEveryLine(text))
+            std::fprintf(stderr, "libvyxcore: %s holds lines that would be lost, not rewritten\n", file.c_str());
+        else if (edit(ini))
+            saved = ini.saveAtomically(file);
     }
-    if (fd >= 0) {
+    if (locked)
         vyxUnlockFile(fd);
+    if (fd >= 0)
         close(fd);
-    }
     return saved;
 }
 
+// The group of an item's position; "" when the name cannot be a group name,
+// with a message (shown escaped, so that it stays one line).
 std::string section(const char* name)
 {
-    return std::string("IconPosition::") + name;
+    std::string group = std::string("IconPosition::") + name;
+    if (Vyx::detail::IniDocument::isWritableGroup(group.c_str()))
+        return group;
+    std::fprintf(stderr, "libvyxcore: can't keep a position for '%s': not a name a group can hold\n",
+                 Vyx::detail::encodeEntryValue(name).c_str());
+    return std::string();
 }
 
 // The time stamp of "menutime"; false when it cannot be examined.
@@ -93,11 +111,16 @@ bool SaveDesktopItemPosition(const char* name, int x, int y, const std::string& 
 {
     if (!name)
         return false;
+    const std::string group = section(name);
+    if (group.empty())
+        return false;
+    if (!Vyx::detail::IniDocument::isWritableValue(monitor)) {
+        std::fprintf(stderr, "libvyxcore: can't keep a position on a monitor named with a line break or edge blanks\n");
+        return false;
+    }
     return editPositions([&](Vyx::detail::IniDocument& ini) {
-        const std::string group = section(name);
-        ini.set(group.c_str(), "X", std::to_string(x));
-        ini.set(group.c_str(), "Y", std::to_string(y));
-        ini.set(group.c_str(), "Monitor", monitor);
+        return ini.set(group.c_str(), "X", std::to_string(x)) && ini.set(group.c_str(), "Y", std::to_string(y)) &&
+               ini.set(group.c_str(), "Monitor", monitor);
     });
 }
 
@@ -105,7 +128,13 @@ bool RemoveDesktopItemPosition(const char* name)
 {
     if (!name)
         return false;
-    return editPositions([&](Vyx::detail::IniDocument& ini) { ini.removeGroup(section(name).c_str()); });
+    const std::string group = section(name);
+    if (group.empty())
+        return false;
+    return editPositions([&](Vyx::detail::IniDocument& ini) {
+        ini.removeGroup(group.c_str());
+        return true;
+    });
 }
 
 void RenameDesktopShortcutCoord(const char* oldPath, const char* newPath, Display* display)

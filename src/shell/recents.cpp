@@ -1,14 +1,20 @@
 // The recent-items menu: a folder of at most ten desktop entries that the
 // window manager shows, the oldest giving way to the newest.
 
+#include "desktopentry/entryvalue_p.h"
 #include "vyxdesktopentry.h"
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
 #include "vyxsession.h"
 #include "vyxstrings.h"
 
+#include <cerrno>
+
+#include <algorithm>
 #include <cstring>
 #include <dirent.h>
+#include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -37,25 +43,33 @@ VyxDesktopEntry itemFor(const std::string& path, const std::string& itemFile, bo
     item.setType("Application");
     item.setName(name);
     item.setLocalName(localName);
-    item.setExec("vyx-open --exec " + Vyx::quoteArg(path.c_str()));
+    // Quoted by the Exec rules, not for a shell: the value is read as Exec
+    // (field codes and all), and a name holding quotes, '$' or '%' must stay
+    // one argument naming this path.
+    item.setExec("vyx-open --exec " + Vyx::detail::quoteExecArgument(path));
     item.setIcon(iconName);
     return item;
 }
 
 enum class Room { Made, Replaced, Failed, Unlistable };
 
+struct Item {
+    std::string file;
+    time_t mtime;
+};
+
 // Lists the folder's items; an item running the same program as the
 // recorded desktop entry is deleted (the caller starts again), else the
-// oldest goes when the folder is full.
+// oldest go until there is room for one more. However many items the
+// folder holds (another program, an older version of this one), a record
+// brings it back to the limit.
 Room makeRoom(const std::string& folder, const VyxDesktopEntry* recorded)
 {
     DIR* dir = opendir(folder.c_str());
     if (!dir)
         return Room::Unlistable;
     size_t count = 0;
-    std::string oldest;
-    time_t oldestTime = 0;
-    bool haveOldest = false;
+    std::vector<Item> dated;
     while (struct dirent* entry = readdir(dir)) {
         if (entry->d_name[0] == '.')
             continue;
@@ -68,19 +82,43 @@ Room makeRoom(const std::string& folder, const VyxDesktopEntry* recorded)
             }
         }
         ++count;
-        // Among equal times the first listed stays the oldest.
         struct stat st;
-        if (stat(file.c_str(), &st) == 0 && (!haveOldest || st.st_mtime < oldestTime)) {
-            oldest = file;
-            oldestTime = st.st_mtime;
-            haveOldest = true;
-        }
+        if (stat(file.c_str(), &st) == 0)
+            dated.push_back({file, st.st_mtime});
     }
     closedir(dir);
-    if (count >= kMostItems && haveOldest)
-        unlink(oldest.c_str());
+    // Among equal times the first listed stays the oldest.
+    std::stable_sort(dated.begin(), dated.end(), [](const Item& a, const Item& b) { return a.mtime < b.mtime; });
+    for (size_t i = 0; count >= kMostItems && i < dated.size(); ++i) {
+        if (unlink(dated[i].file.c_str()) == 0)
+            --count;
+    }
     return Room::Made;
 }
+
+// Holds an exclusive lock on the folder's lock file while it lives, so that
+// two processes recording at once do not both count nine items and both
+// add one. Without a lock file (a read-only folder) the record goes ahead
+// unlocked, as it would have before.
+class FolderLock {
+public:
+    explicit FolderLock(const std::string& folder)
+        : m_fd(open((folder + "/.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600))
+    {
+        while (m_fd >= 0 && flock(m_fd, LOCK_EX) != 0 && errno == EINTR) {
+        }
+    }
+    ~FolderLock()
+    {
+        if (m_fd >= 0)
+            close(m_fd);
+    }
+    FolderLock(const FolderLock&) = delete;
+    FolderLock& operator=(const FolderLock&) = delete;
+
+private:
+    int m_fd;
+};
 
 }  // namespace
 
@@ -111,13 +149,18 @@ int putEntryToRecentsMenu(const char* path, const char* icon, Display* display,
     if (itemFile == recorded)
         return 0;
 
-    const bool isEntry = Vyx::endsWith(recorded, ".desktop");
+    // A launcher is copied as it is, so only a file that is one counts: its
+    // name ends with ".desktop" and it reads as a desktop entry (one with a
+// Type: any text file parses as an empty INI document). Any other
+    // file (say "photos.desktop.txt") is an ordinary document whose item
+    // opens it, whatever its text says.
+    const VyxDesktopEntry entry(Vyx::endsWith(recorded, ".desktop") ? recorded : std::string());
+    const bool isEntry = entry.isLoaded() && !entry.type().empty();
+    const FolderLock lock(folder);
     if (fileExists(itemFile, false)) {
         // Written afresh below, which makes it the newest.
         unlink(itemFile.c_str());
     } else {
-        // Only a desktop file is read: the path may be any file at all.
-        const VyxDesktopEntry entry(isEntry ? recorded : std::string());
         if (isEntry) {
             if (progsOnly && entry.type() != "Application")
                 return 0;
@@ -134,7 +177,7 @@ int putEntryToRecentsMenu(const char* path, const char* icon, Display* display,
     }
 
     int result;
-    if (recorded.find(".desktop") != std::string::npos) {
+    if (isEntry) {
         result = vyxCopyFile(path, itemFile.c_str()) ? 1 : 0;
     } else if (progsOnly && !executable) {
         return 0;

@@ -12,12 +12,14 @@
 #include "vyxstrings.h"
 
 #include <cerrno>
+#include <cstdlib>
 #include <cstdio>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <vector>
 
 namespace Vyx::detail {
 
@@ -32,6 +34,19 @@ TrashDirs TrashDirs::current()
     dirs.top = files.substr(0, slash);
     dirs.info = dirs.top + "/info";
     dirs.files = std::move(files);
+    // A files or info directory that is a link, or not ours, would have us
+    // move, list and delete things outside the trash, or in another user's
+    // hands: such a trash is not used at all. A missing one is made later.
+    for (const std::string* dir : {&dirs.files, &dirs.info}) {
+        struct stat st;
+        if (lstat(dir->c_str(), &st) != 0)
+            continue;
+        if (!S_ISDIR(st.st_mode) || st.st_uid != geteuid()) {
+            std::fprintf(stderr, "vyxcore: %s is not a directory of this user's, the trash is not used\n",
+                         dir->c_str());
+            return TrashDirs();
+        }
+    }
     return dirs;
 }
 
@@ -144,6 +159,24 @@ std::string createRecord(const TrashDirs& dirs, const std::string& name, const s
     return std::string();
 }
 
+// An emptying of the trash in another process may have taken the record
+// just before the object arrived, and would leave the object unlisted:
+// the record is written again when it is gone.
+void restoreLostRecord(const TrashDirs& dirs, const std::string& trashName, const std::string& directory,
+                       const std::string& name)
+{
+    const std::string record = dirs.recordPath(trashName);
+    struct stat st;
+    if (lstat(record.c_str(), &st) == 0 || errno != ENOENT)
+        return;
+    const int fd = open(record.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
+    if (fd < 0)
+        return;
+    bool written = Vyx::detail::writeAll(fd, Vyx::detail::trashRecordText(Vyx::concat(directory, '/', name), time(nullptr)));
+    if (close(fd) != 0 || !written)
+        unlink(record.c_str());
+}
+
 // Splits an original path into its directory and name as registerFile
 // does; false when nothing is left of it.
 bool splitOriginal(const char* path, std::string* directory, std::string* name)
@@ -168,30 +201,78 @@ bool splitOriginal(const char* path, std::string* directory, std::string* name)
     return !name->empty();
 }
 
-// The trash name a path stands for, by its three forms.
+// Whether name can be an entry of the files directory by itself.
+bool isDirectEntryName(const std::string& name)
+{
+    return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
+}
+
+// The trash name a path stands for, by its three forms. A path into the
+// files directory counts only when it names an entry of it directly, read
+// as written: "files/../../x" is not inside the trash, whatever its last
+// component is called, and taking it so would move a file that was never
+// trashed. "" (with a message) for such a path.
 std::string trashNameOf(const TrashDirs& dirs, const std::string& path)
 {
     if (path.empty())
         return std::string();
+    std::string name;
     if (path[0] != '/')
+        name = path;
+    else if (Vyx::startsWith(path, dirs.files + "/"))
+        name = path.substr(dirs.files.size() + 1);
+    else
+        return VyxTrash::getFileNameInTrash(path.c_str());
+    if (!isDirectEntryName(name)) {
+        std::fprintf(stderr, "vyxcore: %s is not an object directly in the trash\n", path.c_str());
+        return std::string();
+    }
+    return name;
+}
+
+// The real path of an existing directory, or the path as given.
+std::string realDirectory(const std::string& path)
+{
+    char* real = realpath(path.c_str(), nullptr);
+    if (!real)
         return path;
-    if (Vyx::startsWith(path, dirs.files + "/"))
-        return Vyx::fileName(path);
-    return VyxTrash::getFileNameInTrash(path.c_str());
+    std::string result = real;
+    std::free(real);
+    return result;
+}
+
+// Whether the object name in directory is the trash's top directory or lies
+// in it (its files and info directories, the size cache, what they hold):
+// trashing one of them would make every record unusable or the object
+// unreachable. The directory is compared by its real path, so that "..",
+// "." and links on the way do not hide it.
+bool isPartOfTrash(const TrashDirs& dirs, const std::string& directory, const std::string& name)
+{
+    std::string top = realDirectory(dirs.top), where = realDirectory(directory);
+    if (where == "/")
+        where.clear();
+    const std::string object = Vyx::concat(where, '/', name);
+    return object == top || Vyx::startsWith(object, top + "/") || Vyx::startsWith(where + "/", top + "/");
 }
 
 std::string readRecordLine(const char* name, bool originalPath)
 {
     if (!name)
         return std::string();
-    std::string record = TrashDirs::current().recordPath(name);
+    const TrashDirs dirs = TrashDirs::current();
+    std::string record = dirs.recordPath(name);
     FILE* file = record.empty() ? nullptr : Vyx::detail::fopenRegularFile(record.c_str());
     if (!file) {
         std::fprintf(stderr, "vyxcore: can't find trashinfo file: %s\n", record.empty() ? name : record.c_str());
         return std::string();
     }
-    std::string answer = originalPath ? Vyx::detail::recordOriginalPath(file)
+    std::string answer = originalPath ? Vyx::detail::recordOriginalPath(file, dirs.top)
                                       : Vyx::detail::firstRecordLine(file, "DeletionDate=");
+    if (originalPath && answer.empty()) {
+        std::rewind(file);
+        if (!Vyx::detail::firstRecordLine(file, "Path=").empty())
+            std::fprintf(stderr, "vyxcore: trashinfo file %s holds no usable path\n", record.c_str());
+    }
     std::fclose(file);
     return answer;
 }
@@ -344,24 +425,33 @@ std::string VyxTrash::getFileNameInTrash(const char* path)
         std::fprintf(stderr, "libvyxcore: cant open %s\n", dirs.info.c_str());
         return std::string();
     }
+    // Of several records of one path, the newest: the version the user
+    // trashed last is the one they mean, whatever the directory order.
     std::string found;
+    time_t foundWhen = 0;
     while (dirent* entry = readdir(dir)) {
         if (Vyx::equal(entry->d_name, ".") || Vyx::equal(entry->d_name, ".."))
             continue;
         FILE* record = Vyx::detail::fopenRegularFile(Vyx::concat(dirs.info, '/', entry->d_name).c_str());
         if (!record)
             continue;
-        bool named = Vyx::detail::recordNamesPath(record, original);
-        std::fclose(record);
+        bool named = Vyx::detail::recordNamesPath(record, original, dirs.top);
+        time_t when = -1;
         if (named) {
+            std::rewind(record);
+            if (!Vyx::detail::parseDeletionDate(Vyx::detail::firstRecordLine(record, "DeletionDate="), &when))
+                when = -1;
+        }
+        std::fclose(record);
+        if (named && (found.empty() || when > foundWhen)) {
             found = entry->d_name;
-            std::string::size_type dot = found.rfind('.');
-            if (dot != std::string::npos)
-                found.erase(dot);
-            break;
+            foundWhen = when;
         }
     }
     closedir(dir);
+    std::string::size_type dot = found.rfind('.');
+    if (dot != std::string::npos)
+        found.erase(dot);
     return found;
 }
 
@@ -381,6 +471,10 @@ bool VyxTrash::moveToTrash(const char* path)
     if (!dirs.valid() || !splitOriginal(path, &directory, &name))
         return false;
     const std::string source = directory == "/" ? "/" + name : Vyx::concat(directory, '/', name);
+    if (isPartOfTrash(dirs, directory, name)) {
+        std::fprintf(stderr, "vyxcore: can't trash %s, it is part of the trash itself\n", source.c_str());
+        return false;
+    }
     bool madeFilesDir = false;
     int counter = -1;
     while (true) {
@@ -388,8 +482,10 @@ bool VyxTrash::moveToTrash(const char* path)
         if (trashName.empty())
             return false;
         std::string target = Vyx::concat(dirs.files, '/', trashName);
-        if (renameNoReplace(source.c_str(), target.c_str()) == 0)
+        if (renameNoReplace(source.c_str(), target.c_str()) == 0) {
+            restoreLostRecord(dirs, trashName, directory, name);
             return true;
+        }
         int error = errno;
         unregisterFile(target.c_str());
         if (error == EEXIST) {
@@ -422,13 +518,9 @@ bool VyxTrash::restoreFromTrash(const char* path)
     std::string destination = name.empty() ? std::string() : getPath(name.c_str());
     if (destination.empty())
         return false;
-    std::string source;
-    if (given[0] != '/')
-        source = Vyx::concat(dirs.files, '/', given);
-    else if (Vyx::startsWith(given, dirs.files + "/"))
-        source = given;
-    else
-        source = Vyx::concat(dirs.files, '/', name);
+    // Always the entry of the files directory the name gives, never the path
+    // as the caller wrote it (checked by trashNameOf to be that entry).
+    const std::string source = Vyx::concat(dirs.files, '/', name);
 
     struct stat st;
     bool isDirectory = lstat(source.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
@@ -477,9 +569,80 @@ bool VyxTrash::cleanFiles()
     return emptyTrashDir(getFileDirPath(), true);
 }
 
+namespace {
+
+// Removes the object in the files directory that the trash name stands for,
+// then its record. An object that cannot be removed keeps its record, so
+// that it stays listed and counted instead of lingering unseen. False, with
+// a message naming what stays, when either removal fails.
+bool removeTrashed(const TrashDirs& dirs, const std::string& name)
+{
+    const std::string object = Vyx::concat(dirs.files, '/', name);
+    struct stat st;
+    if (lstat(object.c_str(), &st) == 0 &&
+        !rmdirRecursive(object.c_str(), Vyx::tagged_bool<InsideOnly_tag>(false),
+                        Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false))) {
+        std::fprintf(stderr, "vyxcore: can't remove %s from the trash, its record is kept\n", object.c_str());
+        return false;
+    }
+    const std::string record = dirs.recordPath(name);
+    if (unlink(record.c_str()) != 0 && errno != ENOENT) {
+        std::fprintf(stderr, "vyxcore: can't remove trashinfo file: %s\n", record.c_str());
+        return false;
+    }
+    return true;
+}
+
+// The names in dir, but "." and "..".
+std::vector<std::string> entriesOf(const std::string& dir)
+{
+    std::vector<std::string> names;
+    if (DIR* d = opendir(dir.c_str())) {
+        while (dirent* entry = readdir(d)) {
+            if (!Vyx::equal(entry->d_name, ".") && !Vyx::equal(entry->d_name, ".."))
+                names.emplace_back(entry->d_name);
+        }
+        closedir(d);
+    }
+    return names;
+}
+
+}  // namespace
+
 bool VyxTrash::cleanAll()
 {
-    bool registry = cleanRegistry();
-    bool files = cleanFiles();
-    return registry && files;
+    // Object by object, each before its record, rather than every record
+    // and then every object: a removal that fails or is cut short (a kill,
+    // an immutable file) never leaves an object in the trash with no record
+    // saying where it came from.
+    const std::string files = getFileDirPath(), info = getInfoDirPath();
+    const TrashDirs dirs = TrashDirs::current();
+    if (files.empty() || info.empty() || !dirs.valid())
+        return false;
+    std::lock_guard<std::mutex> lock(Vyx::detail::trashMutex());
+    bool ok = true;
+    const std::string suffix = ".trashinfo";
+    for (const std::string& entry : entriesOf(dirs.info)) {
+        if (entry.size() > suffix.size() && Vyx::endsWith(entry, suffix)) {
+            ok = removeTrashed(dirs, entry.substr(0, entry.size() - suffix.size())) && ok;
+        } else if (!rmdirRecursive(Vyx::concat(dirs.info, '/', entry).c_str(), Vyx::tagged_bool<InsideOnly_tag>(false),
+                                   Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false))) {
+            std::fprintf(stderr, "vyxcore: can't remove %s/%s from the trash\n", dirs.info.c_str(), entry.c_str());
+            ok = false;
+        }
+    }
+    // What is left without a record (another program's half-done trashing,
+    // an older emptying cut short) goes too; the directory's own
+    // ".directory" stays, as it names and decorates the trash.
+    for (const std::string& entry : entriesOf(dirs.files)) {
+        if (entry == ".directory" || fileExists(dirs.recordPath(entry), false))
+            continue;
+        const std::string object = Vyx::concat(dirs.files, '/', entry);
+        if (!rmdirRecursive(object.c_str(), Vyx::tagged_bool<InsideOnly_tag>(false),
+                            Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false))) {
+            std::fprintf(stderr, "vyxcore: can't remove %s from the trash\n", object.c_str());
+            ok = false;
+        }
+    }
+    return ok;
 }

@@ -37,18 +37,33 @@ std::string firstRecordLine(FILE* record, const char* key)
     return found;
 }
 
-std::string recordOriginalPath(FILE* record)
+std::string recordedPath(const std::string& decoded, const std::string& trashTop)
 {
-    std::string line = firstRecordLine(record, "Path=");
-    return line.empty() ? std::string() : Vyx::decodedUrl(line.c_str() + 5);
+    if (decoded.find('\0') != std::string::npos || decoded.find_first_not_of('/') == std::string::npos)
+        return std::string();
+    if (decoded[0] == '/')
+        return decoded;
+    // Relative to the trash's own volume, as other trash writers record
+    // objects of a removable disk; never to our working directory, which
+    // would restore the object wherever the caller happens to be.
+    const std::string::size_type slash = trashTop.rfind('/');
+    if (slash == std::string::npos)
+        return std::string();
+    return Vyx::concat(trashTop.substr(0, slash), '/', decoded);
 }
 
-bool recordNamesPath(FILE* record, const std::string& path)
+std::string recordOriginalPath(FILE* record, const std::string& trashTop)
+{
+    std::string line = firstRecordLine(record, "Path=");
+    return line.empty() ? std::string() : recordedPath(Vyx::decodedUrl(line.c_str() + 5), trashTop);
+}
+
+bool recordNamesPath(FILE* record, const std::string& path, const std::string& trashTop)
 {
     bool named = false;
     forEachLine(record, [&](const std::string& line) {
         if (!named && Vyx::startsWith(line, "Path="))
-            named = Vyx::decodedUrl(line.c_str() + 5) == path;
+            named = !path.empty() && recordedPath(Vyx::decodedUrl(line.c_str() + 5), trashTop) == path;
     });
     return named;
 }

@@ -22,10 +22,17 @@ std::pair<std::string, std::string> splitTrashName(const std::string& name);
 
 // The first line of record that begins with key, whole; "" when none does.
 std::string firstRecordLine(FILE* record, const char* key);
-// The decoded value of the first "Path=" line of record; "" when none.
-std::string recordOriginalPath(FILE* record);
-// True when some "Path=" line of record decodes to exactly path.
-bool recordNamesPath(FILE* record, const std::string& path);
+
+// The path a decoded "Path=" value stands for, in the trash whose top
+// directory is trashTop: an absolute value as it is, a relative one under
+// the directory that holds trashTop. "" for a value that names no object: one
+// holding a NUL (which would cut it short, to another file) or no component
+// at all ("", "/", "//").
+std::string recordedPath(const std::string& decoded, const std::string& trashTop);
+// recordedPath of the first "Path=" line of record; "" when none.
+std::string recordOriginalPath(FILE* record, const std::string& trashTop);
+// True when some "Path=" line of record stands for exactly path.
+bool recordNamesPath(FILE* record, const std::string& path, const std::string& trashTop);
 
 // The time a "DeletionDate=%Y-%m-%dT%H:%M:%S" line gives, read as local
 // time; false when the line does not read so.

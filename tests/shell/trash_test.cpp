@@ -7,6 +7,7 @@
 #include "support/temp_home.h"
 
 #include <vyxdirs.h>
+#include <vyxfileutils.h>
 #include <vyxstrings.h>
 #include <vyxtrash.h>
 
@@ -14,6 +15,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <dirent.h>
 #include <fcntl.h>
 #include <regex>
@@ -168,7 +170,8 @@ TEST_F(Trash, DamagedRecordsGetDefinedAnswers)
     }
     EXPECT_EQ(VyxTrash::getPath("truncated"), "");
     EXPECT_EQ(VyxTrash::getDeletionDate("truncated"), -1);
-    EXPECT_EQ(VyxTrash::getPath("binary"), std::string(9000, 'A') + "\x04");
+    // A relative path is taken from the directory holding the trash.
+    EXPECT_EQ(VyxTrash::getPath("binary"), world.home() + "/.local/share/" + std::string(9000, 'A') + "\x04");
     EXPECT_EQ(VyxTrash::getFileNameInTrash("/x/y z"), "good");
     struct tm local = {};
     local.tm_year = 124, local.tm_mon = 1, local.tm_mday = 29, local.tm_hour = 12, local.tm_min = 34;
@@ -377,3 +380,165 @@ TEST_F(Trash, AFullDiskLeavesNoHalfRecordAndTheCacheAsItWas)
 }
 
 }  // namespace
+
+namespace {
+
+// Objects of files/ that have no record, but the directory's ".directory".
+Names unrecorded(const std::string& files, const std::string& info)
+{
+    Names lost;
+    for (const std::string& name : entries(files)) {
+        if (name != ".directory" && access((info + "/" + name + ".trashinfo").c_str(), F_OK) != 0)
+            lost.push_back(name);
+    }
+    return lost;
+}
+
+}  // namespace
+
+// Restoring takes only what lies directly in files/, read as written; of
+// two records of one path the newest; and never a path the record does not
+// give (a NUL in it, the caller's working directory for a relative one).
+TEST_F(Trash, RestoreMovesOnlyWhatIsInTheTrash)
+{
+    const std::string old = file("old/notes.txt", "trashed"), current = file("docs/notes.txt", "current");
+    ASSERT_TRUE(VyxTrash::moveToTrash(old.c_str()));
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(VyxTrash::restoreFromTrash((files + "/../../../../../docs/notes.txt").c_str()));
+    EXPECT_FALSE(VyxTrash::restoreFromTrash((files + "/./notes.txt").c_str()));
+    EXPECT_FALSE(VyxTrash::restoreFromTrash("../files/notes.txt"));
+    EXPECT_EQ(VyxTrash::getFilePathToRestore((files + "/sub/../notes.txt").c_str()), "");
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("not an object directly in the trash"), std::string::npos);
+    EXPECT_EQ(readFile(current), "current");
+    EXPECT_EQ(readFile(files + "/notes.txt"), "trashed");
+    EXPECT_EQ(entries(info), Names{"notes.txt.trashinfo"});
+
+    // Two versions of one path: the newer comes back first, whatever the
+    // order of the directory. Both records are listed until then.
+    file("home/.local/share/Trash/info/a.trashinfo", "[Trash Info]\nPath=" + old + "\nDeletionDate=2020-01-01T00:00:00\n");
+    file("home/.local/share/Trash/files/a", "oldest");
+    file("home/.local/share/Trash/info/z.trashinfo", "[Trash Info]\nPath=" + old + "\nDeletionDate=2030-01-01T00:00:00\n");
+    file("home/.local/share/Trash/files/z", "newest");
+    EXPECT_EQ(VyxTrash::getFileNameInTrash(old.c_str()), "z");
+    ASSERT_TRUE(VyxTrash::restoreFromTrash(old.c_str()));
+    EXPECT_EQ(readFile(old), "newest");
+    EXPECT_EQ(entries(info), (Names{"a.trashinfo", "notes.txt.trashinfo"}));
+
+    // A relative Path= is under the directory holding the trash; a NUL or
+    // nothing but slashes is no path at all.
+    file("home/.local/share/Trash/info/rel.txt.trashinfo", "[Trash Info]\nPath=back/rel.txt\n");
+    file("home/.local/share/Trash/files/rel.txt", "relative");
+    world.makeDir("home/.local/share/back");
+    world.makeDir("elsewhere/back");
+    ASSERT_EQ(chdir(world.path("elsewhere").c_str()), 0);
+    ASSERT_TRUE(VyxTrash::restoreFromTrash("rel.txt"));
+    EXPECT_EQ(readFile(world.home() + "/.local/share/back/rel.txt"), "relative");
+    EXPECT_EQ(entries(world.path("elsewhere/back")), Names{});
+    const std::string victim = file("x/victim", "victim");
+    for (const std::string& path : {world.path("x/victim%00.bak"), std::string("//")}) {
+        file("home/.local/share/Trash/info/bad.trashinfo", "[Trash Info]\nPath=" + path + "\n");
+        file("home/.local/share/Trash/files/bad", "bad");
+        testing::internal::CaptureStderr();
+        EXPECT_FALSE(VyxTrash::restoreFromTrash("bad")) << path;
+        EXPECT_NE(testing::internal::GetCapturedStderr().find("holds no usable path"), std::string::npos);
+        EXPECT_EQ(readFile(victim), "victim");
+        EXPECT_EQ(readFile(files + "/bad"), "bad");
+    }
+}
+
+// The trash's own parts are never trashed, and a trash whose files or info
+// directory is a link (or not ours) is not used at all.
+TEST_F(Trash, TheTrashItselfAndALinkedTrashAreRefused)
+{
+    ASSERT_TRUE(VyxTrash::moveToTrash(file("kept.txt", "kept").c_str()));
+    VyxTrash::registerDirSizeHelper("kept.txt", 1);
+    testing::internal::CaptureStderr();
+    for (const std::string& path : {info, files, trash, trash + "/directorysizes", info + "/kept.txt.trashinfo",
+                                    files + "/kept.txt", trash + "/../Trash/info", info + "/../files/"})
+        EXPECT_FALSE(VyxTrash::moveToTrash(path.c_str())) << path;
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("part of the trash itself"), std::string::npos);
+    EXPECT_EQ(entries(info), Names{"kept.txt.trashinfo"});
+    EXPECT_EQ(entries(files), Names{"kept.txt"});
+    ASSERT_TRUE(VyxTrash::restoreFromTrash("kept.txt"));
+
+    // files/ a link to the user's documents: emptying must not touch them.
+    const std::string docs = file("docs/thesis.tex", "years of work");
+    vyxtest::removeTree(files);
+    ASSERT_EQ(symlink(world.path("docs").c_str(), files.c_str()), 0);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(VyxTrash::cleanAll());
+    EXPECT_FALSE(VyxTrash::moveToTrash(file("other.txt").c_str()));
+    EXPECT_FALSE(VyxTrash::restoreFromTrash("thesis.tex"));
+    EXPECT_EQ(VyxTrash::getFileDirPath(), "");
+    EXPECT_NE(testing::internal::GetCapturedStderr().find("not a directory of this user's"), std::string::npos);
+    EXPECT_EQ(readFile(docs), "years of work");
+    EXPECT_TRUE(fileExists(world.path("other.txt"), false));
+}
+
+// Emptying goes object by object: what cannot be removed (here a mount
+// point inside a trashed directory) keeps its record and the result says
+// so; records without objects and objects without records go too.
+TEST_F(Trash, EmptyingKeepsTheRecordOfWhatStays)
+{
+    file("busy/inner/x");
+    ASSERT_TRUE(VyxTrash::moveToTrash(world.path("busy").c_str()));
+    ASSERT_TRUE(VyxTrash::moveToTrash(file("plain.txt").c_str()));
+    file("home/.local/share/Trash/info/ghost.trashinfo", "[Trash Info]\nPath=/ghost\n");
+    file("home/.local/share/Trash/files/orphan", "no record");
+    file("home/.local/share/Trash/files/.directory", "[Desktop Entry]\n");
+    VyxTrash::registerDirSizeHelper("busy", 7);
+    const std::string cache = readFile(trash + "/directorysizes");
+    vyxtest::ChildOptions options;
+    options.mounts.push_back(vyxtest::Mount::tmpfs(files + "/busy/inner"));
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
+        testing::internal::CaptureStderr();
+        EXPECT_FALSE(VyxTrash::cleanAll());
+        const std::string message = testing::internal::GetCapturedStderr();
+        EXPECT_NE(message.find(files + "/busy"), std::string::npos) << message;
+        EXPECT_EQ(entries(files), (Names{".directory", "busy"}));
+        EXPECT_EQ(entries(info), Names{"busy.trashinfo"});
+    }));
+    // Once it can go, the trash ends as emptying always left it.
+    EXPECT_TRUE(VyxTrash::cleanAll());
+    EXPECT_EQ(entries(files), Names{".directory"});
+    EXPECT_EQ(entries(info), Names{});
+    EXPECT_EQ(readFile(trash + "/directorysizes"), cache);
+}
+
+// Emptying killed at any moment, and emptying beside a process that puts,
+// never leaves an object that no record lists, but the one being removed.
+TEST_F(Trash, KilledOrConcurrentEmptyingLeavesNoUnrecordedObject)
+{
+    for (int round = 0; round < 6; ++round) {
+        for (int i = 0; i < 150; ++i) {
+            file("r/d" + std::to_string(i) + "/a/b", "x");
+            ASSERT_TRUE(VyxTrash::moveToTrash(world.path("r/d" + std::to_string(i)).c_str()));
+        }
+        const pid_t pid = fork();
+        ASSERT_GE(pid, 0);
+        if (pid == 0) {
+            VyxTrash::cleanAll();
+            _exit(0);
+        }
+        usleep(2000 + round * 3000);
+        kill(pid, SIGKILL);
+        int status = 0;
+        ASSERT_EQ(waitpid(pid, &status, 0), pid);
+        EXPECT_LE(unrecorded(files, info).size(), 1u) << "round " << round;
+        ASSERT_TRUE(VyxTrash::cleanAll());
+    }
+
+    for (int i = 0; i < 300; ++i)
+        file("q/f" + std::to_string(i), "x");
+    EXPECT_TRUE(vyxtest::runConcurrently(2, [&](int p) {
+        for (int i = 0; i < 300; ++i) {
+            if (p == 0)
+                VyxTrash::moveToTrash(world.path("q/f" + std::to_string(i)).c_str());
+            else if (i % 10 == 0)
+                VyxTrash::cleanAll();
+        }
+    }));
+    EXPECT_EQ(unrecorded(files, info), Names{});
+    EXPECT_TRUE(VyxTrash::cleanAll());
+    EXPECT_EQ(entries(files), Names{});
+}

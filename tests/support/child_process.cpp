@@ -12,6 +12,7 @@
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <vector>
 #include <unistd.h>
 
 namespace vyxtest {
@@ -200,6 +201,26 @@ ChildResult runInChild(const ChildOptions& options, const std::function<void()>&
             result.reason = "child failed (exit status " + std::to_string(WEXITSTATUS(status)) + ")";
     }
     return result;
+}
+
+bool runConcurrently(int count, const std::function<void(int)>& body)
+{
+    std::vector<pid_t> children;
+    for (int i = 0; i < count; ++i) {
+        const pid_t pid = fork();
+        if (pid == 0) {
+            body(i);
+            _exit(0);
+        }
+        if (pid > 0)
+            children.push_back(pid);
+    }
+    bool ok = children.size() == size_t(count);
+    for (pid_t pid : children) {
+        int status = 0;
+        ok = waitpid(pid, &status, 0) == pid && WIFEXITED(status) && WEXITSTATUS(status) == 0 && ok;
+    }
+    return ok;
 }
 
 }  // namespace vyxtest

@@ -1,0 +1,273 @@
+// What the writers are given never becomes a key or a group of its own:
+// names full of line breaks, brackets, quotes and stray bytes either are
+// refused or read back exactly, through every writer of desktop entries,
+// autostart, recent items and desktop positions. Also the recent-items limit
+// under concurrent writers, and the user's files never briefly missing.
+
+#include "core/ini_p.h"
+#include "support/child_process.h"
+#include "support/temp_home.h"
+
+#include <vyxdesktopentry.h>
+#include <vyxdirs.h>
+#include <vyxsession.h>
+
+#include <gtest/gtest.h>
+
+#include <dirent.h>
+#include <random>
+#include <strings.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace {
+
+using vyxtest::TempHome;
+using vyxtest::readFile;
+
+const auto kNoEmpty = Vyx::tagged_bool<SaveEmptyFields_tag>(false);
+const auto kAll = Vyx::tagged_bool<ProgsOnly_tag>(false);
+
+// Names built from the bytes that mean something to the file format or to
+// a shell, with invalid UTF-8 and a few 4,000-byte ones.
+std::vector<std::string> hostileNames(size_t count, unsigned seed, size_t longest = 40)
+{
+    static const std::vector<std::string> pieces = {
+        "\n", "\r", "\r\n", "[", "]", "=", "\"", "'", "$", "`", "\\", "\\n", "\\\\", " ", "\t", "#", ";",
+        "a", "b", "Exec", "[Desktop Entry]", "\xff", "\xc3", "\xc3\xa9", "x=1", "%f", "%%"};
+    std::mt19937 random(seed);
+    std::vector<std::string> names;
+    for (size_t i = 0; i < count; ++i) {
+        std::string name;
+        const size_t parts = 1 + random() % (i % 50 == 49 ? 4000 : longest / 2);
+        while (name.size() < parts && name.size() < 4000)
+            name += pieces[random() % pieces.size()];
+        names.push_back(name.substr(0, std::min<size_t>(name.size(), i % 50 == 49 ? 4000 : longest)));
+    }
+    return names;
+}
+
+// The argument an Exec value's quoted word stands for, by the Exec rules:
+// inside double quotes a backslash escapes the next character, and "%%" is
+// one "%". Empty when value is not prefix + one quoted word.
+std::string execArgument(const std::string& value, const std::string& prefix)
+{
+    if (value.compare(0, prefix.size(), prefix) != 0 || value.size() < prefix.size() + 2 ||
+        value[prefix.size()] != '"' || value.back() != '"')
+        return std::string();
+    std::string arg;
+    for (size_t i = prefix.size() + 1; i + 1 < value.size(); ++i) {
+        if (value[i] == '"')
+            return std::string();  // an unescaped quote would end the word early
+        if (value[i] == '\\' && i + 2 < value.size())
+            arg += value[++i];
+        else if (value[i] == '%' && value[i + 1] == '%')
+            arg += value[i++];
+        else
+            arg += value[i];
+    }
+    return arg;
+}
+
+using Pairs = std::vector<std::pair<std::string, std::string>>;
+
+TEST(Writers, DesktopEntryValuesReadBackAndBadKeysAreRefused)
+{
+    TempHome world;
+    const std::string path = world.path("entry.desktop");
+    int refusedKeys = 0;
+    for (const std::string& name : hostileNames(2000, 1)) {
+        VyxDesktopEntry entry;
+        entry.setFilePath(path);
+        entry.setType("Application");
+        entry.setName(name);
+        entry.setExec(name);
+        entry.setUnknowns({{"X-Value", name}});
+        ASSERT_TRUE(entry.save(kNoEmpty));
+        VyxDesktopEntry back(path);
+        ASSERT_TRUE(back.isLoaded());
+        EXPECT_EQ(back.name(), name);
+        EXPECT_EQ(back.exec(), name);
+        EXPECT_EQ(back.type(), "Application");
+        EXPECT_EQ(back.unknowns(), (Pairs{{"X-Value", name}}));
+        EXPECT_TRUE(back.actions().empty() && back.icon().empty() && !back.hasHidden());
+
+        // The same text as a key name: refused with nothing written, or kept.
+        if (strcasecmp(name.c_str(), "Exec") == 0)
+            continue;  // a key of the model, not an unknown one
+        unlink(path.c_str());
+        entry.setUnknowns({{name, "v"}});
+        testing::internal::CaptureStderr();
+        const bool saved = entry.save(kNoEmpty);
+        const std::string message = testing::internal::GetCapturedStderr();
+        if (!saved) {
+            ++refusedKeys;
+            EXPECT_NE(access(path.c_str(), F_OK), 0) << "a refused save wrote " << path;
+            EXPECT_EQ(std::count(message.begin(), message.end(), '\n'), 1) << message;
+            continue;
+        }
+        VyxDesktopEntry keyed(path);
+        EXPECT_EQ(keyed.unknowns(), (Pairs{{name, "v"}}));
+        EXPECT_EQ(keyed.exec(), name);
+    }
+    EXPECT_GT(refusedKeys, 800);  // most of these names cannot be keys
+}
+
+TEST(Writers, PositionsAndRecentItemsRefuseOrReadBack)
+{
+    TempHome world;
+    const std::string directory = world.writeFile("home/Desktop/.directory", "[Desktop Entry]\nIcon=user-desktop\n");
+    world.makeDir("home/docs");
+    const std::string recents = world.makeDir("home/.vyx/startmenu/recents");
+    for (const std::string& name : hostileNames(600, 2)) {
+        testing::internal::CaptureStderr();
+        const bool saved = SaveDesktopItemPosition(name.c_str(), 3, 4, name);
+        testing::internal::GetCapturedStderr();
+        Vyx::detail::IniDocument ini;
+        ASSERT_TRUE(ini.loadFile(directory));
+        EXPECT_EQ(ini.entries("Desktop Entry").size(), 1u) << name;
+        EXPECT_EQ(ini.text("Desktop Entry", "Icon"), "user-desktop");
+        const std::string group = "IconPosition::" + name;
+        if (saved) {
+            EXPECT_EQ(ini.entries(group.c_str()).size(), 3u);
+            EXPECT_EQ(ini.text(group.c_str(), "X"), "3");
+            EXPECT_EQ(ini.text(group.c_str(), "Monitor"), name);
+        }
+    }
+    // Recent items: names a file can have (no '/', at most 255 bytes).
+    for (std::string name : hostileNames(300, 3)) {
+        std::replace(name.begin(), name.end(), '/', '_');
+        name = name.substr(0, 200) + ".pdf";
+        const std::string file = world.writeFile("home/docs/" + name, "%PDF");
+        ASSERT_EQ(putEntryToRecentsMenu(file.c_str(), nullptr, nullptr, kAll), 0) << name;
+        VyxDesktopEntry item(recents + "/" + name + ".desktop");
+        ASSERT_TRUE(item.isLoaded());
+        EXPECT_EQ(item.name(), name);
+        EXPECT_EQ(execArgument(item.exec(), "vyx-open --exec "), file) << item.exec();
+        EXPECT_TRUE(item.unknowns().empty());
+        EXPECT_TRUE(item.actions().empty());
+    }
+}
+
+// Reproductions: a file name that writes its own Exec; a text file that
+// merely contains ".desktop" in its name copied as a launcher; a position
+// name that adds an Icon; an autostart command that adds a second Exec.
+TEST(Writers, NamesAndCommandsDoNotBecomeKeys)
+{
+    TempHome world;
+    const std::string recents = world.makeDir("home/.vyx/startmenu/recents");
+    const std::string report = world.writeFile("home/docs/report\nExec=touch pwned\nX=1.pdf", "x");
+    ASSERT_EQ(putEntryToRecentsMenu(report.c_str(), nullptr, nullptr, kAll), 0);
+    VyxDesktopEntry item(recents + "/report\nExec=touch pwned\nX=1.pdf.desktop");
+    ASSERT_TRUE(item.isLoaded());
+    EXPECT_EQ(execArgument(item.exec(), "vyx-open --exec "), report);
+    EXPECT_TRUE(item.unknowns().empty());
+
+    const std::string fake =
+        world.writeFile("home/docs/photos.desktop.txt", "[Desktop Entry]\nType=Application\nExec=sh -c \"touch pwned\"\n");
+    EXPECT_EQ(putEntryToRecentsMenu(fake.c_str(), nullptr, nullptr, kAll), 0);  // 1 would mean copied
+    VyxDesktopEntry photos(recents + "/photos.desktop.txt.desktop");
+    EXPECT_EQ(execArgument(photos.exec(), "vyx-open --exec "), fake);
+    // A real launcher is still copied; a ".desktop" file that is not one is not.
+    const std::string launcher = world.writeFile("home/docs/editor.desktop", "[Desktop Entry]\nType=Application\nExec=edit\n");
+    EXPECT_EQ(putEntryToRecentsMenu(launcher.c_str(), nullptr, nullptr, kAll), 1);
+    const std::string text = world.writeFile("home/docs/notes.desktop", "Exec=sh -c boom\n");
+    EXPECT_EQ(putEntryToRecentsMenu(text.c_str(), nullptr, nullptr, kAll), 0);
+    EXPECT_EQ(execArgument(VyxDesktopEntry(recents + "/notes.desktop").exec(), "vyx-open --exec "), text);
+
+    const std::string directory = world.writeFile("home/Desktop/.directory", "[Desktop Entry]\nName=Desk\n");
+    const std::string before = readFile(directory);
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(SaveDesktopItemPosition("evil]\n[Desktop Entry]\nIcon=/tmp/pwn\n[x", 1, 2, ""));
+    EXPECT_FALSE(SaveDesktopItemPosition("ok", 1, 2, "HDMI\nIcon=/tmp/pwn"));
+    const std::string messages = testing::internal::GetCapturedStderr();
+    EXPECT_EQ(std::count(messages.begin(), messages.end(), '\n'), 2) << messages;
+    EXPECT_EQ(readFile(directory), before);
+
+    world.writeFile("usr/share/applications/foo.desktop", "[Desktop Entry]\nType=Application\nName=Foo\nExec=foo\n");
+    ASSERT_TRUE(vyxEnableAutostart("foo", true, "foo\nExec=touch x", Vyx::tagged_bool<DeleteIfDisabled_tag>(false)));
+    const std::string userFile = world.home() + "/.config/autostart/foo.desktop";
+    VyxDesktopEntry autostart(userFile);
+    EXPECT_EQ(autostart.exec(), "foo\nExec=touch x");
+    EXPECT_EQ(autostart.name(), "Foo");
+    EXPECT_TRUE(autostart.unknowns().empty());
+    const std::string written = readFile(userFile);
+    EXPECT_EQ(written.find("\nExec=touch"), std::string::npos) << written;
+}
+
+// The position file is the desktop's own too: lines our reader would drop
+// keep it from being rewritten, and the save says so.
+TEST(Writers, PositionFileWithLinesWeCannotKeepStaysAsItIs)
+{
+    TempHome world;
+    for (const std::string& text : {std::string("[Desktop Entry]\nIcon=a\nIcon=b\n"),
+                                    std::string("[Desktop Entry]\nthis line is not a key\n"),
+                                    std::string("[Desktop Entry]\nIcon=a\n# a closing comment\n"),
+                                    std::string("[A]\nX=1\n[A]\nX=2\n")}) {
+        const std::string directory = world.writeFile("home/Desktop/.directory", text);
+        testing::internal::CaptureStderr();
+        EXPECT_FALSE(SaveDesktopItemPosition("item", 1, 2, "")) << text;
+        EXPECT_NE(testing::internal::GetCapturedStderr().find(".directory"), std::string::npos);
+        EXPECT_EQ(readFile(directory), text);
+    }
+    // Comments before keys, blanks and spacing are kept, so this one is saved.
+    const std::string directory = world.writeFile("home/Desktop/.directory", "# mine\n[Desktop Entry]\n Icon = a \n\n");
+    EXPECT_TRUE(SaveDesktopItemPosition("item", 1, 2, ""));
+    EXPECT_NE(readFile(directory).find("# mine"), std::string::npos);
+}
+
+std::vector<std::string> visibleEntries(const std::string& dir)
+{
+    std::vector<std::string> names;
+    if (DIR* d = opendir(dir.c_str())) {
+        while (dirent* entry = readdir(d))
+            if (entry->d_name[0] != '.')
+                names.emplace_back(entry->d_name);
+        closedir(d);
+    }
+    return names;
+}
+
+// Four processes recording at once keep the limit of ten items.
+TEST(Writers, ConcurrentRecentRecordsKeepTheLimit)
+{
+    TempHome world;
+    const std::string recents = world.makeDir("home/.vyx/startmenu/recents");
+    std::vector<std::string> files;
+    for (int i = 0; i < 80; ++i)
+        files.push_back(world.writeFile("home/docs/f" + std::to_string(i) + ".txt", "x"));
+    EXPECT_TRUE(vyxtest::runConcurrently(4, [&](int p) {
+        for (int i = 0; i < 20; ++i)
+            putEntryToRecentsMenu(files[p * 20 + i].c_str(), nullptr, nullptr, kAll);
+    }));
+    EXPECT_EQ(visibleEntries(recents).size(), 10u);
+}
+
+// Switching autostart replaces the user's file in one step: a reader (or a
+// crash) at any moment finds the old entry or the new one, never none.
+TEST(Writers, AutostartSwitchNeverLeavesTheUserWithoutTheirFile)
+{
+    TempHome world;
+    world.writeFile("etc/xdg/autostart/clock.desktop", "[Desktop Entry]\nType=Application\nName=Clock\nExec=clock\n");
+    const std::string userFile =
+        world.writeFile("home/.config/autostart/clock.desktop",
+                        "[Desktop Entry]\nType=Application\nName=Clock\nExec=clock --mine\nHidden=true\n");
+    const pid_t pid = fork();
+    ASSERT_GE(pid, 0);
+    if (pid == 0) {
+        for (int i = 0; i < 300; ++i) {
+            const std::string command = "clock --mine " + std::to_string(i);
+            vyxEnableAutostart("clock", true, command.c_str(), Vyx::tagged_bool<DeleteIfDisabled_tag>(false));
+        }
+        _exit(0);
+    }
+    int missing = 0, status = 0;
+    while (waitpid(pid, &status, WNOHANG) == 0)
+        missing += access(userFile.c_str(), F_OK) != 0;
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_EQ(missing, 0);
+    EXPECT_EQ(VyxDesktopEntry(userFile).exec(), "clock --mine 299");
+}
+
+}  // namespace

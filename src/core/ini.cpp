@@ -2,6 +2,7 @@
 #include "core/ini_p.h"
 
 #include "core/atomicfile_p.h"
+#include "core/readfile_p.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -16,15 +17,8 @@ namespace Vyx::detail {
 
 bool IniDocument::loadFile(const std::string& path)
 {
-    FILE* file = std::fopen(path.c_str(), "rb");
-    if (!file)
-        return false;
-    // Only regular files: the reader sizes its buffer by seeking to the end,
-    // which for a directory or a device gives a nonsensical length.
-    struct stat st;
-    bool ok = fstat(fileno(file), &st) == 0 && S_ISREG(st.st_mode) && m_ini.LoadFile(file) >= 0;
-    std::fclose(file);
-    return ok;
+    std::string data;
+    return readRegularFile(path.c_str(), data) && loadData(data.data(), data.size());
 }
 
 bool IniDocument::loadDescriptor(int fd)
@@ -63,6 +57,18 @@ std::vector<std::pair<const char*, const char*>> IniDocument::entries(const char
     result.reserve(ordered.size());
     for (const auto& entry : ordered)
         result.push_back(entry.second);
+    return result;
+}
+
+std::vector<const char*> IniDocument::groups() const
+{
+    CSimpleIniA::TNamesDepend names;
+    m_ini.GetAllSections(names);
+    names.sort(CSimpleIniA::Entry::LoadOrder());
+    std::vector<const char*> result;
+    result.reserve(names.size());
+    for (const auto& name : names)
+        result.push_back(name.pItem);
     return result;
 }
 

@@ -32,17 +32,6 @@ int VyxDesktopEntryPrivate::languageRank(const char* fullKey, const char* baseKe
     return -1;
 }
 
-std::string VyxDesktopEntryPrivate::localizedParameter(const Vyx::detail::IniDocument& ini, const std::string& group,
-                                                       const char* key) const
-{
-    for (const std::string& language : languages) {
-        const char* value = ini.value(group.c_str(), Vyx::concat(key, '[', language, ']').c_str());
-        if (value && *value)
-            return value;
-    }
-    return std::string();
-}
-
 void VyxDesktopEntryPrivate::resetAllLists()
 {
     localName.clear();
@@ -183,7 +172,7 @@ bool VyxDesktopEntry::isLoaded() const
 bool VyxDesktopEntry::isValid() const
 {
     if (d->validity == -1) {
-        Vyx::detail::IniDocument ini;
+        Vyx::detail::IniReader ini;
         d->validity = !d->filePath.empty() && ini.loadFile(d->filePath) ? 1 : 0;
     }
     return d->validity != 0;

@@ -4,9 +4,11 @@
 #include <cstdint>
 #include <cstring>
 #include <iterator>
+#include <string_view>
 #include <unordered_map>
 
-using Vyx::detail::IniDocument;
+using Vyx::detail::IniField;
+using Vyx::detail::IniReader;
 using Vyx::detail::parseBool;
 using Vyx::detail::splitList;
 
@@ -16,10 +18,11 @@ const char kGroup[] = "Desktop Entry";
 
 using Setter = void (*)(VyxDesktopEntryPrivate&, const char*);
 
-// Untranslated keys of the model, compared exactly (case-sensitive).
-const std::unordered_map<std::string, Setter>& plainKeys()
+// Untranslated keys of the model, compared exactly (case-sensitive). Keyed
+// by views into the file's text: no string is built to look a key up.
+const std::unordered_map<std::string_view, Setter>& plainKeys()
 {
-    static const std::unordered_map<std::string, Setter> keys = {
+    static const std::unordered_map<std::string_view, Setter> keys = {
         {"GenericName", [](VyxDesktopEntryPrivate& d, const char* v) { d.genericName = v; }},
         {"Type", [](VyxDesktopEntryPrivate& d, const char* v) { d.type = v; }},
         {"TryExec", [](VyxDesktopEntryPrivate& d, const char* v) { d.tryExec = v; }},
@@ -49,7 +52,7 @@ const std::unordered_map<std::string, Setter>& plainKeys()
 }
 
 struct TranslatedKey {
-    const char* base;
+    std::string_view base;
     Setter set;
 };
 
@@ -61,31 +64,70 @@ const TranslatedKey kTranslatedKeys[] = {
     {"Keywords", [](VyxDesktopEntryPrivate& d, const char* v) { d.localKeywords = splitList(v); }},
 };
 
-void loadActions(VyxDesktopEntryPrivate& d, const IniDocument& ini)
+// A translated key "Base[language]" cut at its first '['; false for a key
+// without one or not ending in ']'.
+bool splitTranslated(const IniField& field, std::string_view* base, std::string_view* language)
 {
-    for (const std::string& id : splitList(ini.value(kGroup, "Actions"))) {
+    const char* open = static_cast<const char*>(std::memchr(field.key, '[', field.keyLength));
+    if (!open || field.key[field.keyLength - 1] != ']')
+        return false;
+    *base = std::string_view(field.key, size_t(open - field.key));
+    *language = std::string_view(open + 1, size_t(field.key + field.keyLength - 1 - (open + 1)));
+    return true;
+}
+
+const char* textOf(const char* value)
+{
+    return value ? value : "";
+}
+
+void loadActions(VyxDesktopEntryPrivate& d, const IniReader& ini, const char* ids)
+{
+    for (const std::string& id : splitList(ids)) {
         // A group named "X-Desktop Action" stands in for one without a name.
-        std::string group = Vyx::concat("Desktop Action ", id);
-        std::string name = ini.text(group.c_str(), "Name");
-        if (name.empty()) {
-            group = Vyx::concat("X-Desktop Action ", id);
-            name = ini.text(group.c_str(), "Name");
-            if (name.empty())
+        int group = ini.group(Vyx::concat("Desktop Action ", id).c_str());
+        const char* name = ini.value(group, "Name");
+        if (!name || !*name) {
+            group = ini.group(Vyx::concat("X-Desktop Action ", id).c_str());
+            name = ini.value(group, "Name");
+            if (!name || !*name)
                 continue;
         }
         VyxDesktopAction action(id);
         action.setName(name);
-        if (d.hasLocale())
-            action.setLocalName(d.localizedParameter(ini, group, "Name"));
-        action.setComment(ini.text(group.c_str(), "Comment"));
-        if (d.hasLocale())
-            action.setLocalComment(d.localizedParameter(ini, group, "Comment"));
-        action.setIcon(ini.text(group.c_str(), "Icon"));
-        if (d.hasLocale())
-            action.setLocalIcon(d.localizedParameter(ini, group, "Icon"));
-        action.setExec(ini.text(group.c_str(), "Exec"));
-        action.setOnlyShowIn(splitList(ini.value(group.c_str(), "OnlyShowIn")));
-        action.setNotShowIn(splitList(ini.value(group.c_str(), "NotShowIn")));
+        action.setComment(textOf(ini.value(group, "Comment")));
+        action.setIcon(textOf(ini.value(group, "Icon")));
+        action.setExec(textOf(ini.value(group, "Exec")));
+        action.setOnlyShowIn(splitList(ini.value(group, "OnlyShowIn")));
+        action.setNotShowIn(splitList(ini.value(group, "NotShowIn")));
+        if (d.hasLocale()) {
+            // One walk over the group for the translations: the first
+            // non-empty one in language order wins; keys and languages
+            // compare ignoring case, as lookups in the file do.
+            static const std::string_view kBases[] = {"Name", "Comment", "Icon"};
+            const char* best[3] = {};
+            size_t bestRank[3] = {SIZE_MAX, SIZE_MAX, SIZE_MAX};
+            ini.forEach(group, [&](const IniField& field) {
+                std::string_view base, language;
+                if (!field.valueLength || !splitTranslated(field, &base, &language))
+                    return;
+                for (size_t b = 0; b < 3; ++b) {
+                    if (!Vyx::detail::sameIniName(base, kBases[b]))
+                        continue;
+                    for (size_t rank = 0; rank < d.languages.size() && rank < bestRank[b]; ++rank) {
+                        if (Vyx::detail::sameIniName(language, d.languages[rank])) {
+                            bestRank[b] = rank;
+                            best[b] = field.value;
+                            break;
+                        }
+                    }
+                    break;
+                }
+            });
+            action.setLocalName(textOf(best[0]));
+            action.setLocalComment(textOf(best[1]));
+            action.setLocalIcon(textOf(best[2]));
+        }
         d.actions.push_back(std::move(action));
     }
 }
@@ -97,45 +139,51 @@ bool VyxDesktopEntryPrivate::load()
     if (loaded)
         resetAllLists();
     validity = 0;
-    IniDocument ini;
+    IniReader ini;
     if (filePath.empty() || !ini.loadFile(filePath))
         return false;
     loadFrom(ini);
     return true;
 }
 
-void VyxDesktopEntryPrivate::loadFrom(const IniDocument& ini)
+void VyxDesktopEntryPrivate::loadFrom(const IniReader& ini)
 {
-    name = ini.text(kGroup, "Name");
+    const int main = ini.group(kGroup);
+    name = textOf(ini.value(main, "Name"));
     // Several translations of one key: the earliest language of the list wins.
-    int ranks[sizeof kTranslatedKeys / sizeof kTranslatedKeys[0]];
-    std::fill(std::begin(ranks), std::end(ranks), INT32_MAX);
+    size_t ranks[std::size(kTranslatedKeys)];
+    std::fill(std::begin(ranks), std::end(ranks), SIZE_MAX);
     const auto& plain = plainKeys();
-    for (const auto& [key, value] : ini.entries(kGroup)) {
-        if (Vyx::equal(key, "Name") || Vyx::equal(key, "Actions"))
-            continue;
-        if (std::strchr(key, '[')) {
-            bool taken = false;
-            for (size_t i = 0; i < std::size(kTranslatedKeys) && !taken; ++i) {
-                int rank = languageRank(key, kTranslatedKeys[i].base);
-                if (rank < 0)
-                    continue;
-                taken = true;
-                if (rank < ranks[i]) {
-                    ranks[i] = rank;
-                    kTranslatedKeys[i].set(*this, value);
+    ini.forEach(main, [&](const IniField& field) {
+        const std::string_view key(field.key, field.keyLength);
+        if (key == "Name" || key == "Actions")
+            return;
+        std::string_view base, language;
+        if (std::memchr(field.key, '[', field.keyLength)) {
+            if (splitTranslated(field, &base, &language)) {
+                for (size_t i = 0; i < std::size(kTranslatedKeys); ++i) {
+                    if (base != kTranslatedKeys[i].base)
+                        continue;
+                    for (size_t rank = 0; rank < languages.size(); ++rank) {
+                        if (language != languages[rank])
+                            continue;
+                        if (rank < ranks[i]) {
+                            ranks[i] = rank;
+                            kTranslatedKeys[i].set(*this, field.value);
+                        }
+                        return;
+                    }
+                    break;
                 }
             }
-            if (taken)
-                continue;
         } else if (auto it = plain.find(key); it != plain.end()) {
-            it->second(*this, value);
-            continue;
+            it->second(*this, field.value);
+            return;
         }
         // Foreign keys and other languages' translations are kept for saving.
-        unknowns.emplace_back(key, value);
-    }
-    loadActions(*this, ini);
+        unknowns.emplace_back(std::string(field.key, field.keyLength), std::string(field.value, field.valueLength));
+    });
+    loadActions(*this, ini, ini.value(main, "Actions"));
     loaded = true;
     validity = 1;
 }

@@ -1,7 +1,7 @@
 #ifndef VYXCORE_DESKTOPENTRY_P_H
 #define VYXCORE_DESKTOPENTRY_P_H
 
-#include "core/ini_p.h"
+#include "core/inireader_p.h"
 #include "vyxdesktopentry.h"
 
 #include <cstdint>
@@ -42,13 +42,10 @@ public:
     // The position in our language list of fullKey's language when it is
     // baseKey + "[" + language + "]"; -1 otherwise.
     int languageRank(const char* fullKey, const char* baseKey) const;
-    // The first non-empty translation of key in group, by language order.
-    std::string localizedParameter(const Vyx::detail::IniDocument& ini, const std::string& group,
-                                   const char* key) const;
 
     bool load();
     // Fills the model from a parsed document and marks it loaded.
-    void loadFrom(const Vyx::detail::IniDocument& ini);
+    void loadFrom(const Vyx::detail::IniReader& ini);
     bool save(bool saveEmpty);
 
     std::string filePath;

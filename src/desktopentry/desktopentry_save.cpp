@@ -1,5 +1,7 @@
 #include "desktopentry/desktopentry_p.h"
 
+#include "core/ini_p.h"
+
 #include <cstdio>
 
 using Vyx::detail::IniDocument;

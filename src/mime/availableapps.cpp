@@ -1,7 +1,7 @@
 #include "mime/mimecache_p.h"
 
 #include "core/atomicfile_p.h"
-#include "core/ini_p.h"
+#include "core/inireader_p.h"
 #include "core/textlines_p.h"
 #include "desktopentry/catalogue_p.h"
 #include "vyxfileutils.h"
@@ -173,7 +173,7 @@ void scanDesktopFiles(const std::string& dir, AvailableMap& map)
     std::vector<std::string> files;
     GetFileList(&files, dir.c_str(), 2, "*.desktop", Vyx::tagged_bool<FilesOnly_tag>(true));
     for (const std::string& file : files) {
-        IniDocument ini;
+        IniReader ini;
         if (!ini.loadFile(file) || ini.text("Desktop Entry", "Type") != "Application")
             continue;
         for (const std::string& type : Vyx::split(ini.text("Desktop Entry", "MimeType").c_str(), ",;"))

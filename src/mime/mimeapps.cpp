@@ -1,7 +1,7 @@
 #include "vyxmime.h"
 
 #include "core/environment_p.h"
-#include "core/ini_p.h"
+#include "core/inireader_p.h"
 #include "vyxdirs.h"
 #include "vyxsession.h"
 
@@ -98,7 +98,7 @@ void refreshAssignments()
     g_icons.clear();
     FillDesktopEntriesDirArray();
     for (const std::string& list : lists) {
-        Vyx::detail::IniDocument ini;
+        Vyx::detail::IniReader ini;
         if (!ini.loadFile(list))
             continue;
         for (const auto& [type, value] : ini.entries("Added Associations")) {

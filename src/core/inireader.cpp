@@ -72,6 +72,65 @@ bool equalNoCase(const char* a, const char* b, size_t n)
     return !n || lowerAscii8(load8(a, n)) == lowerAscii8(load8(b, n));
 }
 
+inline bool isComment(char c)
+{
+    return c == ';' || c == '#';
+}
+
+inline char* skipLineEnd(char* p, const char* end)
+{
+    return p + ((*p == '\r' && p + 1 < end && p[1] == '\n') ? 2 : 1);
+}
+
+// Passes the block of comment lines starting at p (blank lines inside it
+// included) the way the writer's document does, which joins the block's
+// lines in place with single "\n"s and ends the joined text with a NUL.
+// That NUL can end a group's name (see parse), so the joining is kept byte
+// for byte. Returns where parsing goes on; *joinedEnd is the NUL's place.
+char* commentBlock(char* p, const char* end, char** joinedEnd)
+{
+    char* out = p;
+    for (;;) {
+        if (p == end || !isComment(*p)) {
+            char* ahead = p;
+            int lineEnds = 0;
+            while (ahead < end && isSpace(*ahead)) {
+                if (isLineEnd(*ahead)) {
+                    ++lineEnds;
+                    ahead = skipLineEnd(ahead, end);
+                } else {
+                    ++ahead;
+                }
+            }
+            if (ahead < end && isComment(*ahead)) {
+                for (; lineEnds > 0; --lineEnds)
+                    *out++ = '\n';
+                p = ahead;
+                continue;
+            }
+            break;
+        }
+        char* line = p;
+        while (p < end && !isLineEnd(*p))
+            ++p;
+        const size_t length = size_t(p - line);
+        if (out < line) {
+            std::memmove(out, line, length);
+            out[length] = 0;
+        }
+        if (p == end) {
+            *joinedEnd = out + length;
+            return p;
+        }
+        out += length;
+        p = skipLineEnd(p, end);
+        *out++ = '\n';
+    }
+    *--out = 0;
+    *joinedEnd = out;
+    return p;
+}
+
 inline uint32_t slotHash(uint32_t hash, uint32_t group)
 {
     return hash ^ (group * 0x9E3779B1u);
@@ -148,6 +207,13 @@ void IniReader::parse()
     // string at the end of the buffer), created with its first key.
     uint32_t group = kNone;
     const uint32_t emptyName = uint32_t(m_text.size());
+    // A '[' line without its ']' does not leave the keys after it in the
+    // group before: they go to a group named by the text from after the '['
+    // up to the first NUL the parse writes after it, which is at the end of
+    // the next key or of a comment block before that key. Kept on purpose:
+    // files written by the writer's document must read back as it reads
+    // them.
+    uint32_t pending = kNone, pendingEnd = kNone;
 
     while (p < end) {
         while (p < end && isSpace(*p))
@@ -155,7 +221,13 @@ void IniReader::parse()
         if (p == end)
             break;
         if (*p == ';' || *p == '#') {
-            p = endOfLine(p);
+            if (pending != kNone && pendingEnd == kNone) {
+                char* blockEnd = nullptr;
+                p = commentBlock(p, end, &blockEnd);
+                pendingEnd = uint32_t(blockEnd - begin);
+            } else {
+                p = endOfLine(p);
+            }
             continue;
         }
         if (*p == '[') {
@@ -166,13 +238,17 @@ void IniReader::parse()
             char* name = p;
             while (p < end && *p != ']' && !isLineEnd(*p))
                 ++p;
-            if (p == end || *p != ']')
+            if (p == end || *p != ']') {
+                pending = uint32_t(name - begin);
+                pendingEnd = kNone;
                 continue;
+            }
             char* nameEnd = p;
             while (nameEnd > name && isBlank(nameEnd[-1]))
                 --nameEnd;
             *nameEnd = 0;
             group = findOrAddGroup(uint32_t(name - begin), uint32_t(nameEnd - name));
+            pending = kNone;
             p = endOfLine(p + 1);
             continue;
         }
@@ -202,8 +278,13 @@ void IniReader::parse()
         // it, and a blank or the line end after the value.
         *keyEnd = 0;
         *valueEnd = 0;
-        if (group == kNone)
+        if (pending != kNone) {
+            const uint32_t nameEnd = pendingEnd != kNone ? pendingEnd : uint32_t(keyEnd - begin);
+            group = findOrAddGroup(pending, nameEnd - pending);
+            pending = kNone;
+        } else if (group == kNone) {
             group = findOrAddGroup(emptyName, 0);
+        }
         addEntry(group, uint32_t(key - begin), uint32_t(keyEnd - key), uint32_t(value - begin),
                  uint32_t(valueEnd - value));
     }

@@ -200,8 +200,15 @@ void IniReader::parse()
         return from;
     };
 
-    m_entries.reserve(std::min<size_t>(size_t(end - p) / 24, 512) + 4);
-    m_entryTable.assign(256, 0);
+    // Sized for a key every 24 bytes, which usual files come close to, so
+    // that they load without growing; the bound keeps a file of one huge
+    // line from reserving for keys it does not have.
+    const size_t expected = std::min<size_t>(size_t(end - p) / 24, 4096) + 4;
+    m_entries.reserve(expected);
+    size_t slots = 64;
+    while (slots < expected * 2)
+        slots *= 2;
+    m_entryTable.assign(slots, 0);
     m_groupTable.assign(16, 0);
     // Keys before any group belong to the group "" (its name is the empty
     // string at the end of the buffer), created with its first key.

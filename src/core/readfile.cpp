@@ -7,7 +7,12 @@
 
 namespace Vyx::detail {
 
-int openRegularFile(const char* path)
+namespace {
+
+// Opens path as openRegularFile does and leaves its status in *st.
+// keepNonBlocking spares the two calls that clear O_NONBLOCK where it
+// cannot matter: reading a regular file to its end never waits.
+int openChecked(const char* path, struct stat* st, bool keepNonBlocking)
 {
     if (!path || !*path) {
         errno = ENOENT;
@@ -16,28 +21,37 @@ int openRegularFile(const char* path)
     const int fd = open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (fd < 0)
         return -1;
-    struct stat st;
-    if (fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
+    if (fstat(fd, st) != 0 || !S_ISREG(st->st_mode)) {
         close(fd);
         errno = ENOENT;
         return -1;
     }
-    const int flags = fcntl(fd, F_GETFL);
-    if (flags >= 0 && (flags & O_NONBLOCK))
-        fcntl(fd, F_SETFL, flags & ~O_NONBLOCK);
+    if (!keepNonBlocking) {
+        const int flags = fcntl(fd, F_GETFL);
+        if (flags >= 0 && (flags & O_NONBLOCK))
+            fcntl(fd, F_SETFL, flags & ~O_NONBLOCK);
+    }
     return fd;
+}
+
+}  // namespace
+
+int openRegularFile(const char* path)
+{
+    struct stat st;
+    return openChecked(path, &st, false);
 }
 
 bool readRegularFile(const char* path, std::string& out)
 {
     out.clear();
-    const int fd = openRegularFile(path);
+    struct stat st;
+    const int fd = openChecked(path, &st, true);
     if (fd < 0)
         return false;
-    struct stat st;
     // One byte more than fstat's size, so that reaching the end costs no
     // second allocation; a file that grew meanwhile is still read whole.
-    size_t capacity = fstat(fd, &st) == 0 && st.st_size > 0 ? size_t(st.st_size) + 1 : 4096;
+    size_t capacity = st.st_size > 0 ? size_t(st.st_size) + 1 : 4096;
     size_t used = 0;
     out.resize(capacity);
     for (;;) {

@@ -46,7 +46,30 @@ void VyxDesktopEntryPrivate::resetAllLists()
     notShowIn.clear();
     keywords.clear();
     localKeywords.clear();
+    std::lock_guard<std::mutex> lock(unknownsMutex);
     unknowns.clear();
+    unreadUnknowns.clear();
+    unknownSource.reset();
+}
+
+const VyxDesktopEntryPrivate::UnknownList& VyxDesktopEntryPrivate::unknownList() const
+{
+    std::lock_guard<std::mutex> lock(unknownsMutex);
+    if (!unreadUnknowns.empty()) {
+        unknowns.reserve(unknowns.size() + unreadUnknowns.size());
+        for (const Vyx::detail::IniField& field : unreadUnknowns)
+            unknowns.emplace_back(std::string(field.key, field.keyLength), std::string(field.value, field.valueLength));
+        unreadUnknowns.clear();
+        unreadUnknowns.shrink_to_fit();
+    }
+    unknownSource.reset();
+    return unknowns;
+}
+
+VyxDesktopEntryPrivate::UnknownList& VyxDesktopEntryPrivate::unknownListToChange()
+{
+    unknownList();
+    return unknowns;
 }
 
 bool VyxDesktopEntryPrivate::operator==(const VyxDesktopEntryPrivate& o) const
@@ -59,7 +82,7 @@ bool VyxDesktopEntryPrivate::operator==(const VyxDesktopEntryPrivate& o) const
            mimeType == o.mimeType && sortOrder == o.sortOrder && url == o.url && categories == o.categories &&
            onlyShowIn == o.onlyShowIn && notShowIn == o.notShowIn && languages == o.languages &&
            version == o.version && keywords == o.keywords && localKeywords == o.localKeywords &&
-           unknowns == o.unknowns && noDisplay == o.noDisplay && hidden == o.hidden && terminal == o.terminal &&
+           unknownList() == o.unknownList() && noDisplay == o.noDisplay && hidden == o.hidden && terminal == o.terminal &&
            startupNotify == o.startupNotify && prefersNonDefaultGPU == o.prefersNonDefaultGPU &&
            singleMainWindow == o.singleMainWindow;
 }
@@ -110,7 +133,7 @@ void VyxDesktopEntryPrivate::copyFrom(const VyxDesktopEntryPrivate& o, ReplaceFi
         take(this->*field, o.*field, m);
     // Actions and unknown keys are taken as a whole, never merged item by item.
     take(actions, o.actions, m);
-    take(unknowns, o.unknowns, m);
+    take(unknownListToChange(), o.unknownList(), m);
 }
 
 // --- the handle ---------------------------------------------------------------
@@ -249,8 +272,16 @@ VYX_ENTRY_FIELD(std::vector<std::string>, categories, setCategories)
 VYX_ENTRY_FIELD(std::vector<std::string>, onlyShowIn, setOnlyShowIn)
 VYX_ENTRY_FIELD(std::vector<std::string>, notShowIn, setNotShowIn)
 VYX_ENTRY_FIELD(std::vector<VyxDesktopAction>, actions, setActions)
-using UnknownList = std::vector<std::pair<std::string, std::string>>;
-VYX_ENTRY_FIELD(UnknownList, unknowns, setUnknowns)
+
+const std::vector<std::pair<std::string, std::string>>& VyxDesktopEntry::unknowns() const
+{
+    return d->unknownList();
+}
+
+void VyxDesktopEntry::setUnknowns(const std::vector<std::pair<std::string, std::string>>& value)
+{
+    d->unknownListToChange() = value;
+}
 
 #undef VYX_ENTRY_FIELD
 
@@ -281,7 +312,7 @@ std::string VyxDesktopEntry::getUnknownValue(const char* key) const
 {
     if (!key || !*key)
         return std::string();
-    for (const auto& unknown : d->unknowns) {
+    for (const auto& unknown : d->unknownList()) {
         if (unknown.first == key)
             return unknown.second;
     }

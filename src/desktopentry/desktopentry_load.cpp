@@ -139,15 +139,17 @@ bool VyxDesktopEntryPrivate::load()
     if (loaded)
         resetAllLists();
     validity = 0;
-    IniReader ini;
-    if (filePath.empty() || !ini.loadFile(filePath))
+    auto reader = std::make_shared<IniReader>();
+    if (filePath.empty() || !reader->loadFile(filePath))
         return false;
-    loadFrom(ini);
+    loadFrom(reader);
     return true;
 }
 
-void VyxDesktopEntryPrivate::loadFrom(const IniReader& ini)
+void VyxDesktopEntryPrivate::loadFrom(const std::shared_ptr<const IniReader>& source)
 {
+    const IniReader& ini = *source;
+    std::vector<IniField> unread;
     const int main = ini.group(kGroup);
     name = textOf(ini.value(main, "Name"));
     // Several translations of one key: the earliest language of the list wins.
@@ -181,8 +183,16 @@ void VyxDesktopEntryPrivate::loadFrom(const IniReader& ini)
             return;
         }
         // Foreign keys and other languages' translations are kept for saving.
-        unknowns.emplace_back(std::string(field.key, field.keyLength), std::string(field.value, field.valueLength));
+        unread.push_back(field);
     });
+    if (!unread.empty()) {
+        std::lock_guard<std::mutex> lock(unknownsMutex);
+        if (unreadUnknowns.empty())
+            unreadUnknowns.swap(unread);
+        else
+            unreadUnknowns.insert(unreadUnknowns.end(), unread.begin(), unread.end());
+        unknownSource = source;
+    }
     loadActions(*this, ini, ini.value(main, "Actions"));
     loaded = true;
     validity = 1;

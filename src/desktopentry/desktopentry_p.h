@@ -5,6 +5,8 @@
 #include "vyxdesktopentry.h"
 
 #include <cstdint>
+#include <memory>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -44,8 +46,17 @@ public:
     int languageRank(const char* fullKey, const char* baseKey) const;
 
     bool load();
-    // Fills the model from a parsed document and marks it loaded.
-    void loadFrom(const Vyx::detail::IniReader& ini);
+    // Fills the model from a parsed file and marks it loaded. The reader is
+    // kept while keys the model does not hold are still unread.
+    void loadFrom(const std::shared_ptr<const Vyx::detail::IniReader>& ini);
+
+    using UnknownList = std::vector<std::pair<std::string, std::string>>;
+    // The keys the model does not hold, in file order, kept for saving. A
+    // load only notes where they are in the file and the strings are made
+    // on first use: most loads never ask, and making them (every other
+    // language's translations) was most of a load.
+    const UnknownList& unknownList() const;
+    UnknownList& unknownListToChange();
     bool save(bool saveEmpty);
 
     std::string filePath;
@@ -58,7 +69,11 @@ public:
     std::vector<std::string> languages;
     std::string version;
     std::vector<std::string> keywords, localKeywords;
-    std::vector<std::pair<std::string, std::string>> unknowns;
+    // Read through unknownList() only.
+    mutable UnknownList unknowns;
+    mutable std::vector<Vyx::detail::IniField> unreadUnknowns;
+    mutable std::shared_ptr<const Vyx::detail::IniReader> unknownSource;
+    mutable std::mutex unknownsMutex;
     OptionalBool noDisplay, hidden, terminal, startupNotify, prefersNonDefaultGPU, singleMainWindow;
     bool loaded = false;
     int16_t validity = -1;  // -1 unknown, 0 invalid, 1 valid

@@ -111,7 +111,7 @@ bool VyxDesktopEntryPrivate::save(bool saveEmpty)
     entry.text("Version", version);
     entry.list("Keywords", keywords);
     entry.listTranslation("Keywords", localKeywords);
-    for (const auto& unknown : unknowns)
+    for (const auto& unknown : unknownList())
         entry.put(unknown.first.c_str(), unknown.second);
     bool ok = entry.ok();
 

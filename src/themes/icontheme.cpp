@@ -3,6 +3,7 @@
 #include "core/environment_p.h"
 #include "core/ini_p.h"
 #include "core/inireader_p.h"
+#include "core/pathprobe_p.h"
 #include "vyxdesktopentry.h"
 #include "vyxdirs.h"
 #include "vyxdisplay.h"
@@ -289,8 +290,9 @@ bool VyxIconTheme::load()
     d->hidden = Vyx::contains(text("Hidden").c_str(), "rue");
     d->exampleIcon = text("Example");
 
+    Vyx::detail::DirectoryProbe directories(d->path);
     for (const std::string& dir : splitList(ini.value(main, "Directories"))) {
-        if (!isDirectory(d->path + "/" + dir))
+        if (!directories.isDirectory(dir))
             continue;
         VyxIconThemeSubdir subdir(dir);
         const int group = ini.group(dir.c_str());

@@ -134,6 +134,20 @@ TEST(IniReader, InstalledFilesAndTheSyntheticCorpusReadAsTheDocumentReadsThem)
     }
 }
 
+// The sanitizers' allocator keeps freed blocks in quarantine, so growth
+// costs them more resident memory than it costs the program.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr size_t kSlack = 3;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+constexpr size_t kSlack = 3;
+#else
+constexpr size_t kSlack = 1;
+#endif
+#else
+constexpr size_t kSlack = 1;
+#endif
+
 // Resident memory of this process in bytes.
 size_t residentBytes()
 {
@@ -208,7 +222,7 @@ TEST(IniReader, HugeFilesLoadInMemoryBoundedByTheirSize)
         reader.forEach(0, [&](const Vyx::detail::IniField&) { ++count; });
         EXPECT_EQ(count, 1000000u);
         EXPECT_STREQ(reader.value("A", "KEY999998"), "6");
-        EXPECT_LT(residentBytes() - before, 8 * keys.size());
+        EXPECT_LT(residentBytes() - before, kSlack * 8 * keys.size());
     }));
     VYX_EXPECT_CHILD(vyxtest::runInChild({}, [&] {
         const size_t before = residentBytes();
@@ -216,7 +230,7 @@ TEST(IniReader, HugeFilesLoadInMemoryBoundedByTheirSize)
         ASSERT_TRUE(reader.loadFile(groupsFile));
         EXPECT_EQ(reader.groupCount(), 100000u);
         EXPECT_STREQ(reader.value("GROUP 99999", "k"), "99999");
-        EXPECT_LT(residentBytes() - before, 8 * groups.size());
+        EXPECT_LT(residentBytes() - before, kSlack * 8 * groups.size());
     }));
 }
 

@@ -16,8 +16,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     Vyx::detail::IniDocument ini;
     if (!ini.loadData(reinterpret_cast<const char*>(data), size))
         return 0;
-    auto reader = std::make_shared<Vyx::detail::IniReader>();
-    reader->loadData(reinterpret_cast<const char*>(data), size);
+    Vyx::detail::IniReader reader;
+    reader.loadData(reinterpret_cast<const char*>(data), size);
     VyxDesktopEntryPrivate entry;
     entry.loadFrom(reader);
     entry.unknownList();

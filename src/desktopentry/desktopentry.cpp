@@ -49,20 +49,21 @@ void VyxDesktopEntryPrivate::resetAllLists()
     std::lock_guard<std::mutex> lock(unknownsMutex);
     unknowns.clear();
     unreadUnknowns.clear();
-    unknownSource.reset();
 }
 
 const VyxDesktopEntryPrivate::UnknownList& VyxDesktopEntryPrivate::unknownList() const
 {
     std::lock_guard<std::mutex> lock(unknownsMutex);
-    if (!unreadUnknowns.empty()) {
-        unknowns.reserve(unknowns.size() + unreadUnknowns.size());
-        for (const Vyx::detail::IniField& field : unreadUnknowns)
-            unknowns.emplace_back(std::string(field.key, field.keyLength), std::string(field.value, field.valueLength));
-        unreadUnknowns.clear();
-        unreadUnknowns.shrink_to_fit();
+    // Names and values hold no NUL: the reader's text ends at the first.
+    for (size_t at = 0; at < unreadUnknowns.size();) {
+        const char* key = unreadUnknowns.c_str() + at;
+        const size_t keyLength = std::strlen(key);
+        const char* value = key + keyLength + 1;
+        const size_t valueLength = std::strlen(value);
+        unknowns.emplace_back(std::string(key, keyLength), std::string(value, valueLength));
+        at += keyLength + valueLength + 2;
     }
-    unknownSource.reset();
+    std::string().swap(unreadUnknowns);
     return unknowns;
 }
 

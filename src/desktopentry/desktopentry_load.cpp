@@ -139,17 +139,16 @@ bool VyxDesktopEntryPrivate::load()
     if (loaded)
         resetAllLists();
     validity = 0;
-    auto reader = std::make_shared<IniReader>();
-    if (filePath.empty() || !reader->loadFile(filePath))
+    IniReader ini;
+    if (filePath.empty() || !ini.loadFile(filePath))
         return false;
-    loadFrom(reader);
+    loadFrom(ini);
     return true;
 }
 
-void VyxDesktopEntryPrivate::loadFrom(const std::shared_ptr<const IniReader>& source)
+void VyxDesktopEntryPrivate::loadFrom(const IniReader& ini)
 {
-    const IniReader& ini = *source;
-    std::vector<IniField> unread;
+    std::string unread;
     const int main = ini.group(kGroup);
     name = textOf(ini.value(main, "Name"));
     // Several translations of one key: the earliest language of the list wins.
@@ -183,15 +182,12 @@ void VyxDesktopEntryPrivate::loadFrom(const std::shared_ptr<const IniReader>& so
             return;
         }
         // Foreign keys and other languages' translations are kept for saving.
-        unread.push_back(field);
+        unread.append(field.key, field.keyLength + 1);
+        unread.append(field.value, field.valueLength + 1);
     });
     if (!unread.empty()) {
         std::lock_guard<std::mutex> lock(unknownsMutex);
-        if (unreadUnknowns.empty())
-            unreadUnknowns.swap(unread);
-        else
-            unreadUnknowns.insert(unreadUnknowns.end(), unread.begin(), unread.end());
-        unknownSource = source;
+        unreadUnknowns += unread;
     }
     loadActions(*this, ini, ini.value(main, "Actions"));
     loaded = true;

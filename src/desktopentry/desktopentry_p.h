@@ -5,7 +5,6 @@
 #include "vyxdesktopentry.h"
 
 #include <cstdint>
-#include <memory>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -46,15 +45,14 @@ public:
     int languageRank(const char* fullKey, const char* baseKey) const;
 
     bool load();
-    // Fills the model from a parsed file and marks it loaded. The reader is
-    // kept while keys the model does not hold are still unread.
-    void loadFrom(const std::shared_ptr<const Vyx::detail::IniReader>& ini);
+    // Fills the model from a parsed file and marks it loaded.
+    void loadFrom(const Vyx::detail::IniReader& ini);
 
     using UnknownList = std::vector<std::pair<std::string, std::string>>;
     // The keys the model does not hold, in file order, kept for saving. A
-    // load only notes where they are in the file and the strings are made
-    // on first use: most loads never ask, and making them (every other
-    // language's translations) was most of a load.
+    // load copies them into one buffer and the pairs of strings are made on
+    // first use: most loads never ask, and making them (every other
+    // language's translations, two allocations each) was most of a load.
     const UnknownList& unknownList() const;
     UnknownList& unknownListToChange();
     bool save(bool saveEmpty);
@@ -71,8 +69,7 @@ public:
     std::vector<std::string> keywords, localKeywords;
     // Read through unknownList() only.
     mutable UnknownList unknowns;
-    mutable std::vector<Vyx::detail::IniField> unreadUnknowns;
-    mutable std::shared_ptr<const Vyx::detail::IniReader> unknownSource;
+    mutable std::string unreadUnknowns;  // key NUL value NUL ..., not yet in unknowns
     mutable std::mutex unknownsMutex;
     OptionalBool noDisplay, hidden, terminal, startupNotify, prefersNonDefaultGPU, singleMainWindow;
     bool loaded = false;

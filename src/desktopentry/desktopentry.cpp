@@ -67,6 +67,24 @@ const VyxDesktopEntryPrivate::UnknownList& VyxDesktopEntryPrivate::unknownList()
     return unknowns;
 }
 
+std::string VyxDesktopEntryPrivate::unknownValue(const char* key) const
+{
+    std::lock_guard<std::mutex> lock(unknownsMutex);
+    for (const auto& unknown : unknowns) {
+        if (unknown.first == key)
+            return unknown.second;
+    }
+    for (size_t at = 0; at < unreadUnknowns.size();) {
+        const char* name = unreadUnknowns.c_str() + at;
+        const size_t nameLength = std::strlen(name);
+        const char* value = name + nameLength + 1;
+        if (std::strcmp(name, key) == 0)
+            return value;
+        at += nameLength + std::strlen(value) + 2;
+    }
+    return std::string();
+}
+
 VyxDesktopEntryPrivate::UnknownList& VyxDesktopEntryPrivate::unknownListToChange()
 {
     unknownList();
@@ -313,11 +331,7 @@ std::string VyxDesktopEntry::getUnknownValue(const char* key) const
 {
     if (!key || !*key)
         return std::string();
-    for (const auto& unknown : d->unknownList()) {
-        if (unknown.first == key)
-            return unknown.second;
-    }
-    return std::string();
+    return d->unknownValue(key);
 }
 
 const std::string& VyxDesktopEntry::localNameOrFallback() const

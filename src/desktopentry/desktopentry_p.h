@@ -55,6 +55,9 @@ public:
     // language's translations, two allocations each) was most of a load.
     const UnknownList& unknownList() const;
     UnknownList& unknownListToChange();
+    // The value of the first unknown key named key, without making the list;
+    // empty when there is none.
+    std::string unknownValue(const char* key) const;
     bool save(bool saveEmpty);
 
     std::string filePath;

@@ -91,29 +91,30 @@ void BM_DesktopEntryLoad(benchmark::State& state)
 }
 BENCHMARK(BM_DesktopEntryLoad)->Unit(benchmark::kMicrosecond);
 
-// Reading the file: the floor under everything else.
-void BM_ReadFile(benchmark::State& state)
+// Calls load(path) once per iteration, cycling through the corpus.
+template <typename Load>
+void eachFile(benchmark::State& state, Load load)
 {
     const std::vector<std::string>& files = corpus();
     size_t next = 0;
-    std::string text;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(Vyx::detail::readRegularFile(files[next].c_str(), text));
+        benchmark::DoNotOptimize(load(files[next]));
         next = (next + 1) % files.size();
     }
+}
+
+// Reading the file: the floor under everything else.
+void BM_ReadFile(benchmark::State& state)
+{
+    std::string text;
+    eachFile(state, [&](const std::string& file) { return Vyx::detail::readRegularFile(file.c_str(), text); });
 }
 BENCHMARK(BM_ReadFile)->Unit(benchmark::kMicrosecond);
 
 // The reader alone: what every load of an entry pays before its fields.
 void BM_IniReaderLoad(benchmark::State& state)
 {
-    const std::vector<std::string>& files = corpus();
-    size_t next = 0;
-    for (auto _ : state) {
-        Vyx::detail::IniReader ini;
-        benchmark::DoNotOptimize(ini.loadFile(files[next]));
-        next = (next + 1) % files.size();
-    }
+    eachFile(state, [](const std::string& file) { return Vyx::detail::IniReader().loadFile(file); });
 }
 BENCHMARK(BM_IniReaderLoad)->Unit(benchmark::kMicrosecond);
 
@@ -121,13 +122,7 @@ BENCHMARK(BM_IniReaderLoad)->Unit(benchmark::kMicrosecond);
 // reader.
 void BM_IniDocumentLoad(benchmark::State& state)
 {
-    const std::vector<std::string>& files = corpus();
-    size_t next = 0;
-    for (auto _ : state) {
-        Vyx::detail::IniDocument ini;
-        benchmark::DoNotOptimize(ini.loadFile(files[next]));
-        next = (next + 1) % files.size();
-    }
+    eachFile(state, [](const std::string& file) { return Vyx::detail::IniDocument().loadFile(file); });
 }
 BENCHMARK(BM_IniDocumentLoad)->Unit(benchmark::kMicrosecond);
 

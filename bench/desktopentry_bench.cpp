@@ -1,10 +1,13 @@
 // Loading desktop entries: the per-file cost of constructing and loading a
-// VyxDesktopEntry over a corpus of 2,000 files.
+// VyxDesktopEntry over a corpus of 2,000 files, next to its floors: reading
+// the file, the INI reader alone, and the writer's document for comparison.
 //   build/bench/desktopentry_bench                       a generated corpus
 //   VYX_DESKTOP_CORPUS=DIR build/bench/desktopentry_bench   the *.desktop files below DIR
 // Runs with LANGUAGE=de unless LANGUAGE is set.
 
 #include "core/ini_p.h"
+#include "core/inireader_p.h"
+#include "core/readfile_p.h"
 
 #include <vyxdesktopentry.h>
 #include <vyxfileutils.h>
@@ -88,16 +91,38 @@ void BM_DesktopEntryLoad(benchmark::State& state)
 }
 BENCHMARK(BM_DesktopEntryLoad)->Unit(benchmark::kMicrosecond);
 
-// The INI document alone: the floor under the entry's cost.
-void BM_IniDocumentLoad(benchmark::State& state)
+// Calls load(path) once per iteration, cycling through the corpus.
+template <typename Load>
+void eachFile(benchmark::State& state, Load load)
 {
     const std::vector<std::string>& files = corpus();
     size_t next = 0;
     for (auto _ : state) {
-        Vyx::detail::IniDocument ini;
-        benchmark::DoNotOptimize(ini.loadFile(files[next]));
+        benchmark::DoNotOptimize(load(files[next]));
         next = (next + 1) % files.size();
     }
+}
+
+// Reading the file: the floor under everything else.
+void BM_ReadFile(benchmark::State& state)
+{
+    std::string text;
+    eachFile(state, [&](const std::string& file) { return Vyx::detail::readRegularFile(file.c_str(), text); });
+}
+BENCHMARK(BM_ReadFile)->Unit(benchmark::kMicrosecond);
+
+// The reader alone: what every load of an entry pays before its fields.
+void BM_IniReaderLoad(benchmark::State& state)
+{
+    eachFile(state, [](const std::string& file) { return Vyx::detail::IniReader().loadFile(file); });
+}
+BENCHMARK(BM_IniReaderLoad)->Unit(benchmark::kMicrosecond);
+
+// The writer's document loading the same files: what reads cost before the
+// reader.
+void BM_IniDocumentLoad(benchmark::State& state)
+{
+    eachFile(state, [](const std::string& file) { return Vyx::detail::IniDocument().loadFile(file); });
 }
 BENCHMARK(BM_IniDocumentLoad)->Unit(benchmark::kMicrosecond);
 

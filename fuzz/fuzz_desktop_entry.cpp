@@ -1,5 +1,6 @@
 // A desktop entry from arbitrary bytes: parsed, modelled, written back and
 // parsed again. The model must survive any input.
+#include "core/ini_p.h"
 #include "desktopentry/desktopentry_p.h"
 
 #include <cstdint>
@@ -15,8 +16,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     Vyx::detail::IniDocument ini;
     if (!ini.loadData(reinterpret_cast<const char*>(data), size))
         return 0;
+    Vyx::detail::IniReader reader;
+    reader.loadData(reinterpret_cast<const char*>(data), size);
     VyxDesktopEntryPrivate entry;
-    entry.loadFrom(ini);
+    entry.loadFrom(reader);
+    entry.unknownList();
     for (const VyxDesktopAction& action : entry.actions) {
         if (action.name().empty())
             abort();  // nameless actions are dropped

@@ -19,8 +19,9 @@ packages=(
   xdg-utils libglib2.0-bin
   # fuzzing and sanitizers
   clang libclang-rt-14-dev
-  # benchmarks
-  libbenchmark-dev
+  # benchmarks, and the side-by-side runs against GLib's key file and
+  # GTK's icon theme
+  libbenchmark-dev libglib2.0-dev libgtk-3-dev
 )
 
 missing=()

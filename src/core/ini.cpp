@@ -145,6 +145,18 @@ bool IniDocument::keepsEveryLine(const std::string& text) const
     return std::includes(after.begin(), after.end(), before.begin(), before.end());
 }
 
+std::vector<const char*> IniDocument::groups() const
+{
+    CSimpleIniA::TNamesDepend names;
+    m_ini.GetAllSections(names);
+    names.sort(CSimpleIniA::Entry::LoadOrder());
+    std::vector<const char*> result;
+    result.reserve(names.size());
+    for (const auto& name : names)
+        result.push_back(name.pItem);
+    return result;
+}
+
 std::string IniDocument::toString() const
 {
     std::string text;

@@ -1,11 +1,14 @@
 #ifndef VYXCORE_INI_P_H
 #define VYXCORE_INI_P_H
 
-// The library's one INI document: every desktop entry, theme index,
-// mimeapps list and settings file goes through it. It is SimpleIni's
-// case-insensitive narrow document with UTF-8 on, multi-key off and
-// multi-line off: a repeated key keeps its last value, and key lookups
-// ignore case while the listed names keep the file's spelling.
+// The library's one INI document for writing: every desktop entry, theme
+// index and settings file the library saves is built here, so that saves
+// keep one format. Reading goes through IniReader (inireader_p.h), which
+// answers as this document does for the same bytes and costs a fraction
+// of it. It is SimpleIni's case-insensitive narrow document with UTF-8 on,
+// multi-key off and multi-line off: a repeated key keeps its last value,
+// and key lookups ignore case while the listed names keep the file's
+// spelling.
 
 // Narrow UTF-8 text throughout: no character conversion is needed. The
 // template's code is compiled once, in ini.cpp.
@@ -43,6 +46,8 @@ public:
 
     // The keys of group with their values, in file order.
     std::vector<std::pair<const char*, const char*>> entries(const char* group) const;
+    // The groups, in file order.
+    std::vector<const char*> groups() const;
 
     // False when the document refuses the key, and for a group name, key or
     // value that would not read back as given (see the checks below): the

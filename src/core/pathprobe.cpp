@@ -1,6 +1,10 @@
 #include "core/pathprobe_p.h"
 
+#include <cerrno>
+#include <dirent.h>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace Vyx::detail {
 
@@ -18,6 +22,87 @@ std::string firstRegularFile(const std::string& base, const char* const* extensi
             return path;
     }
     return std::string();
+}
+
+DirectoryProbe::DirectoryProbe(std::string root) : m_root(std::move(root))
+{
+    m_rootFd = open(m_root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+}
+
+DirectoryProbe::~DirectoryProbe()
+{
+    if (m_rootFd >= 0)
+        close(m_rootFd);
+}
+
+bool DirectoryProbe::statIsDirectory(const std::string& relative) const
+{
+    struct stat st;
+    return stat((m_root + "/" + relative).c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
+const DirectoryProbe::Listing& DirectoryProbe::listing(const std::string& parent)
+{
+    auto found = m_listings.find(parent);
+    if (found != m_listings.end())
+        return found->second;
+    Listing& listing = m_listings[parent];
+    const int fd = parent.empty() ? openat(m_rootFd, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)
+                                  : openat(m_rootFd, parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) {
+        // A parent that is missing or not a directory holds no directory;
+        // any other failure (a parent we may pass but not list) goes to stat.
+        listing.listed = errno == ENOENT || errno == ENOTDIR;
+        return listing;
+    }
+    // A parent we may list but not pass: stat of what it holds fails, so
+    // the listing would answer otherwise.
+    if (faccessat(fd, ".", X_OK, AT_EACCESS) != 0) {
+        close(fd);
+        return listing;
+    }
+    DIR* dir = fdopendir(fd);
+    if (!dir) {
+        close(fd);
+        return listing;
+    }
+    while (const dirent* entry = readdir(dir))
+        listing.types.emplace(entry->d_name, entry->d_type);
+    closedir(dir);
+    listing.listed = true;
+    return listing;
+}
+
+bool DirectoryProbe::isDirectory(const std::string& relative)
+{
+    if (m_rootFd < 0)
+        return statIsDirectory(relative);
+    // Only plain relative paths are listed: ".", ".." and "//" would need
+    // the walk stat does.
+    size_t start = 0;
+    for (;;) {
+        const size_t slash = relative.find('/', start);
+        const size_t length = (slash == std::string::npos ? relative.size() : slash) - start;
+        if (length == 0 || (length == 1 && relative[start] == '.') ||
+            (length == 2 && relative[start] == '.' && relative[start + 1] == '.'))
+            return statIsDirectory(relative);
+        if (slash == std::string::npos)
+            break;
+        start = slash + 1;
+    }
+    const size_t slash = relative.rfind('/');
+    const std::string parent = slash == std::string::npos ? std::string() : relative.substr(0, slash);
+    const Listing& list = listing(parent);
+    if (!list.listed)
+        return statIsDirectory(relative);
+    const auto entry = list.types.find(relative.substr(slash == std::string::npos ? 0 : slash + 1));
+    if (entry == list.types.end())
+        return false;
+    if (entry->second == DT_DIR)
+        return true;
+    if (entry->second == DT_LNK || entry->second == DT_UNKNOWN)
+        return statIsDirectory(relative);
+    return false;
 }
 
 }  // namespace Vyx::detail

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <string>
+#include <unordered_map>
 
 namespace Vyx::detail {
 
@@ -13,6 +14,34 @@ bool isRegularFile(const std::string& path);
 // The first base + extension, in the order given, that is a regular file;
 // empty when none is.
 std::string firstRegularFile(const std::string& base, const char* const* extensions, size_t count);
+
+// Whether root + "/" + relative is a directory (or a link to one), for many
+// relative paths under one root: each parent directory is listed once
+// instead of one stat per path. A theme index names hundreds of
+// subdirectories, and a stat of each was most of a theme's load. Entries
+// the listing cannot type (links, file systems without types) and paths
+// with ".", ".." or empty parts are asked of stat as before.
+class DirectoryProbe {
+public:
+    explicit DirectoryProbe(std::string root);
+    ~DirectoryProbe();
+    DirectoryProbe(const DirectoryProbe&) = delete;
+    DirectoryProbe& operator=(const DirectoryProbe&) = delete;
+
+    bool isDirectory(const std::string& relative);
+
+private:
+    struct Listing {
+        bool listed = false;  // false: the parent could not be listed, ask stat
+        std::unordered_map<std::string, unsigned char> types;  // name -> dirent type
+    };
+    const Listing& listing(const std::string& parent);
+    bool statIsDirectory(const std::string& relative) const;
+
+    std::string m_root;
+    int m_rootFd = -1;
+    std::unordered_map<std::string, Listing> m_listings;
+};
 
 }  // namespace Vyx::detail
 

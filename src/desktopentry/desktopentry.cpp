@@ -1,5 +1,4 @@
 #include "desktopentry/desktopentry_p.h"
-#include "desktopentry/entryvalue_p.h"
 
 #include <climits>
 #include <cstring>
@@ -33,17 +32,6 @@ int VyxDesktopEntryPrivate::languageRank(const char* fullKey, const char* baseKe
     return -1;
 }
 
-std::string VyxDesktopEntryPrivate::localizedParameter(const Vyx::detail::IniDocument& ini, const std::string& group,
-                                                       const char* key) const
-{
-    for (const std::string& language : languages) {
-        const char* value = ini.value(group.c_str(), Vyx::concat(key, '[', language, ']').c_str());
-        if (value && *value)
-            return Vyx::detail::decodeEntryValue(value);
-    }
-    return std::string();
-}
-
 void VyxDesktopEntryPrivate::resetAllLists()
 {
     localName.clear();
@@ -58,7 +46,49 @@ void VyxDesktopEntryPrivate::resetAllLists()
     notShowIn.clear();
     keywords.clear();
     localKeywords.clear();
+    std::lock_guard<std::mutex> lock(unknownsMutex);
     unknowns.clear();
+    unreadUnknowns.clear();
+}
+
+const VyxDesktopEntryPrivate::UnknownList& VyxDesktopEntryPrivate::unknownList() const
+{
+    std::lock_guard<std::mutex> lock(unknownsMutex);
+    // Names and values hold no NUL: the reader's text ends at the first.
+    for (size_t at = 0; at < unreadUnknowns.size();) {
+        const char* key = unreadUnknowns.c_str() + at;
+        const size_t keyLength = std::strlen(key);
+        const char* value = key + keyLength + 1;
+        const size_t valueLength = std::strlen(value);
+        unknowns.emplace_back(std::string(key, keyLength), std::string(value, valueLength));
+        at += keyLength + valueLength + 2;
+    }
+    std::string().swap(unreadUnknowns);
+    return unknowns;
+}
+
+std::string VyxDesktopEntryPrivate::unknownValue(const char* key) const
+{
+    std::lock_guard<std::mutex> lock(unknownsMutex);
+    for (const auto& unknown : unknowns) {
+        if (unknown.first == key)
+            return unknown.second;
+    }
+    for (size_t at = 0; at < unreadUnknowns.size();) {
+        const char* name = unreadUnknowns.c_str() + at;
+        const size_t nameLength = std::strlen(name);
+        const char* value = name + nameLength + 1;
+        if (std::strcmp(name, key) == 0)
+            return value;
+        at += nameLength + std::strlen(value) + 2;
+    }
+    return std::string();
+}
+
+VyxDesktopEntryPrivate::UnknownList& VyxDesktopEntryPrivate::unknownListToChange()
+{
+    unknownList();
+    return unknowns;
 }
 
 bool VyxDesktopEntryPrivate::operator==(const VyxDesktopEntryPrivate& o) const
@@ -71,7 +101,7 @@ bool VyxDesktopEntryPrivate::operator==(const VyxDesktopEntryPrivate& o) const
            mimeType == o.mimeType && sortOrder == o.sortOrder && url == o.url && categories == o.categories &&
            onlyShowIn == o.onlyShowIn && notShowIn == o.notShowIn && languages == o.languages &&
            version == o.version && keywords == o.keywords && localKeywords == o.localKeywords &&
-           unknowns == o.unknowns && noDisplay == o.noDisplay && hidden == o.hidden && terminal == o.terminal &&
+           unknownList() == o.unknownList() && noDisplay == o.noDisplay && hidden == o.hidden && terminal == o.terminal &&
            startupNotify == o.startupNotify && prefersNonDefaultGPU == o.prefersNonDefaultGPU &&
            singleMainWindow == o.singleMainWindow;
 }
@@ -122,7 +152,7 @@ void VyxDesktopEntryPrivate::copyFrom(const VyxDesktopEntryPrivate& o, ReplaceFi
         take(this->*field, o.*field, m);
     // Actions and unknown keys are taken as a whole, never merged item by item.
     take(actions, o.actions, m);
-    take(unknowns, o.unknowns, m);
+    take(unknownListToChange(), o.unknownList(), m);
 }
 
 // --- the handle ---------------------------------------------------------------
@@ -184,7 +214,7 @@ bool VyxDesktopEntry::isLoaded() const
 bool VyxDesktopEntry::isValid() const
 {
     if (d->validity == -1) {
-        Vyx::detail::IniDocument ini;
+        Vyx::detail::IniReader ini;
         d->validity = !d->filePath.empty() && ini.loadFile(d->filePath) ? 1 : 0;
     }
     return d->validity != 0;
@@ -261,8 +291,16 @@ VYX_ENTRY_FIELD(std::vector<std::string>, categories, setCategories)
 VYX_ENTRY_FIELD(std::vector<std::string>, onlyShowIn, setOnlyShowIn)
 VYX_ENTRY_FIELD(std::vector<std::string>, notShowIn, setNotShowIn)
 VYX_ENTRY_FIELD(std::vector<VyxDesktopAction>, actions, setActions)
-using UnknownList = std::vector<std::pair<std::string, std::string>>;
-VYX_ENTRY_FIELD(UnknownList, unknowns, setUnknowns)
+
+const std::vector<std::pair<std::string, std::string>>& VyxDesktopEntry::unknowns() const
+{
+    return d->unknownList();
+}
+
+void VyxDesktopEntry::setUnknowns(const std::vector<std::pair<std::string, std::string>>& value)
+{
+    d->unknownListToChange() = value;
+}
 
 #undef VYX_ENTRY_FIELD
 
@@ -293,11 +331,7 @@ std::string VyxDesktopEntry::getUnknownValue(const char* key) const
 {
     if (!key || !*key)
         return std::string();
-    for (const auto& unknown : d->unknowns) {
-        if (unknown.first == key)
-            return unknown.second;
-    }
-    return std::string();
+    return d->unknownValue(key);
 }
 
 const std::string& VyxDesktopEntry::localNameOrFallback() const

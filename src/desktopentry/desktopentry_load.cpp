@@ -5,10 +5,12 @@
 #include <cstdint>
 #include <cstring>
 #include <iterator>
+#include <string_view>
 #include <unordered_map>
 
-using Vyx::detail::decodeEntryValue;
-using Vyx::detail::IniDocument;
+using Vyx::detail::EntryValue;
+using Vyx::detail::IniField;
+using Vyx::detail::IniReader;
 using Vyx::detail::parseBool;
 using Vyx::detail::splitList;
 
@@ -18,10 +20,11 @@ const char kGroup[] = "Desktop Entry";
 
 using Setter = void (*)(VyxDesktopEntryPrivate&, const char*);
 
-// Untranslated keys of the model, compared exactly (case-sensitive).
-const std::unordered_map<std::string, Setter>& plainKeys()
+// Untranslated keys of the model, compared exactly (case-sensitive). Keyed
+// by views into the file's text: no string is built to look a key up.
+const std::unordered_map<std::string_view, Setter>& plainKeys()
 {
-    static const std::unordered_map<std::string, Setter> keys = {
+    static const std::unordered_map<std::string_view, Setter> keys = {
         {"GenericName", [](VyxDesktopEntryPrivate& d, const char* v) { d.genericName = v; }},
         {"Type", [](VyxDesktopEntryPrivate& d, const char* v) { d.type = v; }},
         {"TryExec", [](VyxDesktopEntryPrivate& d, const char* v) { d.tryExec = v; }},
@@ -51,7 +54,7 @@ const std::unordered_map<std::string, Setter>& plainKeys()
 }
 
 struct TranslatedKey {
-    const char* base;
+    std::string_view base;
     Setter set;
 };
 
@@ -63,31 +66,65 @@ const TranslatedKey kTranslatedKeys[] = {
     {"Keywords", [](VyxDesktopEntryPrivate& d, const char* v) { d.localKeywords = splitList(v); }},
 };
 
-void loadActions(VyxDesktopEntryPrivate& d, const IniDocument& ini)
+// A translated key "Base[language]" cut at its first '['; false for a key
+// without one or not ending in ']'.
+bool splitTranslated(const IniField& field, std::string_view* base, std::string_view* language)
 {
-    for (const std::string& id : splitList(ini.value(kGroup, "Actions"))) {
+    const char* open = static_cast<const char*>(std::memchr(field.key, '[', field.keyLength));
+    if (!open || field.key[field.keyLength - 1] != ']')
+        return false;
+    *base = std::string_view(field.key, size_t(open - field.key));
+    *language = std::string_view(open + 1, size_t(field.key + field.keyLength - 1 - (open + 1)));
+    return true;
+}
+
+void loadActions(VyxDesktopEntryPrivate& d, const IniReader& ini, const char* ids)
+{
+    for (const std::string& id : splitList(ids)) {
         // A group named "X-Desktop Action" stands in for one without a name.
-        std::string group = Vyx::concat("Desktop Action ", id);
-        std::string name = decodeEntryValue(ini.value(group.c_str(), "Name"));
-        if (name.empty()) {
-            group = Vyx::concat("X-Desktop Action ", id);
-            name = decodeEntryValue(ini.value(group.c_str(), "Name"));
-            if (name.empty())
+        int group = ini.group(Vyx::concat("Desktop Action ", id).c_str());
+        const char* name = ini.value(group, "Name");
+        if (!name || !*name) {
+            group = ini.group(Vyx::concat("X-Desktop Action ", id).c_str());
+            name = ini.value(group, "Name");
+            if (!name || !*name)
                 continue;
         }
         VyxDesktopAction action(id);
-        action.setName(name);
-        if (d.hasLocale())
-            action.setLocalName(d.localizedParameter(ini, group, "Name"));
-        action.setComment(decodeEntryValue(ini.value(group.c_str(), "Comment")));
-        if (d.hasLocale())
-            action.setLocalComment(d.localizedParameter(ini, group, "Comment"));
-        action.setIcon(decodeEntryValue(ini.value(group.c_str(), "Icon")));
-        if (d.hasLocale())
-            action.setLocalIcon(d.localizedParameter(ini, group, "Icon"));
-        action.setExec(decodeEntryValue(ini.value(group.c_str(), "Exec")));
-        action.setOnlyShowIn(splitList(decodeEntryValue(ini.value(group.c_str(), "OnlyShowIn")).c_str()));
-        action.setNotShowIn(splitList(decodeEntryValue(ini.value(group.c_str(), "NotShowIn")).c_str()));
+        action.setName(EntryValue(name).c_str());
+        action.setComment(EntryValue(ini.value(group, "Comment")).c_str());
+        action.setIcon(EntryValue(ini.value(group, "Icon")).c_str());
+        action.setExec(EntryValue(ini.value(group, "Exec")).c_str());
+        action.setOnlyShowIn(splitList(EntryValue(ini.value(group, "OnlyShowIn")).c_str()));
+        action.setNotShowIn(splitList(EntryValue(ini.value(group, "NotShowIn")).c_str()));
+        if (d.hasLocale()) {
+            // One walk over the group for the translations: the first
+            // non-empty one in language order wins; keys and languages
+            // compare ignoring case, as lookups in the file do.
+            static const std::string_view kBases[] = {"Name", "Comment", "Icon"};
+            const char* best[3] = {};
+            size_t bestRank[3] = {SIZE_MAX, SIZE_MAX, SIZE_MAX};
+            ini.forEach(group, [&](const IniField& field) {
+                std::string_view base, language;
+                if (!field.valueLength || !splitTranslated(field, &base, &language))
+                    return;
+                for (size_t b = 0; b < 3; ++b) {
+                    if (!Vyx::detail::sameIniName(base, kBases[b]))
+                        continue;
+                    for (size_t rank = 0; rank < d.languages.size() && rank < bestRank[b]; ++rank) {
+                        if (Vyx::detail::sameIniName(language, d.languages[rank])) {
+                            bestRank[b] = rank;
+                            best[b] = field.value;
+                            break;
+                        }
+                    }
+                    break;
+                }
+            });
+            action.setLocalName(EntryValue(best[0]).c_str());
+            action.setLocalComment(EntryValue(best[1]).c_str());
+            action.setLocalIcon(EntryValue(best[2]).c_str());
+        }
         d.actions.push_back(std::move(action));
     }
 }
@@ -99,47 +136,58 @@ bool VyxDesktopEntryPrivate::load()
     if (loaded)
         resetAllLists();
     validity = 0;
-    IniDocument ini;
+    IniReader ini;
     if (filePath.empty() || !ini.loadFile(filePath))
         return false;
     loadFrom(ini);
     return true;
 }
 
-void VyxDesktopEntryPrivate::loadFrom(const IniDocument& ini)
+void VyxDesktopEntryPrivate::loadFrom(const IniReader& ini)
 {
-    name = decodeEntryValue(ini.value(kGroup, "Name"));
+    std::string unread;
+    const int main = ini.group(kGroup);
+    name = EntryValue(ini.value(main, "Name")).c_str();
     // Several translations of one key: the earliest language of the list wins.
-    int ranks[sizeof kTranslatedKeys / sizeof kTranslatedKeys[0]];
-    std::fill(std::begin(ranks), std::end(ranks), INT32_MAX);
+    size_t ranks[std::size(kTranslatedKeys)];
+    std::fill(std::begin(ranks), std::end(ranks), SIZE_MAX);
     const auto& plain = plainKeys();
-    for (const auto& [key, text] : ini.entries(kGroup)) {
-        if (Vyx::equal(key, "Name") || Vyx::equal(key, "Actions"))
-            continue;
-        const std::string decoded = decodeEntryValue(text);
-        const char* value = decoded.c_str();
-        if (std::strchr(key, '[')) {
-            bool taken = false;
-            for (size_t i = 0; i < std::size(kTranslatedKeys) && !taken; ++i) {
-                int rank = languageRank(key, kTranslatedKeys[i].base);
-                if (rank < 0)
-                    continue;
-                taken = true;
-                if (rank < ranks[i]) {
-                    ranks[i] = rank;
-                    kTranslatedKeys[i].set(*this, value);
+    ini.forEach(main, [&](const IniField& field) {
+        const std::string_view key(field.key, field.keyLength);
+        if (key == "Name" || key == "Actions")
+            return;
+        std::string_view base, language;
+        if (std::memchr(field.key, '[', field.keyLength)) {
+            if (splitTranslated(field, &base, &language)) {
+                for (size_t i = 0; i < std::size(kTranslatedKeys); ++i) {
+                    if (base != kTranslatedKeys[i].base)
+                        continue;
+                    for (size_t rank = 0; rank < languages.size(); ++rank) {
+                        if (language != languages[rank])
+                            continue;
+                        if (rank < ranks[i]) {
+                            ranks[i] = rank;
+                            kTranslatedKeys[i].set(*this, EntryValue(field.value).c_str());
+                        }
+                        return;
+                    }
+                    break;
                 }
             }
-            if (taken)
-                continue;
         } else if (auto it = plain.find(key); it != plain.end()) {
-            it->second(*this, value);
-            continue;
+            it->second(*this, EntryValue(field.value).c_str());
+            return;
         }
         // Foreign keys and other languages' translations are kept for saving.
-        unknowns.emplace_back(key, value);
+        unread.append(field.key, field.keyLength + 1);
+        const EntryValue value(field.value);
+        unread.append(value.c_str(), value.size() + 1);
+    });
+    if (!unread.empty()) {
+        std::lock_guard<std::mutex> lock(unknownsMutex);
+        unreadUnknowns += unread;
     }
-    loadActions(*this, ini);
+    loadActions(*this, ini, ini.value(main, "Actions"));
     loaded = true;
     validity = 1;
 }

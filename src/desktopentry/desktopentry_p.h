@@ -1,10 +1,11 @@
 #ifndef VYXCORE_DESKTOPENTRY_P_H
 #define VYXCORE_DESKTOPENTRY_P_H
 
-#include "core/ini_p.h"
+#include "core/inireader_p.h"
 #include "vyxdesktopentry.h"
 
 #include <cstdint>
+#include <mutex>
 #include <string>
 #include <utility>
 #include <vector>
@@ -42,13 +43,21 @@ public:
     // The position in our language list of fullKey's language when it is
     // baseKey + "[" + language + "]"; -1 otherwise.
     int languageRank(const char* fullKey, const char* baseKey) const;
-    // The first non-empty translation of key in group, by language order.
-    std::string localizedParameter(const Vyx::detail::IniDocument& ini, const std::string& group,
-                                   const char* key) const;
 
     bool load();
-    // Fills the model from a parsed document and marks it loaded.
-    void loadFrom(const Vyx::detail::IniDocument& ini);
+    // Fills the model from a parsed file and marks it loaded.
+    void loadFrom(const Vyx::detail::IniReader& ini);
+
+    using UnknownList = std::vector<std::pair<std::string, std::string>>;
+    // The keys the model does not hold, in file order, kept for saving. A
+    // load copies them into one buffer and the pairs of strings are made on
+    // first use: most loads never ask, and making them (every other
+    // language's translations, two allocations each) was most of a load.
+    const UnknownList& unknownList() const;
+    UnknownList& unknownListToChange();
+    // The value of the first unknown key named key, without making the list;
+    // empty when there is none.
+    std::string unknownValue(const char* key) const;
     bool save(bool saveEmpty);
 
     std::string filePath;
@@ -61,7 +70,10 @@ public:
     std::vector<std::string> languages;
     std::string version;
     std::vector<std::string> keywords, localKeywords;
-    std::vector<std::pair<std::string, std::string>> unknowns;
+    // Read through unknownList() only.
+    mutable UnknownList unknowns;
+    mutable std::string unreadUnknowns;  // key NUL value NUL ..., not yet in unknowns
+    mutable std::mutex unknownsMutex;
     OptionalBool noDisplay, hidden, terminal, startupNotify, prefersNonDefaultGPU, singleMainWindow;
     bool loaded = false;
     int16_t validity = -1;  // -1 unknown, 0 invalid, 1 valid

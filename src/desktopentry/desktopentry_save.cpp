@@ -1,6 +1,8 @@
 #include "desktopentry/desktopentry_p.h"
 #include "desktopentry/entryvalue_p.h"
 
+#include "core/ini_p.h"
+
 #include <cstdio>
 
 using Vyx::detail::IniDocument;
@@ -131,7 +133,7 @@ bool VyxDesktopEntryPrivate::save(bool saveEmpty)
     entry.text("Version", version);
     entry.list("Keywords", keywords);
     entry.listTranslation("Keywords", localKeywords);
-    for (const auto& unknown : unknowns)
+    for (const auto& unknown : unknownList())
         entry.put(unknown.first.c_str(), unknown.second);
     bool ok = entry.ok();
     std::string refused = entry.refused();

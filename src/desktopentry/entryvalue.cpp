@@ -91,4 +91,15 @@ std::string quoteExecArgument(const std::string& arg)
     return out;
 }
 
+EntryValue::EntryValue(const char* text) : m_text(text ? text : "")
+{
+    if (std::strchr(m_text, '\\')) {
+        m_decoded = decodeEntryValue(m_text);
+        m_text = m_decoded.c_str();
+        m_size = m_decoded.size();
+    } else {
+        m_size = std::strlen(m_text);
+    }
+}
+
 }  // namespace Vyx::detail

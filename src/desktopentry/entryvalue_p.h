@@ -19,6 +19,22 @@ std::string encodeEntryValue(const std::string& value);
 // become the characters; any other backslash stays as it is.
 std::string decodeEntryValue(const char* text);
 
+// The value text stands for, without a copy when it holds no backslash
+// (nearly every value), so that loading an entry allocates nothing for it.
+class EntryValue {
+public:
+    explicit EntryValue(const char* text);
+    EntryValue(const EntryValue&) = delete;
+    EntryValue& operator=(const EntryValue&) = delete;
+    const char* c_str() const { return m_text; }
+    size_t size() const { return m_size; }
+
+private:
+    std::string m_decoded;
+    const char* m_text;
+    size_t m_size;
+};
+
 // arg as one argument of an Exec value: always in double quotes, with '"',
 // '`', '$' and '\\' escaped by a backslash and '%' doubled so that no field
 // code is read into it. Line breaks stay; encodeEntryValue escapes them when

@@ -5,6 +5,7 @@
 #include "core/ini_p.h"
 #include "core/makedirs_p.h"
 #include "core/privatefile_p.h"
+#include "core/inireader_p.h"
 #include "core/textlines_p.h"
 #include "desktopentry/catalogue_p.h"
 #include "vyxfileutils.h"
@@ -149,7 +150,7 @@ void scanDesktopFiles(const std::string& dir, AvailableMap& map)
     std::vector<std::string> files;
     GetFileList(&files, dir.c_str(), 2, "*.desktop", Vyx::tagged_bool<FilesOnly_tag>(true));
     for (const std::string& file : files) {
-        IniDocument ini;
+        IniReader ini;
         if (!ini.loadFile(file) || ini.text("Desktop Entry", "Type") != "Application")
             continue;
         for (const std::string& type : Vyx::split(ini.text("Desktop Entry", "MimeType").c_str(), ",;"))

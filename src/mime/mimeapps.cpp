@@ -3,7 +3,7 @@
 #include "mime/mimeapps_p.h"
 
 #include "core/environment_p.h"
-#include "core/ini_p.h"
+#include "core/inireader_p.h"
 #include "vyxdirs.h"
 #include "vyxsession.h"
 
@@ -117,7 +117,7 @@ void refreshAssignments()
     g_icons.clear();
     FillDesktopEntriesDirArray();
     for (const std::string& list : lists) {
-        Vyx::detail::IniDocument ini;
+        Vyx::detail::IniReader ini;
         if (!ini.loadFile(list))
             continue;
         for (const auto& [type, value] : ini.entries("Added Associations")) {

@@ -5,7 +5,7 @@
 
 #include "core/readfile_p.h"
 #include "core/environment_p.h"
-#include "core/ini_p.h"
+#include "core/inireader_p.h"
 #include "core/textlines_p.h"
 #include "vyxdirs.h"
 #include "vyxdisplay.h"
@@ -55,7 +55,7 @@ std::string cursorThemeInResources(const std::string& file)
 // The theme a "default" theme's index names: the first of its Inherits.
 std::string inheritedTheme(const std::string& file)
 {
-    Vyx::detail::IniDocument ini;
+    Vyx::detail::IniReader ini;
     if (!ini.loadFile(file))
         return std::string();
     for (const std::string& name : Vyx::split(ini.text("Icon Theme", "Inherits").c_str(), ", ;\t")) {

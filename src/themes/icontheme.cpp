@@ -2,6 +2,8 @@
 
 #include "core/environment_p.h"
 #include "core/ini_p.h"
+#include "core/inireader_p.h"
+#include "core/pathprobe_p.h"
 #include "vyxdesktopentry.h"
 #include "vyxdirs.h"
 #include "vyxdisplay.h"
@@ -58,7 +60,7 @@ std::string themeSettingsFile()
 std::string themeSetting(const char* key)
 {
     const std::string file = themeSettingsFile();
-    IniDocument ini;
+    IniReader ini;
     return !file.empty() && ini.loadFile(file) ? ini.text("Variables", key) : std::string();
 }
 
@@ -67,6 +69,7 @@ std::string themeSetting(const char* key)
 namespace {
 
 using Vyx::detail::IniDocument;
+using Vyx::detail::IniReader;
 using Vyx::detail::isDirectory;
 using Vyx::detail::settingsFile;
 using Vyx::detail::themeSettingsFile;
@@ -158,11 +161,11 @@ VyxIconThemePrivate::~VyxIconThemePrivate()
         close(rootFd);
 }
 
-std::string VyxIconThemePrivate::localizedParameter(const IniDocument& ini, const char* section, const char* key) const
+std::string VyxIconThemePrivate::localizedParameter(const IniReader& ini, int group, const char* key) const
 {
     for (const std::string& language : languages) {
         std::string localized = Vyx::concat(key, '[', language, ']');
-        if (const char* value = ini.value(section, localized.c_str()); value && *value)
+        if (const char* value = ini.value(group, localized.c_str()); value && *value)
             return value;
     }
     return std::string();
@@ -243,12 +246,12 @@ bool VyxIconTheme::load()
     loading.push_back(d->path);
 
     const std::string indexFile = d->path + "/index.theme";
-    IniDocument ini;
+    IniReader ini;
     if (!ini.loadFile(indexFile)) {
         std::fprintf(stderr, "libvyxcore: failed to read %s\n", indexFile.c_str());
         return false;
     }
-    const char* main = VyxIconThemePrivate::mainSectionName();
+    const int main = ini.group(VyxIconThemePrivate::mainSectionName());
     const char* name = ini.value(main, "Name");
     if (!name || !*name) {
         std::fprintf(stderr, "libvyxcore: failed to read name of %s\n", indexFile.c_str());
@@ -260,7 +263,11 @@ bool VyxIconTheme::load()
         if (std::string local = d->localizedParameter(ini, main, "Name"); !local.empty())
             d->localName = local;
     }
-    d->comment = ini.text(main, "Comment");
+    auto text = [&](const char* key) {
+        const char* value = ini.value(main, key);
+        return std::string(value ? value : "");
+    };
+    d->comment = text("Comment");
     if (d->hasLocale()) {
         if (std::string local = d->localizedParameter(ini, main, "Comment"); !local.empty())
             d->localComment = local;
@@ -280,15 +287,17 @@ bool VyxIconTheme::load()
     }
 
     // Kept on purpose: only values holding "rue" count, so "TRUE" does not.
-    d->hidden = Vyx::contains(ini.text(main, "Hidden").c_str(), "rue");
-    d->exampleIcon = ini.text(main, "Example");
+    d->hidden = Vyx::contains(text("Hidden").c_str(), "rue");
+    d->exampleIcon = text("Example");
 
+    Vyx::detail::DirectoryProbe directories(d->path);
     for (const std::string& dir : splitList(ini.value(main, "Directories"))) {
-        if (!isDirectory(d->path + "/" + dir))
+        if (!directories.isDirectory(dir))
             continue;
         VyxIconThemeSubdir subdir(dir);
+        const int group = ini.group(dir.c_str());
         auto number = [&](const char* key, const char* fallback) {
-            const char* value = ini.value(dir.c_str(), key);
+            const char* value = ini.value(group, key);
             return std::string(value ? value : fallback);
         };
         std::string size = number("Size", "0");
@@ -300,8 +309,12 @@ bool VyxIconTheme::load()
             else
                 result = false;
         }
-        subdir.setContext(ini.text(dir.c_str(), "Context"));
-        subdir.setType(ini.text(dir.c_str(), "Type"));
+        auto text = [&](const char* key) {
+            const char* value = ini.value(group, key);
+            return std::string(value ? value : "");
+        };
+        subdir.setContext(text("Context"));
+        subdir.setType(text("Type"));
         std::string maxSize = number("MaxSize", "0"), minSize = number("MinSize", "0");
         subdir.setMaxSize(maxSize[0] == '0' ? subdir.size() : std::atoi(maxSize.c_str()));
         subdir.setMinSize(minSize[0] == '0' ? subdir.size() : std::atoi(minSize.c_str()));
@@ -404,7 +417,7 @@ std::vector<std::string> VyxIconTheme::getThemesNames()
 {
     std::vector<std::string> names;
     for (const std::string& file : GetThemesIndexFiles()) {
-        IniDocument ini;
+        IniReader ini;
         if (!ini.loadFile(file))
             continue;
         const char* dirs = ini.value(VyxIconThemePrivate::mainSectionName(), "Directories");
@@ -447,7 +460,7 @@ std::string VyxIconTheme::getCurrentTrayThemeName(const std::string& colorHint)
     std::string file = themeSettingsFile();
     if (file.empty())
         return std::string();
-    IniDocument ini;
+    IniReader ini;
     if (!ini.loadFile(file)) {
         std::fprintf(stderr, "libvyxcore: can't read vyx-wm settings '%s'!\n", file.c_str());
         return std::string();
@@ -462,7 +475,7 @@ std::string VyxIconTheme::getCurrentTrayThemeName(const std::string& colorHint)
         std::string panel = ini.text("Variables", "TaskbarColor");
         if (Vyx::ciEqual(panel, "PrimaryDarkColor")) {
             std::string paletteFile = settingsFile("paletterc");
-            IniDocument palette;
+            IniReader palette;
             if (palette.loadFile(paletteFile)) {
                 const char* primary = palette.value("Variables", "PrimaryColor");
                 panel = primary ? primary : "#5682a3";

@@ -13,7 +13,7 @@
 #include <vector>
 
 namespace Vyx::detail {
-class IniDocument;
+class IniReader;
 
 // The VYX_ICON_ switches, read once per process when the first theme is
 // made. Each is 1 or 0.
@@ -133,7 +133,7 @@ public:
     static const char* mainSectionName() { return "Icon Theme"; }
     bool hasLocale() const { return !languages.empty(); }
     // The first non-empty key[language] of section, in language order.
-    std::string localizedParameter(const Vyx::detail::IniDocument& ini, const char* section, const char* key) const;
+    std::string localizedParameter(const Vyx::detail::IniReader& ini, int group, const char* key) const;
 
     // Whether a remembered file still exists (iconCacheMutex held).
     bool rememberedFileExists(const std::string& file, int64_t now);

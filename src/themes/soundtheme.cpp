@@ -1,6 +1,6 @@
 #include "themes/soundtheme_p.h"
 
-#include "core/ini_p.h"
+#include "core/inireader_p.h"
 #include "core/pathprobe_p.h"
 #include "themes/icontheme_p.h"
 #include "vyxdesktopentry.h"
@@ -54,7 +54,7 @@ std::string themeDirIn(const std::vector<std::string>& baseDirs, const std::stri
 
 bool VyxSoundThemePrivate::readIndex(const std::string& path, Index* index)
 {
-    Vyx::detail::IniDocument ini;
+    Vyx::detail::IniReader ini;
     const char* main = mainSectionName();
     // An index without the group is some other kind of theme (icons
     // installed under the same name), not an empty sound theme.

@@ -190,3 +190,36 @@ TEST(EntryLoad, HugeSingleLineFile)
 }
 
 }  // namespace
+
+namespace {
+
+// An action's translations: names and languages compare ignoring case, the
+// first non-empty one in language order wins; in the main group the
+// translated keys compare exactly, and the others stay unknown in file order.
+TEST(EntryLoad, TranslationsOfActionsAndUnknownKeysInOrder)
+{
+    ScopedEnv language("LANGUAGE", "de:ru:fr");
+    vyxtest::TempHome world;
+    const std::string file = world.writeFile(
+        "t.desktop",
+        "[Desktop Entry]\nName=App\nName[fr]=Appli\nNAME[de]=Upper\nX-First=1\nName[ru]=Prilozhenie\n"
+        "Comment[pl]=Polski\nActions=go;\n"
+        "[Desktop Action go]\nname=Go\nNAME[DE]=\nname[Ru]=Idti\nName[fr]=Aller\nCOMMENT[fr]=Partir\n"
+        "icon[de]=gehen\n");
+    VyxDesktopEntry entry(file);
+    ASSERT_TRUE(entry.isLoaded());
+    EXPECT_EQ(entry.localName(), "Prilozhenie");
+    EXPECT_EQ(entry.getUnknownValue("NAME[de]"), "Upper");
+    EXPECT_EQ(entry.getUnknownValue("Comment[pl]"), "Polski");
+    const std::vector<std::pair<std::string, std::string>> unknowns = {
+        {"NAME[de]", "Upper"}, {"X-First", "1"}, {"Comment[pl]", "Polski"}};
+    EXPECT_EQ(entry.unknowns(), unknowns);
+    ASSERT_EQ(entry.actions().size(), 1u);
+    const VyxDesktopAction& go = entry.actions()[0];
+    EXPECT_EQ(go.name(), "Go");
+    EXPECT_EQ(go.localName(), "Idti");
+    EXPECT_EQ(go.localComment(), "Partir");
+    EXPECT_EQ(go.localIcon(), "gehen");
+}
+
+}  // namespace

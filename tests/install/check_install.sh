@@ -34,7 +34,7 @@ unversioned=$(nm -D --defined-only --with-symbol-versions "$lib" |
   awk '$2 != "A" && $3 !~ /@@VYXCORE_1\.0$/ {print $3}' | head -n 3)
 [[ -z "$unversioned" ]] || fail "symbols outside VYXCORE_1.0: $unversioned"
 
-expect="consumer ok /consumer-home kind=2 quoted=\"a b\" flag=1"
+expect=$(cat "$consumer/expected-output")
 run() { HOME=/consumer-home DESKTOP_SESSION=vyx LD_LIBRARY_PATH="$libdir" "$@"; }
 
 cmake -S "$consumer" -B "$work/cmake-build" -DCMAKE_PREFIX_PATH="$work/prefix" >/dev/null

@@ -1,3 +1,7 @@
+# SPDX-FileCopyrightText: 2026 The libvyxcore developers
+#
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
 # Install rules: the library, its public headers under <prefix>/include/vyxcore,
 # a pkg-config file and a CMake package exporting VyxCore::vyxcore.
 include(CMakePackageConfigHelpers)

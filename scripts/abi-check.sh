@@ -1,4 +1,9 @@
 #!/usr/bin/env bash
+
+# SPDX-FileCopyrightText: 2026 The libvyxcore developers
+#
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
 # Compares the binary interface of a fresh libvyxcore.so.1 with the baseline
 # kept in abi/, and fails when it changed:
 #   exit 1  an incompatible change (a removed or changed symbol or type): a

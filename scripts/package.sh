@@ -1,4 +1,9 @@
 #!/usr/bin/env bash
+
+# SPDX-FileCopyrightText: 2026 The libvyxcore developers
+#
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
 # Builds the Debian packages from this tree, checks them with lintian,
 # installs them, builds and runs a small program against the installed
 # packages (with CMake and with pkg-config), then removes them again.

@@ -1,4 +1,9 @@
 #!/usr/bin/env bash
+
+# SPDX-FileCopyrightText: 2026 The libvyxcore developers
+#
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
 # Installs every Debian package that building, testing and benchmarking
 # libvyxcore needs. Safe to run again: when everything is present it prints
 # nothing and touches nothing. Must run as root (or through sudo).

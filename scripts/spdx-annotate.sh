@@ -1,4 +1,9 @@
 #!/usr/bin/env bash
+
+# SPDX-FileCopyrightText: 2026 The libvyxcore developers
+#
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
 # Adds the copyright and licence header to every file of the tree that has
 # none (new files, files from merged branches), then checks the whole tree
 # with `reuse lint`. Files that cannot carry a comment are listed in
@@ -19,10 +24,10 @@ main() {
   local f
   while IFS= read -r f; do
     [[ -f "$f" ]] || continue
-    # The linker script takes C comments; templates and scripts without an
+    # The linker script takes only /* */ comments; templates and scripts without an
     # extension take shell comments; anything else gets a .license file.
     if [[ "$f" == *.map ]]; then
-      reuse annotate "${args[@]}" --style c "$f" >/dev/null
+      reuse annotate "${args[@]}" --style css "$f" >/dev/null
     elif [[ "$f" == *.in || "$(head -c 2 "$f")" == "#!" ]]; then
       reuse annotate "${args[@]}" --style python "$f" >/dev/null
     else

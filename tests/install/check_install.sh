@@ -1,4 +1,9 @@
 #!/usr/bin/env bash
+
+# SPDX-FileCopyrightText: 2026 The libvyxcore developers
+#
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
 # Installs the build tree into a scratch prefix and builds a consumer against
 # it twice: with find_package(VyxCore) and with pkg-config. Also checks the
 # SONAME and that private symbols stay hidden.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Hot paths of the foundation: the warm directory table (a cached answer
 // must cost no system call) and the string helpers every path goes through.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Loading desktop entries: the per-file cost of constructing and loading a
 // VyxDesktopEntry over a corpus of 2,000 files, next to its floors: reading
 // the file, the INI reader alone, and the writer's document for comparison.

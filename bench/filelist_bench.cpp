@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Listing a tree by pattern: GetFileList against `find DIR -name PATTERN` as
 // a whole command (process start included, as a caller would pay it).
 //   build/bench/filelist_bench --benchmark_repetitions=5

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Icon lookup over the installed Adwaita theme (and hicolor, its parent):
 // 2,000 real icon names and 2,000 names found only by their generic part,
 // at sizes 16, 48 and 256. "First" is the first lookup of each name in a

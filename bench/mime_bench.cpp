@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Which application opens a MIME type: the first lookup in a fresh process
 // (with and without the per-user cache file), warm lookups, assignments and
 // the list of all applications.

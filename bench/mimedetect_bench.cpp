@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // MIME detection over real files: by name, by name and the first bytes
 // already in memory, by name and content read from the file, and the first
 // answer in a fresh process (the database load included).

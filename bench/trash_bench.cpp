@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The trash on tmpfs, in the shape the desktop's file manager uses it: 1,000
 // small files (100 bytes) and 100 directories (5 files of 1 KiB and a
 // subdirectory with 2 more) are put into a trash under /dev/shm, then the

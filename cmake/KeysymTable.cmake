@@ -1,3 +1,7 @@
+# SPDX-FileCopyrightText: 2026 The libvyxcore developers
+#
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
 # Writes the key-symbol to Unicode table of KeySym2Ucs from the comments of
 # X11's keysymdef.h, so that the table follows the installed header instead
 # of being typed by hand. Run as

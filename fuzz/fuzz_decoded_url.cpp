@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // decodedUrl must never read past the NUL, and must undo encodedUrl.
 #include <vyxstrings.h>
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // A desktop entry from arbitrary bytes: parsed, modelled, written back and
 // parsed again. The model must survive any input.
 #include "core/ini_p.h"

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // isEscapedUtf8 writes at most strlen + 1 bytes into the caller's buffer and
 // undoes encodedUrl.
 #include <vyxstrings.h>

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // ExtractPathName on any path, with long user and variable names.
 #include <vyxfileutils.h>
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The MIME glob matcher on arbitrary patterns and names: it must end
 // quickly whatever the stars, and agree with the C library's fnmatch where
 // fnmatch itself is quick and well defined.

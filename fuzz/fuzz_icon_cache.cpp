@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The icon-theme.cache reader on arbitrary bytes, written as the cache of a
 // real theme directory whose subdirectories are older than it, so that the
 // reader gets past the freshness checks into the hash table.

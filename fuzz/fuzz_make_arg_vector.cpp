@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // MakeArgVector on any line, with huge variable values to expand. The
 // command buffer and the record are exact heap blocks, so ASan sees any
 // write past them.

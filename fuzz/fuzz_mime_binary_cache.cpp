@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The mime.cache reader on hostile bytes, mapped as a real cache is. Inputs
 // whose first byte is even are the file itself; the others are patches
 // (two bytes of offset, four of value) over a well-formed cache, so that

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The per-user MIME cache file reader and the aliases reader on any bytes.
 #include "desktopentry/catalogue_p.h"
 #include "mime/mimecache_p.h"

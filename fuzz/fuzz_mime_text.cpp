@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The MIME database's text readers, their compilation and the matchers on
 // arbitrary bytes: the input is read as each text file and as a magic file,
 // then matched against names and against itself as content.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // MakeNewNumberedPath with names and extensions from the input, in a
 // private directory that holds a few taken names.
 #include <vyxfileutils.h>

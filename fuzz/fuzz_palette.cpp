@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The colour helpers take panel and palette colours from settings files:
 // whatever the text, the answer is empty or a well-formed colour, and
 // textColorFor is black or white.

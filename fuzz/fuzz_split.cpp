@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // split never yields an empty field or one holding a delimiter.
 #include <vyxstrings.h>
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The start menu over arbitrary ".directory" and ".desktop" files: the input,
 // cut at NUL bytes, gives the start menu's own ".directory", a folder's
 // ".directory", an item of it, a categorized folder's ".directory" and an

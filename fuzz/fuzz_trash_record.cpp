@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The trash-record reader on arbitrary record contents: the "Path=" and
 // "DeletionDate=" lines, their decoding and the date parsing, as the
 // library reads them from NAME.trashinfo files. The input is also written

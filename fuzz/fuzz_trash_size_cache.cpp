@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The trash's "directorysizes" reader on arbitrary contents: the line
 // splitting and the 64-bit parsing that size() relies on.
 #include "shell/trashsizes_p.h"

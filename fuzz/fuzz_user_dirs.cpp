@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The "user-dirs.dirs" reader on arbitrary file contents.
 #include "core/userdirs_p.h"
 

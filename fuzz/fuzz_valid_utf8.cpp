@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // isValidUtf8 must stop at the NUL whatever the byte structure.
 #include <vyxstrings.h>
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The window manager's message catalogue on arbitrary file contents: every
 // line goes through the catalogue's own line reader and line rules.
 #include "core/textlines_p.h"

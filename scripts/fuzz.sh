@@ -1,4 +1,9 @@
 #!/usr/bin/env bash
+
+# SPDX-FileCopyrightText: 2026 The libvyxcore developers
+#
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
 # Builds the libFuzzer targets with clang (with AddressSanitizer and
 # UndefinedBehaviorSanitizer) and runs each for a bounded time.
 #   scripts/fuzz.sh [SECONDS_PER_TARGET]   (default 30)

@@ -1,4 +1,9 @@
 #!/usr/bin/env bash
+
+# SPDX-FileCopyrightText: 2026 The libvyxcore developers
+#
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
 # Sets everything up, builds the library and the vyxcore tool, and runs it:
 #   scripts/run.sh               an overview of this desktop
 #   scripts/run.sh dirs --json   any vyxcore command

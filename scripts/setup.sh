@@ -1,7 +1,15 @@
 #!/usr/bin/env bash
+
+# SPDX-FileCopyrightText: 2026 The libvyxcore developers
+#
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
 # Installs every Debian package that building, testing and benchmarking
 # libvyxcore needs. Safe to run again: when everything is present it prints
 # nothing and touches nothing. Must run as root (or through sudo).
+#   scripts/setup.sh              building, testing, fuzzing, benchmarks
+#   scripts/setup.sh --packaging  the same, plus the Debian packaging tools,
+#                                 the licence checker and the ABI tools
 set -euo pipefail
 
 packages=(
@@ -23,6 +31,17 @@ packages=(
   # GTK's icon theme
   libbenchmark-dev libglib2.0-dev libgtk-3-dev
 )
+
+if [[ "${1:-}" == "--packaging" ]]; then
+  packages+=(
+    # Debian packages, their checks, the symbols file helpers
+    debhelper dpkg-dev fakeroot lintian pkg-kde-tools
+    # licence headers and the ABI baseline
+    reuse abigail-tools
+    # the man page and the API reference
+    scdoc doxygen
+  )
+fi
 
 missing=()
 for p in "${packages[@]}"; do

@@ -1,4 +1,9 @@
 #!/usr/bin/env bash
+
+# SPDX-FileCopyrightText: 2026 The libvyxcore developers
+#
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
 # Sets everything up, builds and runs the whole test suite.
 #   scripts/test.sh              the ordinary build, in build/
 #   scripts/test.sh --sanitize   built with AddressSanitizer and

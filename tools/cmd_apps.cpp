@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // vyxcore apps, default, assigned, mimeapps: which applications exist, are
 // shown, and open a MIME type, with the file each answer came from.
 

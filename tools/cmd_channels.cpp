@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // vyxcore wm, dm: one command to the window manager's FIFO or to the
 // display manager's socket.
 

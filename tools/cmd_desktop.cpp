@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // vyxcore autostart, recent, position: the user's session start, the
 // recent-items menu and the desktop's icon positions.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // vyxcore dpi: the screen's resolution as each source reports it, and the
 // sizes of fonts, icons and window frames that follow from it.
 

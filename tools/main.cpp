@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // vyxcore: shows what libvyxcore knows about this desktop. Each subcommand
 // calls only the public interface of the library.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Editing one resource of an X resources file (~/.Xresources and the like)
 // and merging the file into the server's resources.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Whether a program starts with the session, and switching that in the
 // user's autostart directory. System autostart files are never changed:
 // the user's file of the same name overrides them.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Where the desktop's icons stand, in the desktop directory's ".directory",
 // and the common time stamp of the user's desktop-entry files.
 

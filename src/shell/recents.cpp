@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The recent-items menu: a folder of at most ten desktop entries that the
 // window manager shows, the oldest giving way to the newest.
 

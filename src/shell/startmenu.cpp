@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The start-menu builder: the folder tree of the start-menu directories,
 // the categorized folders of the catalogue, and the installed applications
 // placed by their Categories.

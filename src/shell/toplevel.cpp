@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Small helpers the desktop's programs share: finding a top-level window by
 // name, and the organisation that ships the desktop.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Putting objects into the trash, taking them back out, and finding them.
 
 #include "vyxtrash.h"

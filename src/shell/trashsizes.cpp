@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The size of the trash, and the "directorysizes" cache that spares
 // measuring trashed directories again.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The window manager's command FIFO: finding it (also for an administrator
 // whose window manager runs as another user) and writing one command.
 

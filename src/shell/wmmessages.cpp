@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The window manager's message catalogue: numbered, translated texts read
 // once per process from a ".msg" file of its data directory.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Loading desktop entries: fields, translations, actions and bad files.
 
 #include "desktopentry/desktopentry_p.h"

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Whether entries are shown and may run: the rules on given facts, and the
 // process's own facts from the real machine.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Screen DPI: the rules against a scripted server (for sizes no Xvfb
 // reports), the public functions against a real Xvfb, resource files on disk.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Touch and tablet devices: the classification against scripted devices
 // (no virtual server has a touchscreen or a pen), the real query against
 // Xvfb, whose only slave pointer is its test device.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Key symbols to Unicode. The pairs below come from the Unicode and X11
 // keysym charts, not from the table the build writes, and are spread over
 // the legacy blocks so that a table out of order or cut short is seen.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The colour-palette helpers. Expected dark variants were computed apart
 // from this code, in Python with exact fractions (HSL, lightness scaled,
 // channels rounded half up); colorsys in floating point agrees except at

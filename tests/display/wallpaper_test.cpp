@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Wallpapers by name: the user's directories, the desktop's own and the XDG
 // data directories, searched in turn with the image extensions.
 

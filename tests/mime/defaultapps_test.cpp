@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The application catalogue and the applications for a MIME type, over real
 // application directories with mimeinfo.cache files made by
 // update-desktop-database.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The glob matcher of the MIME database against the C library's fnmatch,
 // which it must agree with on the patterns the database uses, and its
 // bounded time where fnmatch backtracks.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // MIME detection over real files of the installed system, by name and
 // content, against the answers kept here for each kind of file.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // MIME type detection: rules pinned on small databases the test writes, and
 // the real shared MIME database as Debian installs it.
 

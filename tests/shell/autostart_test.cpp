@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Autostart: which file decides, and switching a program on and off in the
 // user's directory while the system's files stay as they are.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Desktop icon positions in the desktop's ".directory", from one process and
 // from several at once, and the common time stamp of desktop-entry files.
 

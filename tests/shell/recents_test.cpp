@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The recent-items folder: ten items at most, refreshed and replaced items,
 // the entries written for files and folders, and the result codes.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The start menu built from a generated world: categorized folders in the
 // application directories, the user's start-menu tree over a shared one, and
 // the machine's own applications hidden behind a tmpfs.

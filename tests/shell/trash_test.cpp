@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The trash in a temporary home: names that collide, within one process and
 // across four at once; records that are damaged or hold odd bytes; the size
 // cache; emptying; and the failures users meet (another file system, a full

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The current cursor theme from each of its sources in turn, setting it,
 // and the installed cursor themes. The system's own settings files are
 // replaced in a private mount namespace.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The icon-theme.cache reader against caches written by the real generator:
 // small themes built here (then aged or damaged on purpose) and the themes
 // installed on the system.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Lookups answered from the in-memory directory listings must equal the
 // lookups that check every candidate on disk: on the installed themes, on a
 // theme whose listing comes from its icon-theme.cache, and after the disk

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The size tables: bounds of each step, where off-by-one slips hide.
 
 #include <vyxicontheme.h>

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Icon themes built in a temporary data directory: the index model, the
 // lookup order (own directories, cache, parents with hicolor last, bigger
 // sizes, generic names), the switches, the current-theme settings, and the

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Icons for MIME types, names, files, directories, file-manager locations
 // and URLs, over a theme built here, the installed MIME database and
 // default applications written to mimeapps.list.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Sound themes built in temporary data directories: the index model, the
 // lookup order (profiles, languages, extensions, inheritance with a cycle,
 // shorter names, "freedesktop", unthemed files), the current theme from the

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // End-to-end tests of the vyxcore tool: the real binary, run as a user
 // would, in an isolated home.
 

@@ -59,6 +59,11 @@ VYX_EXPORT void ResetVyxDirs();
 // created (one level, mode 0700) when missing and left out if that fails.
 VYX_EXPORT std::vector<std::string> xdgConfigDirs(const char* subdir);
 VYX_EXPORT std::vector<std::string> xdgDataDirs(const char* subdir);
+// Whether xdgConfigDirs and xdgDataDirs create the user's missing directory
+// (true, the default) or leave it out of their answer. Process-wide; a
+// program that only reports what is there turns it off before its first
+// lookup, so that looking never changes the user's home directory.
+VYX_EXPORT void setXdgUserDirCreation(bool create);
 // The first existing element of xdgConfigDirs(subdir) (xdgDataDirs); empty
 // when none exists.
 VYX_EXPORT std::string findInXDGConfigDirs(const char* subdir);

@@ -93,6 +93,16 @@ VYX_EXPORT bool GetRRPrimaryDPI(Display* dpy, Window root, double* dpix, double*
 // DPI are asked in turn. 0 for a null display or root 0.
 VYX_EXPORT double FindDPI(Display* dpy, int screen, Window root);
 
+// Like GetRRPrimaryDPI, but leaves the server as it is: without a primary
+// output, the output SetRRPrimary would choose is measured and not made
+// primary. output, when not null, receives the measured output's name
+// (empty when there is none). For programs that only report.
+VYX_EXPORT bool QueryRRPrimaryDPI(Display* dpy, Window root, double* dpix, double* dpiy, std::string* output);
+
+// Like FindDPI, but leaves the server as it is (QueryRRPrimaryDPI where
+// FindDPI asks GetRRPrimaryDPI).
+VYX_EXPORT double QueryDPI(Display* dpy, int screen, Window root);
+
 // Sets one resource in the X resources file: every line containing name is
 // replaced by name + separator + value, or dropped when value is empty or
 // null; the line is appended when no line contains name. The file is

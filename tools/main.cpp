@@ -163,10 +163,13 @@ namespace {
 
 void printHelp(FILE* to)
 {
-    std::fprintf(to, "usage: vyxcore [COMMAND] [--json] [--help]\n\n"
-                     "Without a command, prints an overview of this desktop.\n\nCommands:\n");
+    std::fprintf(to, "usage: vyxcore [COMMAND] [OPTION...] [--] [ARGUMENT...]\n"
+                     "       vyxcore --version | --help\n\n"
+                     "Without a command, prints an overview of this desktop. '--' ends the options.\n\n"
+                     "Commands:\n");
     for (const tool::Command& command : tool::commands())
         std::fprintf(to, "  %-34s %s\n", command.synopsis, command.summary);
+    std::fprintf(to, "  %-34s %s\n", "help [COMMAND]", "This list, or the help of one command.");
     std::fprintf(to, "\nExit status: 0 done, 1 nothing found or failed, 2 bad usage.\n");
 }
 
@@ -195,8 +198,10 @@ int main(int argc, char** argv)
     else if (!args.empty() && args[0] == "--version")
         args[0] = "version";
     if (!args.empty() && (args[0] == "help" || args[0] == "--help" || args[0] == "-h")) {
-        printHelp(stdout);
-        return tool::Done;
+        if (args.size() > 1 && args[0] == "help")  // "help dirs" is "dirs --help"
+            args = {args[1], "--help"};
+        else
+            return printHelp(stdout), tool::Done;
     }
     if (args.empty() || args[0][0] == '-')
         return tool::runCommand(kOverview, args);

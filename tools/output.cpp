@@ -74,6 +74,15 @@ int runCommand(const Command& command, const std::vector<std::string>& args)
         std::printf("usage: vyxcore %s\n%s\n", command.synopsis, command.summary);
         if (command.details)
             std::printf("%s\n", command.details);
+        // From the table that parses them, so that this line (which the
+        // manual page and the shell completion are checked against) is
+        // always the truth.
+        std::printf("options:");
+        for (const char* option : command.valueOptions)
+            std::printf(" %s VALUE", option);
+        for (const char* option : command.flagOptions)
+            std::printf(" %s", option);
+        std::printf(" --json --help --\n");
         return Done;
     }
     size_t count = options.positional.size();

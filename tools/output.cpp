@@ -104,7 +104,9 @@ namespace {
 
 // The length of the well-formed UTF-8 sequence at text[at], or 0 when the
 // byte there does not start one (stray continuation bytes, overlong forms,
-// surrogates and code points past U+10FFFF are all refused).
+// surrogates and code points past U+10FFFF are all refused). Stricter than
+// Vyx::isValidUtf8, which accepts the overlong and five-byte forms that JSON
+// readers reject, and stops at the first NUL.
 size_t utf8SequenceAt(const std::string& text, size_t at)
 {
     const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };

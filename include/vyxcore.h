@@ -5,7 +5,8 @@
 #ifndef VYXCORE_H
 #define VYXCORE_H
 
-// The whole public interface of libvyxcore. Link with -lvyxcore.
+/// \file
+/// The whole public interface of libvyxcore. Link with -lvyxcore.
 
 #include "vyxexport.h"
 #include "vyxstrings.h"

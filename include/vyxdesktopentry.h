@@ -5,9 +5,15 @@
 #ifndef VYXCORE_DESKTOPENTRY_H
 #define VYXCORE_DESKTOPENTRY_H
 
-// Desktop entries (".desktop" and ".directory" files): the in-memory model,
-// loading with the user's translations, saving, merging, and the expansion
-// of the Exec key into a command line.
+/// \file
+/// Desktop entries (".desktop" and ".directory" files): the in-memory model,
+/// loading with the user's translations, saving, merging, and the expansion
+/// of the Exec key into a command line.
+///
+/// Threads: the free functions may be called from several threads at once: the
+/// language list and the application-directory list are built once under a
+/// once-only guard, and the catalogue functions return values the caller owns.
+/// Objects follow the rule of the standard containers (see each class).
 
 #include "vyxexport.h"
 #include "vyxstrings.h"
@@ -21,24 +27,37 @@
 class VyxDesktopActionPrivate;
 class VyxDesktopEntryPrivate;
 
-// The user's languages for translated keys, from LANGUAGE, else LC_ALL or
-// LANG, reduced to language codes ("de", "ru", ...). Computed once per
-// process; empty when no language is set.
+/// The user's languages for translated keys, from LANGUAGE, else LC_ALL or
+/// LANG, reduced to language codes ("de", "ru", ...). Computed once per
+/// process; empty when no language is set.
 VYX_EXPORT std::vector<std::string> GetLangPref();
 
-// One "Desktop Action" of an entry. A value: copies are deep.
+/// One "Desktop Action" of an entry. A value: copies are deep. Like a
+/// standard container, const members may be used from several threads at
+/// once; a thread that changes an action needs it to itself.
 class VYX_EXPORT VyxDesktopAction {
 public:
+    /// An action with the id (the part after "Desktop Action ") and no fields.
     explicit VyxDesktopAction(const std::string& id = std::string());
+    ///@{
+    /// Copyable and movable; a moved-from action is only fit to be assigned
+    /// to or destroyed.
     VyxDesktopAction(const VyxDesktopAction& other);
     VyxDesktopAction(VyxDesktopAction&& other) noexcept;
     VyxDesktopAction& operator=(const VyxDesktopAction& other);
     VyxDesktopAction& operator=(VyxDesktopAction&& other) noexcept;
     ~VyxDesktopAction();
+    ///@}
+    ///@{
+    /// Field-by-field equality.
     bool operator==(const VyxDesktopAction& other) const;
     bool operator!=(const VyxDesktopAction& other) const { return !(*this == other); }
+    ///@}
 
-    // Each getter returns an empty string or list when the field is unset.
+    ///@{
+    /// The action's fields. Each getter returns an empty string or list when
+    /// the field is unset; the reference belongs to the action and stays
+    /// valid until the field is set again or the action is destroyed.
     const std::string& id() const;
     void setId(const std::string& id);
     const std::string& name() const;
@@ -61,79 +80,99 @@ public:
     void setOnlyShowIn(const std::vector<std::string>& desktops);
     const std::vector<std::string>& notShowIn() const;
     void setNotShowIn(const std::vector<std::string>& desktops);
+    ///@}
 
-    // The translation when there is one, else the untranslated value.
+    ///@{
+    /// The translation when there is one, else the untranslated value.
     const std::string& localNameOrFallback() const;
     const std::string& localCommentOrFallback() const;
     const std::string& localIconOrFallback() const;
+    ///@}
 
 private:
     std::unique_ptr<VyxDesktopActionPrivate> d;
 };
 
+/// A desktop entry (a ".desktop" or ".directory" file) bound to its path:
+/// the keys the library knows as fields, the others kept in file order,
+/// and its actions. Movable, not copyable (copyFrom() copies the fields).
+/// Getters return references into the entry, valid until that field is set
+/// again, the entry is loaded again or it is destroyed. Like a standard
+/// container, const members may be called from several threads at once;
+/// load(), the setters and the copy functions need the entry to themselves.
 class VYX_EXPORT VyxDesktopEntry {
 public:
-    // Why an entry is not shown in this session.
+    /// Why an entry is not shown in this session.
     enum DisplayableCode : int32_t {
         Displayable = 0,
-        DisplayableHidden = -1,         // Hidden is true
-        DisplayableNotForSession = -2,  // OnlyShowIn, NotShowIn or the kiosk whitelist
-        DisplayableNoDisplay = -3       // NoDisplay is true
+        DisplayableHidden = -1,  ///< Hidden is true
+        DisplayableNotForSession = -2,  ///< OnlyShowIn, NotShowIn or the kiosk whitelist
+        DisplayableNoDisplay = -3  ///< NoDisplay is true
     };
-    // Why an entry cannot be used here. 6 is not used.
+    /// Why an entry cannot be used here. 6 is not used.
     enum SuitableCode : int32_t {
         Suitable = 0,
         SuitableNoType = 1,
-        SuitableBadExec = 2,            // empty command, or an unterminated or empty quoted program
-        SuitableExecNotFound = 3,       // the program is a path that does not exist
-        SuitableExecNotInPath = 4,      // the program is not found in PATH
-        SuitableOriginFileMissing = 5,  // X-Vyx-OriginFile names a missing file
+        SuitableBadExec = 2,  ///< empty command, or an unterminated or empty quoted program
+        SuitableExecNotFound = 3,  ///< the program is a path that does not exist
+        SuitableExecNotInPath = 4,  ///< the program is not found in PATH
+        SuitableOriginFileMissing = 5,  ///< X-Vyx-OriginFile names a missing file
         SuitableTryExecNotFound = 7,
         SuitableTryExecNotInPath = 8,
         SuitableLinkWithoutUrl = 9,
-        SuitableAdminRequired = 10,     // needs administrator (or console) rights the user lacks
-        SuitableModeMismatch = 11       // X-Vyx-OnlyShowInModes does not list the edition mode
+        SuitableAdminRequired = 10,  ///< needs administrator (or console) rights the user lacks
+        SuitableModeMismatch = 11  ///< X-Vyx-OnlyShowInModes does not list the edition mode
     };
 
-    // Binds the entry to path and, when it is not empty, loads it at once
-    // (see isLoaded()).
+    /// Binds the entry to path and, when it is not empty, loads it at once
+    /// (see isLoaded()).
     explicit VyxDesktopEntry(const std::string& path = std::string());
+    ///@{
+    /// Movable, not copyable; a moved-from entry is only fit to be assigned
+    /// to or destroyed.
     VyxDesktopEntry(VyxDesktopEntry&& other) noexcept;
     VyxDesktopEntry& operator=(VyxDesktopEntry&& other) noexcept;
     VyxDesktopEntry(const VyxDesktopEntry&) = delete;
     VyxDesktopEntry& operator=(const VyxDesktopEntry&) = delete;
     ~VyxDesktopEntry();
+    ///@}
 
-    // The bound file. A relative path is made absolute from the working
-    // directory; a new path makes the entry not loaded, of unknown validity.
+    ///@{
+    /// The bound file. A relative path is made absolute from the working
+    /// directory; a new path makes the entry not loaded, of unknown validity.
     const std::string& filePath() const;
     void setFilePath(const std::string& path);
+    ///@}
 
-    // Reads the bound file; false when it cannot be read or parsed.
+    /// Reads the bound file; false when it cannot be read or parsed.
     bool load();
+    /// Whether the last load() (or the constructor's) succeeded.
     bool isLoaded() const;
-    // Whether the bound file parses as an INI file at all (not whether it is
-    // a sensible entry); decided once per path.
+    /// Whether the bound file parses as an INI file at all (not whether it is
+    /// a sensible entry); decided once per path.
     bool isValid() const;
 
-    // Writes the entry to its file, replacing it atomically: the keys of the
-    // model in a fixed order, then unknown keys and the actions. With
-    // saveEmpty every key is written, even empty. False when a key was
-    // refused or the file could not be written ("libvyxcore:
-    // VyxDesktopEntry::save() can't save file ..." on standard error).
+    /// Writes the entry to its file, replacing it atomically: the keys of the
+    /// model in a fixed order, then unknown keys and the actions. With
+    /// saveEmpty every key is written, even empty. False when a key was
+    /// refused or the file could not be written ("libvyxcore:
+    /// VyxDesktopEntry::save() can't save file ..." on standard error).
     bool save(Vyx::tagged_bool<SaveEmptyFields_tag> saveEmpty);
-    // The same to another path; the entry stays bound to its own file.
+    /// The same to another path; the entry stays bound to its own file.
     bool saveAs(const std::string& path, Vyx::tagged_bool<SaveEmptyFields_tag> saveEmpty);
 
-    // Field-by-field equality of the two entries.
+    /// Field-by-field equality of the two entries.
     bool identicalTo(const VyxDesktopEntry& other) const;
-    // Takes every field of other; only the fields that are empty here; only
-    // the fields that are set in other.
+    ///@{
+    /// Takes every field of other; only the fields that are empty here; only
+    /// the fields that are set in other.
     void copyFrom(const VyxDesktopEntry& other);
     void inheritFrom(const VyxDesktopEntry& other);
     void overrideFrom(const VyxDesktopEntry& other);
+    ///@}
 
-    // Strings: empty when unset.
+    ///@{
+    /// Strings: empty when unset.
     const std::string& name() const;
     void setName(const std::string& value);
     const std::string& localName() const;
@@ -164,8 +203,10 @@ public:
     void setVersion(const std::string& value);
     const std::string& url() const;
     void setUrl(const std::string& value);
+    ///@}
 
-    // Lists: empty when unset.
+    ///@{
+    /// Lists: empty when unset.
     const std::vector<std::string>& mimeType() const;
     void setMimeType(const std::vector<std::string>& value);
     const std::vector<std::string>& keywords() const;
@@ -180,9 +221,11 @@ public:
     void setOnlyShowIn(const std::vector<std::string>& value);
     const std::vector<std::string>& notShowIn() const;
     void setNotShowIn(const std::vector<std::string>& value);
+    ///@}
 
-    // Optional booleans: has...() tells whether the key was in the file or
-    // set; the getter is false when it was not.
+    ///@{
+    /// Optional booleans: has...() tells whether the key was in the file or
+    /// set; the getter is false when it was not.
     bool hasNoDisplay() const;
     bool noDisplay() const;
     void setNoDisplay(bool value);
@@ -201,43 +244,51 @@ public:
     bool hasSingleMainWindow() const;
     bool singleMainWindow() const;
     void setSingleMainWindow(bool value);
+    ///@}
 
+    ///@{
+    /// The entry's actions, in the order of its Actions key.
     const std::vector<VyxDesktopAction>& actions() const;
     void setActions(const std::vector<VyxDesktopAction>& value);
+    ///@}
 
-    // Keys the model does not know (other languages' translations among
-    // them), in file order, so that a save writes them back.
+    ///@{
+    /// Keys the model does not know (other languages' translations among
+    /// them), in file order, so that a save writes them back.
     const std::vector<std::pair<std::string, std::string>>& unknowns() const;
     void setUnknowns(const std::vector<std::pair<std::string, std::string>>& value);
-    // The value of the first unknown key named key; empty when there is none
-    // (or key is null or empty).
+    ///@}
+    /// The value of the first unknown key named key; empty when there is none
+    /// (or key is null or empty).
     std::string getUnknownValue(const char* key) const;
 
-    // Whether the entry is shown in this session: not Hidden, meant for this
-    // desktop (isForVyx), not NoDisplay. code, when given, is set to 0 and
-    // to the reason on failure.
+    /// Whether the entry is shown in this session: not Hidden, meant for this
+    /// desktop (isForVyx), not NoDisplay. code, when given, is set to 0 and
+    /// to the reason on failure.
     bool isDisplayable(DisplayableCode* code = nullptr) const;
-    // Whether OnlyShowIn, NotShowIn and, in a kiosk session, the kiosk
-    // whitelist admit the entry to this desktop.
+    /// Whether OnlyShowIn, NotShowIn and, in a kiosk session, the kiosk
+    /// whitelist admit the entry to this desktop.
     bool isForVyx(DisplayableCode* code = nullptr) const;
-    // Whether the entry can be used here by this user: a type, a URL for
-    // links, TryExec and Exec programs that exist, administrator marks, the
-    // origin file and the edition modes. A false answer may leave code 0
-    // (an "su-to-root" without "-c", an "env" without a program): treat
-    // false as unsuitable whatever the code.
+    /// Whether the entry can be used here by this user: a type, a URL for
+    /// links, TryExec and Exec programs that exist, administrator marks, the
+    /// origin file and the edition modes. A false answer may leave code 0
+    /// (an "su-to-root" without "-c", an "env" without a program): treat
+    /// false as unsuitable whatever the code.
     bool isSuitable(SuitableCode* code = nullptr) const;
-    // The Exec checks alone, on a raw command (field codes not expanded).
+    /// The Exec checks alone, on a raw command (field codes not expanded).
     static bool isExecSuitable(const char* exec, Vyx::tagged_bool<AdminOnly_tag> adminOnly,
                                SuitableCode* code = nullptr);
-    // Whether tryExec names an existing program (searched in PATH without a "/").
+    /// Whether tryExec names an existing program (searched in PATH without a "/").
     static bool isTryExecSuitable(const char* tryExec, SuitableCode* code = nullptr);
 
-    // The translation when there is one, else the untranslated value.
+    ///@{
+    /// The translation when there is one, else the untranslated value.
     const std::string& localNameOrFallback() const;
     const std::string& localGenericNameOrFallback() const;
     const std::string& localCommentOrFallback() const;
     const std::string& localIconOrFallback() const;
     const std::vector<std::string>& localKeywordsOrFallback() const;
+    ///@}
 
 private:
     std::unique_ptr<VyxDesktopEntryPrivate> d;
@@ -245,50 +296,50 @@ private:
 
 // --- the application catalogue ---
 
-// Builds, once per process, the ordered application directories (the user's,
-// then the XDG data directories, then the system's), the MIME alias table and
-// the path of the per-user MIME cache file. Later calls return at once.
+/// Builds, once per process, the ordered application directories (the user's,
+/// then the XDG data directories, then the system's), the MIME alias table and
+/// the path of the per-user MIME cache file. Later calls return at once.
 VYX_EXPORT void FillDesktopEntriesDirArray();
-// The application directories, highest priority first.
+/// The application directories, highest priority first.
 VYX_EXPORT std::vector<std::string> GetAllAppDesktopEntrySearchPaths();
-// The full path of a desktop file name: an absolute name as it is, else the
-// first application directory that holds it; empty when none does, or when
-// the directories have not been built yet (FillDesktopEntriesDirArray).
+/// The full path of a desktop file name: an absolute name as it is, else the
+/// first application directory that holds it; empty when none does, or when
+/// the directories have not been built yet (FillDesktopEntriesDirArray).
 VYX_EXPORT std::string GetDesktopEntryFullPath(const char* name);
-// The desktop file of the installed application with the desktop-file id id
-// ("vendor-app.desktop" may lie in "vendor/app.desktop"): the first
-// application directory that holds it. Empty when none does, or when id is
-// not a plain id (it holds "/", a blank or "=;[]", starts with ".", or does
-// not end in ".desktop"). Builds the directories on first use.
+/// The desktop file of the installed application with the desktop-file id id
+/// ("vendor-app.desktop" may lie in "vendor/app.desktop"): the first
+/// application directory that holds it. Empty when none does, or when id is
+/// not a plain id (it holds "/", a blank or "=;[]", starts with ".", or does
+/// not end in ".desktop"). Builds the directories on first use.
 VYX_EXPORT std::string GetDesktopFileForId(const char* id);
-// Every desktop file of every application directory (two levels deep); a
-// name found in two directories is listed twice, the first directory first.
+/// Every desktop file of every application directory (two levels deep); a
+/// name found in two directories is listed twice, the first directory first.
 VYX_EXPORT std::vector<std::string> GetAllAppDesktopEntryPaths();
-// Every entry of type "Application" among those files.
+/// Every entry of type "Application" among those files.
 VYX_EXPORT std::vector<VyxDesktopEntry> GetAllAppDesktopEntries();
-// The menu folders (".directory" files of type "Directory" with categories),
-// each as its path with the last 11 characters cut off.
+/// The menu folders (".directory" files of type "Directory" with categories),
+/// each as its path with the last 11 characters cut off.
 VYX_EXPORT std::vector<std::string> GetAllCategorizedFolderList();
 
-// An Exec value and what to open with it, expanded by toString() into one
-// shell command line. Fields are borrowed from the caller; null or empty
-// means absent. toString() consumes what it substitutes (a used field is set
-// to null, a used list cleared), so each value appears at most once.
+/// An Exec value and what to open with it, expanded by toString() into one
+/// shell command line. Fields are borrowed from the caller; null or empty
+/// means absent. toString() consumes what it substitutes (a used field is set
+/// to null, a used list cleared), so each value appears at most once.
 struct VYX_EXPORT ExecFormatString {
-    const char* format = nullptr;    // the Exec value with %f %F %u %U %i %c %k
-    const char* file = nullptr;      // %f
-    const char* url = nullptr;       // %u
-    const char* icon = nullptr;      // %i, written as "--icon NAME"
-    const char* caption = nullptr;   // %c
-    const char* location = nullptr;  // %k
-    std::vector<const char*> files;  // %F
-    std::vector<const char*> urls;   // %U
-    char separator = 0;              // between list items; 0 for none
+    const char* format = nullptr;  ///< the Exec value with %f %F %u %U %i %c %k
+    const char* file = nullptr;  ///< %f
+    const char* url = nullptr;  ///< %u
+    const char* icon = nullptr;  ///< %i, written as "--icon NAME"
+    const char* caption = nullptr;  ///< %c
+    const char* location = nullptr;  ///< %k
+    std::vector<const char*> files;  ///< %F
+    std::vector<const char*> urls;  ///< %U
+    char separator = 0;  ///< between list items; 0 for none
 
-    // The command line; empty for an absent format or one that ends in a
-    // lone "%". For trusted values only: a file name can turn into shell
-    // syntax here; to start a program use ExecToArgVectors or
-    // LaunchDesktopEntry, which hand no shell anything.
+    /// The command line; empty for an absent format or one that ends in a
+    /// lone "%". For trusted values only: a file name can turn into shell
+    /// syntax here; to start a program use ExecToArgVectors or
+    /// LaunchDesktopEntry, which hand no shell anything.
     std::string toString();
 };
 

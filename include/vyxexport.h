@@ -5,8 +5,9 @@
 #ifndef VYXCORE_EXPORT_H
 #define VYXCORE_EXPORT_H
 
-// The one export macro. The library is built with hidden visibility; only
-// names marked VYX_EXPORT form its binary interface.
+/// \file
+/// The one export macro. The library is built with hidden visibility; only
+/// names marked VYX_EXPORT form its binary interface.
 #if defined(__GNUC__) || defined(__clang__)
 #define VYX_EXPORT __attribute__((visibility("default")))
 #else

@@ -5,10 +5,17 @@
 #ifndef VYXCORE_MIME_H
 #define VYXCORE_MIME_H
 
-// Which applications open a MIME type: the installed ones (each application
-// directory's mimeinfo.cache, or the MimeType keys of its desktop files,
-// kept in a per-user cache file) and the ones assigned in mimeapps.list
-// files. Aliases of a type widen both lookups.
+/// \file
+/// Which applications open a MIME type: the installed ones (each application
+/// directory's mimeinfo.cache, or the MimeType keys of its desktop files,
+/// kept in a per-user cache file) and the ones assigned in mimeapps.list
+/// files. Aliases of a type widen both lookups.
+///
+/// Threads: the default-application functions may be called from several
+/// threads at once (the available-application map, its cache file and the
+/// assignment maps each have a mutex). The xdg_mime_* calls are serialised by
+/// one recursive process-wide lock; their const char* answers belong to the
+/// library.
 
 #include "vyxdesktopentry.h"
 #include "vyxexport.h"
@@ -17,43 +24,43 @@
 #include <string>
 #include <vector>
 
-// The aliases recorded for the canonical type mime, in file order; empty
-// when there are none.
+/// The aliases recorded for the canonical type mime, in file order; empty
+/// when there are none.
 VYX_EXPORT std::vector<std::string> GetMimeAliases(const char* mime);
 
-// The desktop files of the installed applications that open mime: only the
-// first unless all. Empty for a null or empty type or when none does.
+/// The desktop files of the installed applications that open mime: only the
+/// first unless all. Empty for a null or empty type or when none does.
 VYX_EXPORT std::vector<std::string> GetDesktopEntryPathForMime(const char* mime,
                                                                Vyx::tagged_bool<AllDesktopEntries_tag> all);
-// The same, each made into a desktop entry.
+/// The same, each made into a desktop entry.
 VYX_EXPORT std::vector<VyxDesktopEntry> GetDesktopEntryForMime(const char* mime,
                                                                Vyx::tagged_bool<AllDesktopEntries_tag> all);
 
-// What the lookups above did with the user's cache file of installed
-// applications when they last loaded their map in this process.
+/// What the lookups above did with the user's cache file of installed
+/// applications when they last loaded their map in this process.
 struct VyxMimeCacheUse {
-    std::string path;      // the file; empty when the user has no private place for one
-    bool read = false;     // the map was read from it
-    bool written = false;  // the map was built from the application directories and saved in it
-    std::string ignored;   // why a file that was there was not believed; empty when it was, or was missing
+    std::string path;      ///< the file; empty when the user has no private place for one
+    bool read = false;     ///< the map was read from it
+    bool written = false;  ///< the map was built from the application directories and saved in it
+    std::string ignored;   ///< why a file that was there was not believed; empty when it was, or was missing
 };
-// Loads the map first when it is not current; never fails.
+/// Loads the map first when it is not current; never fails.
 VYX_EXPORT VyxMimeCacheUse GetMimeCacheUse();
 
-// The existing mimeapps.list files, highest priority first (computed once).
+/// The existing mimeapps.list files, highest priority first (computed once).
 VYX_EXPORT std::vector<std::string> GetMimeappsLists();
-// The user's general mimeapps.list (which need not exist yet); empty
-// without a configuration home.
+/// The user's general mimeapps.list (which need not exist yet); empty
+/// without a configuration home.
 VYX_EXPORT std::string GetWritableMimeappsList();
-// The user's mimeapps.list for this desktop ("<desktop>-mimeapps.list");
-// empty for the plain "vyx" session or without a desktop name.
+/// The user's mimeapps.list for this desktop ("<desktop>-mimeapps.list");
+/// empty for the plain "vyx" session or without a desktop name.
 VYX_EXPORT std::string GetWritableDesktopMimeappsList();
 
-// The applications assigned to mime (or one of its aliases) in the "Added
-// Associations" of the mimeapps.list files; only the first unless all.
+/// The applications assigned to mime (or one of its aliases) in the "Added
+/// Associations" of the mimeapps.list files; only the first unless all.
 VYX_EXPORT std::vector<VyxDesktopEntry> GetAssignedDesktopEntryForMime(const char* mime,
                                                                        Vyx::tagged_bool<AllDesktopEntries_tag> all);
-// The icons of those applications.
+/// The icons of those applications.
 VYX_EXPORT std::vector<std::string> GetAssignedIconForMime(const char* mime, Vyx::tagged_bool<AllIcons_tag> all);
 
 // --- the user's preferred applications ---
@@ -107,49 +114,53 @@ VYX_EXPORT bool SetDefaultApplication(const char* mime, const char* desktopId);
 
 extern "C" {
 
-VYX_EXPORT extern const char xdg_mime_type_unknown[];    // "application/octet-stream"
-VYX_EXPORT extern const char xdg_mime_type_empty[];      // "application/x-zerosize"
-VYX_EXPORT extern const char xdg_mime_type_textplain[];  // "text/plain"
+VYX_EXPORT extern const char xdg_mime_type_unknown[];  ///< "application/octet-stream"
+VYX_EXPORT extern const char xdg_mime_type_empty[];  ///< "application/x-zerosize"
+VYX_EXPORT extern const char xdg_mime_type_textplain[];  ///< "text/plain"
 
-// The type of data by its content (magic, else a text/binary guess);
-// *priority (when not null) receives the priority of the magic rule, 0 for a
-// guess.
+/// The type of data by its content (magic, else a text/binary guess);
+/// *priority (when not null) receives the priority of the magic rule, 0 for a
+/// guess.
 VYX_EXPORT const char* xdg_mime_get_mime_type_for_data(const void* data, size_t length, int* priority);
-// The type of a file by name and content; with a stat (may be null, then the
-// file is examined), directories, links, devices, FIFOs and sockets give
-// "inode/..." types and an empty file "application/x-zerosize".
+/// The type of a file by name and content; with a stat (may be null, then the
+/// file is examined), directories, links, devices, FIFOs and sockets give
+/// "inode/..." types and an empty file "application/x-zerosize".
 VYX_EXPORT const char* xdg_mime_get_mime_type_for_file(const char* file_name, struct stat* statbuf);
-// The type a file name alone gives; xdg_mime_type_unknown when none or when
-// several types tie.
+/// The type a file name alone gives; xdg_mime_type_unknown when none or when
+/// several types tie.
 VYX_EXPORT const char* xdg_mime_get_mime_type_from_file_name(const char* file_name);
-// Every type of the best name match, at most n; returns how many.
+/// Every type of the best name match, at most n; returns how many.
 VYX_EXPORT int xdg_mime_get_mime_types_from_file_name(const char* file_name, const char* mime_types[], int n);
-// 1 when text has the form "media/subtype" with no blanks; else 0.
+/// 1 when text has the form "media/subtype" with no blanks; else 0.
 VYX_EXPORT int xdg_mime_is_valid_mime_type(const char* mime_type);
-// 1 when the two name the same type once aliases are resolved.
+/// 1 when the two name the same type once aliases are resolved.
 VYX_EXPORT int xdg_mime_mime_type_equal(const char* a, const char* b);
-// 1 when the two have the same media part (before "/").
+/// 1 when the two have the same media part (before "/").
 VYX_EXPORT int xdg_mime_media_type_equal(const char* a, const char* b);
-// 1 when mime is base, or a subclass of base (directly, through parents,
-// "text/*" under "text/plain", anything but "inode/*" under
-// "application/octet-stream", or base is a "media/*" wildcard).
+/// 1 when mime is base, or a subclass of base (directly, through parents,
+/// "text/*" under "text/plain", anything but "inode/*" under
+/// "application/octet-stream", or base is a "media/*" wildcard).
 VYX_EXPORT int xdg_mime_mime_type_subclass(const char* mime, const char* base);
-// The direct parents of mime, a null-terminated array from malloc() (the
-// strings are library-owned; free only the array); null when none.
+/// The direct parents of mime, a null-terminated array from malloc() (the
+/// strings are library-owned; free only the array); null when none.
 VYX_EXPORT char** xdg_mime_list_mime_parents(const char* mime);
-// The canonical name of an alias; mime itself otherwise.
+/// The canonical name of an alias; mime itself otherwise.
 VYX_EXPORT const char* xdg_mime_unalias_mime_type(const char* mime);
-// The icon (generic icon) name of a type from the database; null when none.
+///@{
+/// The icon (generic icon) name of a type from the database; null when none.
 VYX_EXPORT const char* xdg_mime_get_icon(const char* mime);
 VYX_EXPORT const char* xdg_mime_get_generic_icon(const char* mime);
-// How many bytes of a file the content rules may look at.
+///@}
+/// How many bytes of a file the content rules may look at.
 VYX_EXPORT int xdg_mime_get_max_buffer_extents(void);
-// Frees the database; the next call reads it again.
+/// Frees the database; the next call reads it again.
 VYX_EXPORT void xdg_mime_shutdown(void);
-// The process-wide lock the calls above take (recursive, so a holder may
-// call them).
+///@{
+/// The process-wide lock the calls above take (recursive, so a holder may
+/// call them).
 VYX_EXPORT void xdg_mime_lock(void);
 VYX_EXPORT void xdg_mime_unlock(void);
+///@}
 
 }
 

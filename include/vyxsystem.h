@@ -5,8 +5,15 @@
 #ifndef VYXCORE_SYSTEM_H
 #define VYXCORE_SYSTEM_H
 
-// Facts about the user, the machine, its processes and the installed
-// edition. Answers that cannot be found are false, 0, -1 or empty.
+/// \file
+/// Facts about the user, the machine, its processes and the installed
+/// edition. Answers that cannot be found are false, 0, -1 or empty.
+///
+/// Threads: most answers are computed on each call or once under a once-only
+/// guard (memory and processor figures) and may be asked from several threads
+/// at once; the exceptions, a few remembered answers that are not locked, are
+/// named where they are declared. GetSystemLocale's answer belongs to the
+/// environment.
 
 #include "vyxexport.h"
 
@@ -15,49 +22,51 @@
 
 // --- the user ---
 
-// True when the real user id of the process is 0.
+/// True when the real user id of the process is 0.
 VYX_EXPORT bool isUserRoot();
-// The login name of the real user (password database, else LOGNAME, else
-// USER); empty when none is known. A found name is kept for the process in
-// a string that is not locked: callers on several threads serialise it.
+/// The login name of the real user (password database, else LOGNAME, else
+/// USER); empty when none is known. A found name is kept for the process in
+/// a string that is not locked: callers on several threads serialise it.
 VYX_EXPORT std::string getUserName();
-// The user's full name: the GECOS field of the password entry up to its
-// first ","; empty when there is none.
+/// The user's full name: the GECOS field of the password entry up to its
+/// first ","; empty when there is none.
 VYX_EXPORT std::string getUserFullName();
-// Whether the current user belongs to group ("orvel-admin" is granted to
-// root at once). False for a null group; "libvyxcore: isUserInGroup() can't
-// get user name" when the user is unknown.
+/// Whether the current user belongs to group ("orvel-admin" is granted to
+/// root at once). False for a null group; "libvyxcore: isUserInGroup() can't
+/// get user name" when the user is unknown.
 VYX_EXPORT bool isUserInGroup(const char* group);
-// Whether user belongs to group, by the user's group list of at most 256
-// groups (a user in more groups is answered false, with a message). False
-// for a null group or user and for an unknown user ("libvyxcore:
-// getpwnam(USER) failed"). Positive answers are remembered for the process. The remembered answers of all
-// three forms are not locked: callers on several threads serialise them.
+/// Whether user belongs to group, by the user's group list of at most 256
+/// groups (a user in more groups is answered false, with a message). False
+/// for a null group or user and for an unknown user ("libvyxcore:
+/// getpwnam(USER) failed"). Positive answers are remembered for the process. The remembered answers of all
+/// three forms are not locked: callers on several threads serialise them.
 VYX_EXPORT bool isUserInGroup(const char* group, const char* user);
-// Whether the user with id uid belongs to group; answers, yes and no, are
-// remembered for the process. False for an unknown uid.
+/// Whether the user with id uid belongs to group; answers, yes and no, are
+/// remembered for the process. False for an unknown uid.
 VYX_EXPORT bool isUserInGroup(const char* group, unsigned uid);
 
 // --- the machine ---
 
-// Total memory in kB from "/proc/meminfo", read once per process; 0 when unknown.
+/// Total memory in kB from "/proc/meminfo", read once per process; 0 when unknown.
 VYX_EXPORT unsigned GetMemTotal();
-// Clock rate in MHz of the first processor in "/proc/cpuinfo", read once per
-// process; 0 when unknown.
+/// Clock rate in MHz of the first processor in "/proc/cpuinfo", read once per
+/// process; 0 when unknown.
 VYX_EXPORT unsigned GetCPUMhz();
-// True on a light platform: a known clock rate of at most 999 MHz, or a known
-// memory total below 253680 kB.
+/// True on a light platform: a known clock rate of at most 999 MHz, or a known
+/// memory total below 253680 kB.
 VYX_EXPORT bool lightPlatform();
-// True when the first line of "/proc/asound/cards" exists and does not say
-// "no sound".
+/// True when the first line of "/proc/asound/cards" exists and does not say
+/// "no sound".
 VYX_EXPORT bool isAlsaActive();
-// LC_ALL, else LANG, else "" (set-but-empty counts as unset). The pointer
-// belongs to the environment.
+/// LC_ALL, else LANG, else "" (set-but-empty counts as unset). The pointer
+/// belongs to the environment.
 VYX_EXPORT const char* GetSystemLocale();
-// The numeric IPv4 (IPv6) addresses of the machine's interfaces, loopback
-// left out, in interface order; empty when there are none.
+///@{
+/// The numeric IPv4 (IPv6) addresses of the machine's interfaces, loopback
+/// left out, in interface order; empty when there are none.
 VYX_EXPORT std::vector<std::string> getIPv4Addresses();
 VYX_EXPORT std::vector<std::string> getIPv6Addresses();
+///@}
 
 // --- the installed edition ---
 //
@@ -68,25 +77,25 @@ VYX_EXPORT std::vector<std::string> getIPv6Addresses();
 // A missing or unreadable file, or a missing or malformed value, means not
 // SE and mode 0.
 
-// True when the edition is "SE" (any case).
+/// True when the edition is "SE" (any case).
 VYX_EXPORT bool isOrvelSE();
-// The edition's mode number; 0 when unknown.
+/// The edition's mode number; 0 when unknown.
 VYX_EXPORT int getOrvelMode();
 
 // --- processes ---
 
-// The parent process id of pid (of the caller when pid <= 0); -1 when pid
-// does not exist.
+/// The parent process id of pid (of the caller when pid <= 0); -1 when pid
+/// does not exist.
 VYX_EXPORT int getPPid(int pid);
-// The command line of pid (of the caller when pid <= 0), its arguments
-// joined by single blanks; empty when it cannot be read (or for kernel
-// threads).
+/// The command line of pid (of the caller when pid <= 0), its arguments
+/// joined by single blanks; empty when it cannot be read (or for kernel
+/// threads).
 VYX_EXPORT std::string getCmdLine(int pid);
-// The lowest pid other than the caller's whose program name (the last "/"
-// section of its first argument, or its kernel name when it has none) is
-// name; -1 when none is.
+/// The lowest pid other than the caller's whose program name (the last "/"
+/// section of its first argument, or its kernel name when it has none) is
+/// name; -1 when none is.
 VYX_EXPORT int findInPS(const char* name);
-// The number of logged-in user sessions in the login records; 0 when none.
+/// The number of logged-in user sessions in the login records; 0 when none.
 VYX_EXPORT int numWho();
 
 #endif

@@ -17,6 +17,8 @@ packages=(
   build-essential cmake ninja-build pkg-config
   libsimpleini-dev
   libx11-dev libxrandr-dev libxi-dev libxft-dev libfontconfig-dev libxcursor-dev
+  # the manual page and the API reference
+  scdoc doxygen
   # tests
   googletest libgtest-dev libgmock-dev
   xvfb x11-xserver-utils

@@ -152,9 +152,9 @@ int runDefault(const CommonOptions& options)
     if (options.json)
         std::printf("%s\n", JsonObject().addString("type", type).add("applications", jsonArray(json))
                                 .add("cache_file", cacheUseJson(use)).str().c_str());
-    else
+    else if (!paths.empty())
         std::printf("cache file: %s\n", cacheUseText(use).c_str());
-    return paths.empty() ? NothingFound : Done;
+    return paths.empty() ? notFound("default", "no installed application opens " + type) : Done;
 }
 
 int runAssigned(const CommonOptions& options)
@@ -182,7 +182,8 @@ int runAssigned(const CommonOptions& options)
     }
     if (options.json)
         std::printf("%s\n", JsonObject().addString("type", type).add("applications", jsonArray(json)).str().c_str());
-    return entries.empty() ? NothingFound : Done;
+    return entries.empty() ? notFound("assigned", "no application is assigned to " + type + " in mimeapps.list")
+                           : Done;
 }
 
 int runMimeapps(const CommonOptions& options)

@@ -48,7 +48,7 @@ int runCursor(const CommonOptions& options)
             rows.emplace_back("  " + names[i], paths[i]);
         printRows(rows);
     }
-    return current.empty() && names.empty() ? NothingFound : Done;
+    return Done;
 }
 
 }  // namespace tool

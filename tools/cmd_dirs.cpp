@@ -62,7 +62,7 @@ int runDirs(const CommonOptions& options)
             std::printf("%s\n", dirJson(*dir, path).c_str());
         else if (!path.empty())
             std::printf("%s\n", path.c_str());
-        return path.empty() ? NothingFound : Done;
+        return path.empty() ? notFound("dirs", std::string("no path for ") + dir->name + " here") : Done;
     }
 
     std::vector<std::string> items;

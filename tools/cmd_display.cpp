@@ -30,10 +30,12 @@ struct DpiFacts {
     double randrX = 0, randrY = 0;
     bool hasPrimary = false;
     std::string primary;
+    std::string measured;  // the output the RandR DPI is of
     double dpi = 0;  // FindDPI's answer
 };
 
-// Asked directly, after the library has had its chance to choose one.
+// The current primary output, asked directly: the library's report says
+// which output it measured, not whether that one is primary.
 bool primaryOutputName(Display* dpy, Window root, std::string* name)
 {
     int opcode = 0, eventBase = 0, errorBase = 0, major = 0, minor = 0;
@@ -67,9 +69,11 @@ DpiFacts collect(Display* dpy)
         facts.screenY = facts.heightPx / (facts.heightMM / 25.4);
     }
     facts.xft = GetXftDPI(dpy, screen);
-    facts.randr = GetRRPrimaryDPI(dpy, root, &facts.randrX, &facts.randrY);
-    facts.dpi = FindDPI(dpy, screen, root);
+    // A report never changes the server: the query functions measure the
+    // output that would be made primary instead of making it so.
     facts.hasPrimary = primaryOutputName(dpy, root, &facts.primary);
+    facts.randr = QueryRRPrimaryDPI(dpy, root, &facts.randrX, &facts.randrY, &facts.measured);
+    facts.dpi = QueryDPI(dpy, screen, root);
     return facts;
 }
 
@@ -108,6 +112,7 @@ int runDpi(const CommonOptions& options)
                                 .add("randr_dpi_x", facts.randr ? number(facts.randrX) : "null")
                                 .add("randr_dpi_y", facts.randr ? number(facts.randrY) : "null")
                                 .addString("randr_primary", facts.hasPrimary ? facts.primary.c_str() : nullptr)
+                                .addString("randr_output", facts.measured.empty() ? nullptr : facts.measured.c_str())
                                 .add("dpi", number(facts.dpi))
                                 .addInt("font_size", font)
                                 .addInt("icon_size", icon)
@@ -125,7 +130,9 @@ int runDpi(const CommonOptions& options)
                                     : "(no size in mm)" + size},
         {"Xft", facts.xft > 0 ? number(facts.xft) : "(none)"},
         {"RandR primary", facts.randr ? number(facts.randrX) + " x " + number(facts.randrY) : "(unknown)"},
-        {"Primary output", facts.hasPrimary ? facts.primary : "(none)"},
+        {"Primary output", facts.hasPrimary           ? facts.primary
+                           : facts.measured.empty() ? std::string("(none)")
+                                                    : "(none; " + facts.measured + " would be chosen)"},
         {"DPI", number(facts.dpi)},
         {"Font size", std::to_string(font) + " pt"},
         {"Icon size", std::to_string(icon) + " px"},

@@ -184,11 +184,10 @@ void printText(const VyxDesktopEntry& e)
 
 int runEntry(const CommonOptions& options)
 {
-    VyxDesktopEntry entry(options.positional[0]);
-    if (!entry.isLoaded()) {
-        std::fprintf(stderr, "vyxcore entry: cannot read %s\n", options.positional[0].c_str());
-        return NothingFound;
-    }
+    const std::string path = applicationFile(options.positional[0]);
+    VyxDesktopEntry entry(path);
+    if (path.empty() || !entry.isLoaded())
+        return noApplication("entry", options.positional[0]);
     std::vector<std::string> edits = options.valuesOf("--set");
     std::vector<std::string> saveAs = options.valuesOf("--save-as");
     if (!saveAs.empty() && edits.empty())
@@ -221,11 +220,10 @@ int runEntry(const CommonOptions& options)
 
 int runExec(const CommonOptions& options)
 {
-    VyxDesktopEntry entry(options.positional[0]);
-    if (!entry.isLoaded()) {
-        std::fprintf(stderr, "vyxcore exec: cannot read %s\n", options.positional[0].c_str());
-        return NothingFound;
-    }
+    const std::string path = applicationFile(options.positional[0]);
+    VyxDesktopEntry entry(path);
+    if (path.empty() || !entry.isLoaded())
+        return noApplication("exec", options.positional[0]);
     std::vector<std::string> files = options.valuesOf("--file"), urls = options.valuesOf("--url");
     ExecFormatString format;
     format.format = entry.exec().c_str();
@@ -252,7 +250,7 @@ int runExec(const CommonOptions& options)
                                 .addString("command", command).str().c_str());
     else if (!command.empty())
         std::printf("%s\n", command.c_str());
-    return command.empty() ? NothingFound : Done;
+    return command.empty() ? notFound("exec", "no command line from the Exec of " + entry.filePath()) : Done;
 }
 
 }  // namespace tool

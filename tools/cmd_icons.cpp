@@ -136,7 +136,6 @@ int runThemes(const CommonOptions& options)
     std::vector<std::string> dirs = VyxIconTheme::GetThemesSearchDirs();
     std::string current = VyxIconTheme::getCurrentThemeName();
     std::string tray = VyxIconTheme::getCurrentTrayThemeName("");
-    const int status = names.empty() ? NothingFound : Done;
     if (options.json) {
         std::printf("%s\n", JsonObject()
                                 .add("themes", jsonStringArray(names))
@@ -145,7 +144,7 @@ int runThemes(const CommonOptions& options)
                                 .addString("current_tray", tray)
                                 .str()
                                 .c_str());
-        return status;
+        return Done;
     }
     printRows({{"current theme", current},
                {"tray theme", tray.empty() ? "(none)" : tray},
@@ -164,7 +163,7 @@ int runThemes(const CommonOptions& options)
         rows.emplace_back("  " + names[i], where);
     }
     printRows(rows);
-    return status;
+    return Done;
 }
 
 int runTheme(const CommonOptions& options)

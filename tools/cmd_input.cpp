@@ -57,7 +57,7 @@ int runInput(const CommonOptions& options)
             rows.emplace_back(std::to_string(device.id) + "  " + kindName(device.kind), device.name);
         printRows(rows);
     }
-    return devices.empty() ? NothingFound : Done;
+    return Done;
 }
 
 }  // namespace tool

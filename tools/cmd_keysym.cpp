@@ -87,7 +87,7 @@ int runKeysym(const CommonOptions& options)
             rows.emplace_back("character", character);
         printRows(rows);
     }
-    return ucs >= 0 ? Done : NothingFound;
+    return ucs >= 0 ? Done : notFound("keysym", "keysym " + text + " types no character");
 }
 
 }  // namespace tool

@@ -56,14 +56,11 @@ void printFolder(const MenuFolderDsc& folder, int depth)
 int runMenu(const CommonOptions& options)
 {
     MenuFolderDsc root = CreateStartMenu(Vyx::tagged_bool<IncludeEmptyFolders_tag>(options.hasFlag("--empty")));
-    bool empty = root.folders.empty() && root.applications.empty();
     if (options.json)
         std::printf("%s\n", folderJson(root).c_str());
-    else if (empty)
-        std::printf("(the start menu is empty)\n");
     else
         printFolder(root, 0);
-    return empty ? NothingFound : Done;
+    return Done;
 }
 
 }  // namespace tool

@@ -49,12 +49,12 @@ int runMime(const CommonOptions& options)
         std::string type = exists ? xdg_mime_get_mime_type_for_file(file.c_str(), &st) : "";
         std::string byName = xdg_mime_get_mime_type_from_file_name(file.c_str());
         std::string byContent = exists && S_ISREG(st.st_mode) ? contentType(file) : "";
+        if (!exists)
+            std::fprintf(stderr, "vyxcore mime: cannot examine %s\n", file.c_str());
         if (options.json) {
             json.push_back(JsonObject().addString("file", file).addString("type", type).addString("by_name", byName)
                                .addString("by_content", byContent).str());
-        } else if (!exists) {
-            std::fprintf(stderr, "vyxcore mime: cannot examine %s\n", file.c_str());
-        } else {
+        } else if (exists) {
             std::printf("%s: %s  (by name %s, by content %s)\n", file.c_str(), type.c_str(), byName.c_str(),
                         byContent.empty() ? "-" : byContent.c_str());
         }

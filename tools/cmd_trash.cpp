@@ -68,10 +68,8 @@ int listTrash(const CommonOptions& options)
             rows.emplace_back(object.name, (object.date.empty() ? std::string("-") : object.date) + "  " +
                                                (object.path.empty() ? std::string("-") : object.path));
         printRows(rows);
-        if (objects.empty())
-            std::fprintf(stderr, "vyxcore trash: the trash is empty\n");
     }
-    return objects.empty() ? NothingFound : Done;
+    return Done;  // an empty trash is a listing with nothing in it, not a failure
 }
 
 int putInTrash(const std::vector<std::string>& paths)

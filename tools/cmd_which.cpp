@@ -19,7 +19,7 @@ int runWhich(const CommonOptions& options)
         std::printf("%s\n", JsonObject().addString("program", options.positional[0]).addString("path", path).str().c_str());
     else if (!path.empty())
         std::printf("%s\n", path.c_str());
-    return path.empty() ? NothingFound : Done;
+    return path.empty() ? notFound("which", "no program '" + options.positional[0] + "' in PATH") : Done;
 }
 
 }  // namespace tool

@@ -50,20 +50,10 @@ const char* suitableName(VyxDesktopEntry::SuitableCode code)
 
 int runWhy(const CommonOptions& options)
 {
-    // A desktop-file id ("app.desktop") is looked up in the application
-    // directories; anything with a "/" is a file.
-    std::string path = options.positional[0];
-    if (path.find('/') == std::string::npos) {
-        FillDesktopEntriesDirArray();
-        std::string found = GetDesktopEntryFullPath(path.c_str());
-        if (!found.empty())
-            path = found;
-    }
+    const std::string path = applicationFile(options.positional[0]);
     VyxDesktopEntry entry(path);
-    if (!entry.isLoaded()) {
-        std::fprintf(stderr, "vyxcore why: cannot read %s\n", options.positional[0].c_str());
-        return NothingFound;
-    }
+    if (path.empty() || !entry.isLoaded())
+        return noApplication("why", options.positional[0]);
     VyxDesktopEntry::DisplayableCode displayCode;
     VyxDesktopEntry::SuitableCode suitableCode;
     bool displayable = entry.isDisplayable(&displayCode);

@@ -53,6 +53,14 @@ int runMenu(const CommonOptions& options);
 int runWallpaper(const CommonOptions& options);
 int runKeysym(const CommonOptions& options);
 int runInput(const CommonOptions& options);
+int runVersion(const CommonOptions& options);
+
+// The desktop file an application's name stands for: a path (anything with
+// a "/"), an installed desktop-file id with or without ".desktop", or a
+// file in the current directory; empty when it is none of them.
+std::string applicationFile(const std::string& name);
+// Says that name is no application we could read; gives NothingFound.
+int noApplication(const char* command, const std::string& name);
 
 // The table of every command, for dispatch and for the overview's list.
 const std::vector<Command>& commands();

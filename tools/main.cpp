@@ -33,13 +33,13 @@ const std::vector<Command>& commands()
         {"system", "system [--json]",
          "User, root, administrator group, memory, CPU, light platform, sound card, locale, edition.",
          "The edition is read from /etc/vyx/edition (\"edition=SE\", \"mode=N\").", 0, 0, runSystem},
-        {"entry", "entry FILE [--set KEY=VALUE]... [--save-as PATH] [--json]",
+        {"entry", "entry FILE|ID [--set KEY=VALUE]... [--save-as PATH] [--json]",
          "Every field of a desktop entry, its translations, actions and other keys; --set edits and saves it.",
          "Translations are those of LANGUAGE, else LC_ALL or LANG. With --set the entry is saved\n"
          "to FILE (or to PATH with --save-as) and shown as saved. Exit status 1 when FILE\n"
          "cannot be read or saved.",
-         1, 1, runEntry, {"--set", "--save-as"}},
-        {"exec", "exec FILE [--file F]... [--url U]... [--icon] [--caption] [--json]",
+         1, 1, runEntry, {"--set", "--save-as"}, {}, [](const CommonOptions& o) { return !o.values.empty(); }},
+        {"exec", "exec FILE|ID [--file F]... [--url U]... [--icon] [--caption] [--json]",
          "The command line an entry's Exec gives for files or URLs (not run).",
          "One --file (--url) fills %f (%u); several fill %F (%U). --icon and --caption\n"
          "pass the entry's icon and name for %i and %c. Exit status 1 when nothing results.",
@@ -95,18 +95,19 @@ const std::vector<Command>& commands()
          "The current theme comes from ~/.Xresources, the system's Xresources, the display,\n"
          "XCURSOR_THEME, the \"default\" icon themes and the system alternative, in that order.\n"
          "--set NAME writes \"Xcursor.theme: NAME\" into ~/.Xresources, other lines kept.",
-         0, 0, runCursor, {"--set"}},
+         0, 0, runCursor, {"--set"}, {}, [](const CommonOptions& o) { return !o.values.empty(); }},
         {"themes", "themes [--json]", "The installed icon themes, the search directories, the current and tray themes.",
          "A theme installed in several search directories is shown once, with the copy that\n"
-         "lookups use (--json lists every copy). Exit status 1 when no theme is installed.",
+         "lookups use (--json lists every copy).",
          0, 0, runThemes},
         {"theme", "theme NAME [--json]",
          "The model of one icon theme: names, parents, other paths, cache validity and directories.",
          "Exit status 1 when the theme cannot be found or read.", 1, 1, runTheme},
         {"dpi", "dpi [--json]",
          "The screen's DPI by screen size, Xft and the RandR primary output, and the sizes it gives.",
-         "Asks the X server named by DISPLAY. When no RandR output is primary, one at the\n"
-         "screen's origin is made primary, as the library does. Exit status 1 without a display.",
+         "Asks the X server named by DISPLAY and changes nothing there. When no RandR output\n"
+         "is primary, the one the library would make primary is measured and named.\n"
+         "Exit status 1 without a display.",
          0, 0, runDpi},
         {"why", "why FILE|ID [--json]", "Whether a desktop entry is shown and may run here, with the reason when not.",
          "Shown: Hidden, OnlyShowIn/NotShowIn (and the kiosk whitelist), NoDisplay.\n"
@@ -116,11 +117,11 @@ const std::vector<Command>& commands()
          "A newline is added to COMMAND. Prints the FIFO and whether the command was delivered;\n"
          "an administrator also reaches a window manager that runs as another user.\n"
          "Exit status 1 when it was not delivered (no FIFO, or no window manager reads it).",
-         1, 1, runWm},
+         1, 1, runWm, {}, {}, always},
         {"dm", "dm 'COMMAND' [--json]", "Sends a command to the display manager of DISPLAY and prints its reply.",
          "Words separated by spaces go out separated by tabs, as the display manager expects.\n"
          "Exit status 1 when its socket cannot be reached or written.",
-         1, 1, runDm},
+         1, 1, runDm, {}, {}, always},
         {"trash", "trash put|list|restore|empty|size [PATH...] [--json]",
          "Puts files into the trash, lists, restores or empties it, or tells its size.",
          "put PATH...      moves each PATH into the trash (never copies across file systems)\n"
@@ -128,25 +129,27 @@ const std::vector<Command>& commands()
          "restore PATH...  moves objects back, named by trash name or original path\n"
          "empty            removes every trashed object and record\n"
          "size             the bytes in the trash, and whether cached directory sizes were used\n"
-         "Exit status 1 when a PATH failed or the trash is empty (list).",
-         1, 100000, runTrash},
+         "Exit status 1 when a PATH failed; an empty trash lists nothing, with status 0.",
+         1, 100000, runTrash, {}, {},
+         [](const CommonOptions& o) { return o.positional[0] != "list" && o.positional[0] != "size"; }},
         {"autostart", "autostart NAME [--enable|--disable] [--command CMD] [--delete] [--json]",
          "Whether the application NAME starts with the session; --enable or --disable changes it.",
          "NAME is a desktop entry name such as \"app.desktop\" (or without \".desktop\").\n"
          "--command sets Exec when a user copy is created; --delete removes the user's copy\n"
          "instead of writing Hidden=true. Shows the file that decides.\n"
          "Exit status 1 when the change could not be made.",
-         1, 1, runAutostart, {"--command"}, {"--enable", "--disable", "--delete"}},
+         1, 1, runAutostart, {"--command"}, {"--enable", "--disable", "--delete"},
+         [](const CommonOptions& o) { return o.hasFlag("--enable") || o.hasFlag("--disable"); }},
         {"recent", "recent PATH [--icon NAME] [--programs] [--json]",
          "Records PATH in the recent-items menu and tells the window manager of DISPLAY.",
          "Only the ten newest items are kept. With --programs only desktop entries are recorded.\n"
          "Exit status 1 when the recents folder is missing or the item could not be written.",
-         1, 1, runRecent, {"--icon"}, {"--programs"}},
+         1, 1, runRecent, {"--icon"}, {"--programs"}, always},
         {"position", "position NAME X Y [MONITOR] | position --remove NAME",
          "Saves (or removes) the position of a desktop icon in the desktop's .directory.",
          "The desktop's .directory must exist; it is never created here.\n"
          "Exit status 1 when it cannot be updated.",
-         0, 4, runPosition, {"--remove"}},
+         0, 4, runPosition, {"--remove"}, {}, always},
         {"sound", "sound NAME [--theme T] [--json]",
          "The file of an event sound, searched as the library searches sound themes.",
          "T a sound theme's directory name (default: the current theme). The theme, its\n"
@@ -156,7 +159,7 @@ const std::vector<Command>& commands()
         {"menu", "menu [--empty] [--json]", "The start menu as an indented tree of folders and applications.",
          "Folders come from the start-menu directories and the categorized folders; applications\n"
          "are placed by their Categories (\"Other\" when no folder claims them). --empty keeps\n"
-         "folders without applications. Exit status 1 when the menu is empty.",
+         "folders without applications. An empty menu prints nothing.",
          0, 0, runMenu, {}, {"--empty"}},
         {"wallpaper", "wallpaper NAME [--json]", "The file of a wallpaper, searched as the library searches wallpapers.",
          "NAME is a file name with or without its image extension, or an absolute path.\n"
@@ -169,8 +172,10 @@ const std::vector<Command>& commands()
          1, 1, runKeysym},
         {"input", "input [--json]", "The touchscreens, touchpads and tablets of the display.",
          "Asks the X server named by DISPLAY through XInput 2.\n"
-         "Exit status 1 without a display or when it has none of them.",
+         "Exit status 1 without a display; none of them is an empty list.",
          0, 0, runInput},
+        {"version", "version [--json]", "The version of vyxcore.", "Also printed by 'vyxcore --version'.", 0, 0,
+         runVersion},
     };
     return table;
 }
@@ -181,10 +186,13 @@ namespace {
 
 void printHelp(FILE* to)
 {
-    std::fprintf(to, "usage: vyxcore [COMMAND] [--json] [--help]\n\n"
-                     "Without a command, prints an overview of this desktop.\n\nCommands:\n");
+    std::fprintf(to, "usage: vyxcore [COMMAND] [OPTION...] [--] [ARGUMENT...]\n"
+                     "       vyxcore --version | --help\n\n"
+                     "Without a command, prints an overview of this desktop. '--' ends the options.\n\n"
+                     "Commands:\n");
     for (const tool::Command& command : tool::commands())
         std::fprintf(to, "  %-34s %s\n", command.synopsis, command.summary);
+    std::fprintf(to, "  %-34s %s\n", "help [COMMAND]", "This list, or the help of one command.");
     std::fprintf(to, "\nExit status: 0 done, 1 nothing found or failed, 2 bad usage.\n");
 }
 
@@ -192,12 +200,31 @@ const tool::Command kOverview = {"", "[--json]", "An overview of this desktop.",
 
 }  // namespace
 
+namespace tool {
+
+int runVersion(const CommonOptions& options)
+{
+    if (options.json)
+        std::printf("%s\n", JsonObject().addString("version", VYXCORE_VERSION).str().c_str());
+    else
+        std::printf("vyxcore %s\n", VYXCORE_VERSION);
+    return Done;
+}
+
+}  // namespace tool
+
 int main(int argc, char** argv)
 {
     std::vector<std::string> args(argv + 1, argv + argc);
+    if (!args.empty() && args[0] == "--")
+        args.erase(args.begin());  // nothing after it is an option of vyxcore itself
+    else if (!args.empty() && args[0] == "--version")
+        args[0] = "version";
     if (!args.empty() && (args[0] == "help" || args[0] == "--help" || args[0] == "-h")) {
-        printHelp(stdout);
-        return tool::Done;
+        if (args.size() > 1 && args[0] == "help")  // "help dirs" is "dirs --help"
+            args = {args[1], "--help"};
+        else
+            return printHelp(stdout), tool::Done;
     }
     if (args.empty() || args[0][0] == '-')
         return tool::runCommand(kOverview, args);

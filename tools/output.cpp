@@ -8,6 +8,8 @@
 #include <cctype>
 #include <cstdio>
 
+#include <vyxdirs.h>
+
 namespace tool {
 
 std::vector<std::string> CommonOptions::valuesOf(const char* option) const
@@ -25,6 +27,11 @@ bool CommonOptions::hasFlag(const char* option) const
     return std::find(flags.begin(), flags.end(), option) != flags.end();
 }
 
+bool always(const CommonOptions&)
+{
+    return true;
+}
+
 namespace {
 
 bool listed(const std::vector<const char*>& options, const std::string& arg)
@@ -37,11 +44,17 @@ bool listed(const std::vector<const char*>& options, const std::string& arg)
 int runCommand(const Command& command, const std::vector<std::string>& args)
 {
     CommonOptions options;
+    bool optionsEnded = false;
     for (size_t i = 0; i < args.size(); ++i) {
         const std::string& arg = args[i];
         std::string::size_type eq = arg.find('=');
         std::string name = arg.substr(0, eq);
-        if (arg == "--json") {
+        if (optionsEnded) {
+            options.positional.push_back(arg);
+        } else if (arg == "--") {
+            // The usual convention, so that a file called "-x" can be named.
+            optionsEnded = true;
+        } else if (arg == "--json") {
             options.json = true;
         } else if (arg == "--help" || arg == "-h") {
             options.help = true;
@@ -65,11 +78,22 @@ int runCommand(const Command& command, const std::vector<std::string>& args)
         std::printf("usage: vyxcore %s\n%s\n", command.synopsis, command.summary);
         if (command.details)
             std::printf("%s\n", command.details);
+        // From the table that parses them, so that this line (which the
+        // manual page and the shell completion are checked against) is
+        // always the truth.
+        std::printf("options:");
+        for (const char* option : command.valueOptions)
+            std::printf(" %s VALUE", option);
+        for (const char* option : command.flagOptions)
+            std::printf(" %s", option);
+        std::printf(" --json --help --\n");
         return Done;
     }
     size_t count = options.positional.size();
     if (count < command.minArgs || count > command.maxArgs)
         return usageError(command.name, "wrong number of arguments: " + std::string(command.synopsis));
+    if (!command.changes || !command.changes(options))
+        setXdgUserDirCreation(false);
     return command.run(options);
 }
 
@@ -80,10 +104,85 @@ int usageError(const char* command, const std::string& message)
     return BadUsage;
 }
 
+namespace {
+
+// The length of the well-formed UTF-8 sequence at text[at], or 0 when the
+// byte there does not start one (stray continuation bytes, overlong forms,
+// surrogates and code points past U+10FFFF are all refused). Stricter than
+// Vyx::isValidUtf8, which accepts the overlong and five-byte forms that JSON
+// readers reject, and stops at the first NUL.
+size_t utf8SequenceAt(const std::string& text, size_t at)
+{
+    const auto byte = [&](size_t i) { return static_cast<unsigned char>(text[i]); };
+    const unsigned char lead = byte(at);
+    if (lead < 0x80)
+        return 1;
+    size_t length;
+    unsigned char low = 0x80, high = 0xBF;  // allowed range of the second byte
+    if (lead >= 0xC2 && lead <= 0xDF) {
+        length = 2;
+    } else if (lead >= 0xE0 && lead <= 0xEF) {
+        length = 3;
+        if (lead == 0xE0)
+            low = 0xA0;
+        else if (lead == 0xED)
+            high = 0x9F;
+    } else if (lead >= 0xF0 && lead <= 0xF4) {
+        length = 4;
+        if (lead == 0xF0)
+            low = 0x90;
+        else if (lead == 0xF4)
+            high = 0x8F;
+    } else {
+        return 0;
+    }
+    if (at + length > text.size() || byte(at + 1) < low || byte(at + 1) > high)
+        return 0;
+    for (size_t i = 2; i < length; ++i) {
+        if ((byte(at + i) & 0xC0) != 0x80)
+            return 0;
+    }
+    return length;
+}
+
+void appendEscape(std::string& out, unsigned char c)
+{
+    char escaped[8];
+    std::snprintf(escaped, sizeof escaped, "\\u%04x", c);
+    out += escaped;
+}
+
+}  // namespace
+
+bool isUtf8(const std::string& text)
+{
+    for (size_t at = 0; at < text.size();) {
+        const size_t length = utf8SequenceAt(text, at);
+        if (!length)
+            return false;
+        at += length;
+    }
+    return true;
+}
+
+int notFound(const char* command, const std::string& message)
+{
+    std::fprintf(stderr, "vyxcore %s: %s\n", command, message.c_str());
+    return NothingFound;
+}
+
 std::string jsonString(const std::string& text)
 {
     std::string out = "\"";
-    for (unsigned char c : text) {
+    for (size_t at = 0; at < text.size();) {
+        const size_t length = utf8SequenceAt(text, at);
+        const unsigned char c = static_cast<unsigned char>(text[at]);
+        if (length > 1) {
+            out.append(text, at, length);
+            at += length;
+            continue;
+        }
+        ++at;
         switch (c) {
         case '"': out += "\\\""; break;
         case '\\': out += "\\\\"; break;
@@ -91,16 +190,24 @@ std::string jsonString(const std::string& text)
         case '\r': out += "\\r"; break;
         case '\t': out += "\\t"; break;
         default:
-            if (c < 0x20) {
-                char escaped[8];
-                std::snprintf(escaped, sizeof escaped, "\\u%04x", c);
-                out += escaped;
-            } else {
+            // A byte outside UTF-8 is read as Latin-1, so the output stays
+            // valid JSON; the member's "_raw" twin keeps the exact bytes.
+            if (c < 0x20 || length == 0)
+                appendEscape(out, c);
+            else
                 out += static_cast<char>(c);
-            }
         }
     }
     return out + "\"";
+}
+
+std::string jsonBytes(const std::string& text)
+{
+    std::vector<std::string> numbers;
+    numbers.reserve(text.size());
+    for (unsigned char c : text)
+        numbers.push_back(std::to_string(c));
+    return jsonArray(numbers);
 }
 
 std::string jsonString(const char* text)
@@ -116,12 +223,15 @@ JsonObject& JsonObject::add(const std::string& key, const std::string& rawJson)
 
 JsonObject& JsonObject::addString(const std::string& key, const std::string& value)
 {
-    return add(key, jsonString(value));
+    add(key, jsonString(value));
+    if (!isUtf8(value))
+        add(key + "_raw", jsonBytes(value));
+    return *this;
 }
 
 JsonObject& JsonObject::addString(const std::string& key, const char* value)
 {
-    return add(key, jsonString(value));
+    return value ? addString(key, std::string(value)) : add(key, "null");
 }
 
 JsonObject& JsonObject::addInt(const std::string& key, long long value)

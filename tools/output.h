@@ -40,18 +40,34 @@ struct Command {
     int (*run)(const CommonOptions& options);
     std::vector<const char*> valueOptions = {};  // options followed by a value
     std::vector<const char*> flagOptions = {};
+    // Whether this run changes something (a file, the trash, a channel's
+    // reader); null for commands that only show. Showing runs keep the
+    // library from creating the user's missing XDG directories.
+    bool (*changes)(const CommonOptions& options) = nullptr;
 };
+
+bool always(const CommonOptions& options);
 
 // Parses the common options of command, answers --help and checks the
 // number of arguments, then runs it. Usage errors are reported on standard
 // error with status BadUsage.
 int runCommand(const Command& command, const std::vector<std::string>& args);
 int usageError(const char* command, const std::string& message);
+// Says on standard error what was looked for and not found ("vyxcore
+// COMMAND: MESSAGE"), and gives NothingFound.
+int notFound(const char* command, const std::string& message);
 
+// JSON strings are always valid JSON: a byte that is not part of well-formed
+// UTF-8 is written as \u00XX, the Latin-1 character of the same number.
 std::string jsonString(const std::string& text);
 std::string jsonString(const char* text);  // null gives null
+// The bytes of text as a JSON array of numbers (0 to 255).
+std::string jsonBytes(const std::string& text);
+bool isUtf8(const std::string& text);
 
-// A flat JSON object written one member at a time.
+// A flat JSON object written one member at a time. A string member whose
+// value is not UTF-8 gets a twin, KEY_raw, with its exact bytes (jsonBytes),
+// so that scripts can still name the file it stands for.
 class JsonObject {
 public:
     JsonObject& add(const std::string& key, const std::string& rawJson);

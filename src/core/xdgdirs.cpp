@@ -8,9 +8,12 @@
 #include "vyxfileutils.h"
 #include "vyxstrings.h"
 
+#include <atomic>
 #include <sys/stat.h>
 
 namespace {
+
+std::atomic<bool> g_createUserDirs{true};
 
 // The user's directory first (created, one level, when missing; left out if
 // that fails), then the system list or its defaults.
@@ -23,7 +26,7 @@ std::vector<std::string> searchPath(const char* homeVariable, const char* homeRe
         user = Vyx::concat(Vyx::detail::homeFromEnvironment(), homeRelative);
     if (subdir)
         user = Vyx::concat(user, '/', subdir);
-    if (fileExists(user, false) || mkdir(user.c_str(), 0700) == 0)
+    if (fileExists(user, false) || (g_createUserDirs.load(std::memory_order_relaxed) && mkdir(user.c_str(), 0700) == 0))
         dirs.push_back(user);
 
     if (const char* list = Vyx::detail::envValue(listVariable))
@@ -43,6 +46,11 @@ std::string firstExisting(const std::vector<std::string>& dirs)
 }
 
 }  // namespace
+
+void setXdgUserDirCreation(bool create)
+{
+    g_createUserDirs.store(create, std::memory_order_relaxed);
+}
 
 std::vector<std::string> xdgConfigDirs(const char* subdir)
 {

@@ -75,8 +75,11 @@ void setXftDPI(XServer& server, int screen, double dpi, bool setInXrdb)
         server.putResourceLine(line);
 }
 
-bool setRRPrimary(XServer& server, Window root, int major, int minor)
+bool chooseRRPrimary(XServer& server, Window root, int major, int minor, unsigned long* chosen, bool* alreadyPrimary)
 {
+    *chosen = 0;
+    if (alreadyPrimary)
+        *alreadyPrimary = false;
     if (!root)
         return false;
     if (major == 0 && minor == 0) {
@@ -96,8 +99,11 @@ bool setRRPrimary(XServer& server, Window root, int major, int minor)
         std::fprintf(stderr, "libvyxcore SetRRPrimary(): cant get screen resources\n");
         return false;
     }
-    if (server.primaryOutput(root))
+    if ((*chosen = server.primaryOutput(root))) {
+        if (alreadyPrimary)
+            *alreadyPrimary = true;
         return true;
+    }
 
     for (unsigned long output : outputs) {
         RandrOutputInfo info;
@@ -115,7 +121,7 @@ bool setRRPrimary(XServer& server, Window root, int major, int minor)
         }
         std::fprintf(stderr, "    main crtc: %d %d %d %d\n", crtc.x, crtc.y, int(crtc.width), int(crtc.height));
         if (atOrigin(crtc)) {
-            server.setPrimaryOutput(root, output);
+            *chosen = output;
             return true;
         }
         for (size_t i = 0; i < info.crtcs.size(); ++i) {
@@ -126,7 +132,7 @@ bool setRRPrimary(XServer& server, Window root, int major, int minor)
             std::fprintf(stderr, "    crtc[%d]: %d %d %d %d\n", int(i), crtc.x, crtc.y, int(crtc.width),
                          int(crtc.height));
             if (atOrigin(crtc)) {
-                server.setPrimaryOutput(root, output);
+                *chosen = output;
                 return true;
             }
         }
@@ -134,14 +140,32 @@ bool setRRPrimary(XServer& server, Window root, int major, int minor)
     return true;
 }
 
-bool rrPrimaryDPI(XServer& server, Window root, double* dpix, double* dpiy)
+bool setRRPrimary(XServer& server, Window root, int major, int minor)
 {
+    unsigned long chosen = 0;
+    bool alreadyPrimary = false;
+    if (!chooseRRPrimary(server, root, major, minor, &chosen, &alreadyPrimary))
+        return false;
+    if (chosen && !alreadyPrimary)
+        server.setPrimaryOutput(root, chosen);
+    return true;
+}
+
+bool rrPrimaryDPI(XServer& server, Window root, double* dpix, double* dpiy, PrimaryChoice choice,
+                  std::string* outputName)
+{
+    if (outputName)
+        outputName->clear();
     if (!root)
         return false;
     unsigned long primary = server.primaryOutput(root);
     if (!primary) {
-        setRRPrimary(server, root, 0, 0);
-        primary = server.primaryOutput(root);
+        if (choice == PrimaryChoice::Set) {
+            setRRPrimary(server, root, 0, 0);
+            primary = server.primaryOutput(root);
+        } else {
+            chooseRRPrimary(server, root, 0, 0, &primary);
+        }
         if (!primary)
             return false;
     }
@@ -149,6 +173,8 @@ bool rrPrimaryDPI(XServer& server, Window root, double* dpix, double* dpiy)
     RandrOutputInfo info;
     if (!loadResources(server, root, &outputs) || !server.outputInfo(primary, &info))
         return false;
+    if (outputName)
+        *outputName = info.name;
     const char* name = info.name.empty() ? "unknown" : info.name.c_str();
     if (info.mmWidth == 0 || info.mmHeight == 0) {
         std::fprintf(stderr, "libvyxcore GetRRPrimaryDPI(): %s no size in mm (%lux%lu), bad EDID/driver/etc ?\n",
@@ -193,7 +219,7 @@ bool rrPrimaryDPI(XServer& server, Window root, double* dpix, double* dpiy)
     return true;
 }
 
-double findDPI(XServer& server, int screen, Window root)
+double findDPI(XServer& server, int screen, Window root, PrimaryChoice choice)
 {
     if (!root)
         return 0;
@@ -210,7 +236,7 @@ double findDPI(XServer& server, int screen, Window root)
     }
     if (isNinetySixSomething(dpi)) {
         double x = 0, y = 0;
-        if (rrPrimaryDPI(server, root, &x, &y) && x != 0 && y != 0)
+        if (rrPrimaryDPI(server, root, &x, &y, choice) && x != 0 && y != 0)
             dpi = x;
     }
     return dpi;
@@ -282,4 +308,21 @@ double FindDPI(Display* dpy, int screen, Window root)
     if (!hasScreen(dpy, screen) || !isRootWindow(dpy, root))
         return 0;
     return Vyx::detail::findDPI(*Vyx::detail::connectXServer(dpy), screen, root);
+}
+
+bool QueryRRPrimaryDPI(Display* dpy, Window root, double* dpix, double* dpiy, std::string* output)
+{
+    if (output)
+        output->clear();
+    if (!isRootWindow(dpy, root))
+        return false;
+    return Vyx::detail::rrPrimaryDPI(*Vyx::detail::connectXServer(dpy), root, dpix, dpiy,
+                                     Vyx::detail::PrimaryChoice::Leave, output);
+}
+
+double QueryDPI(Display* dpy, int screen, Window root)
+{
+    if (!hasScreen(dpy, screen) || !isRootWindow(dpy, root))
+        return 0;
+    return Vyx::detail::findDPI(*Vyx::detail::connectXServer(dpy), screen, root, Vyx::detail::PrimaryChoice::Leave);
 }

@@ -77,8 +77,18 @@ std::unique_ptr<XServer> connectXServer(Display* dpy);
 double xftDPI(XServer& server, int screen);
 void setXftDPI(XServer& server, int screen, double dpi, bool setInXrdb);
 bool setRRPrimary(XServer& server, Window root, int major, int minor);
-bool rrPrimaryDPI(XServer& server, Window root, double* dpix, double* dpiy);
-double findDPI(XServer& server, int screen, Window root);
+// The output setRRPrimary would leave primary in *chosen (the current
+// primary when there is one, then *alreadyPrimary is true), 0 when none
+// qualifies; the server is not changed. False as setRRPrimary.
+bool chooseRRPrimary(XServer& server, Window root, int major, int minor, unsigned long* chosen,
+                     bool* alreadyPrimary = nullptr);
+
+// Whether a DPI query without a primary output makes one primary (as the
+// long-standing functions do) or only measures the one it would choose.
+enum class PrimaryChoice { Set, Leave };
+bool rrPrimaryDPI(XServer& server, Window root, double* dpix, double* dpiy, PrimaryChoice choice = PrimaryChoice::Set,
+                  std::string* outputName = nullptr);
+double findDPI(XServer& server, int screen, Window root, PrimaryChoice choice = PrimaryChoice::Set);
 
 }  // namespace Vyx::detail
 

@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -143,6 +144,21 @@ TEST(XdgDirs, UncreatableUserDirectoryIsLeftOut)
     EXPECT_EQ(xdgDataDirs("applications"),
               (std::vector<std::string>{"/usr/local/share/applications", "/usr/share/applications"}));
     world.makeDir("home/.local/share");
+    EXPECT_EQ(xdgDataDirs("applications").front(), world.home() + "/.local/share/applications");
+}
+
+TEST(XdgDirs, CreationSwitchedOffLeavesTheHomeAlone)
+{
+    TempHome world;
+    ScopedEnv noDirs("XDG_DATA_DIRS", nullptr);
+    world.makeDir("home/.local/share");
+    const std::string user = world.home() + "/.local/share/sounds";
+    setXdgUserDirCreation(false);
+    EXPECT_EQ(xdgDataDirs("sounds"), (std::vector<std::string>{"/usr/local/share/sounds", "/usr/share/sounds"}));
+    EXPECT_NE(access(user.c_str(), F_OK), 0);
+    world.makeDir("home/.local/share/sounds");
+    EXPECT_EQ(xdgDataDirs("sounds").front(), user) << "an existing directory still leads";
+    setXdgUserDirCreation(true);
     EXPECT_EQ(xdgDataDirs("applications").front(), world.home() + "/.local/share/applications");
 }
 

@@ -176,6 +176,28 @@ TEST(RandrPrimary, VersionGateAndTheFirstOutputAtTheOrigin)
                                    "libvyxcore SetRRPrimary(): cant get screen resources\n");
 }
 
+TEST(RandrDpi, QueryMeasuresTheOutputItWouldChooseAndLeavesItSo)
+{
+    ScriptedServer server;
+    server.monitor(300, 200, 1200, 800);
+    server.primary = 0;
+    server.widthMM = 508;  // 96.0: RandR is asked
+    std::string name = "stale";
+    double x = 0, y = 0;
+    CaptureStderr();
+    ASSERT_TRUE(Vyx::detail::rrPrimaryDPI(server, kRoot, &x, &y, Vyx::detail::PrimaryChoice::Leave, &name));
+    EXPECT_EQ(Vyx::detail::findDPI(server, 0, kRoot, Vyx::detail::PrimaryChoice::Leave), x);
+    GetCapturedStderr();
+    EXPECT_EQ(name, "DP-1");
+    EXPECT_NEAR(x, 1200 / (300 / 25.4), 1e-9);
+    EXPECT_NEAR(y, 800 / (200 / 25.4), 1e-9);
+    EXPECT_EQ(server.primary, 0u) << "a query never makes an output primary";
+
+    server.outputInfos[1].connected = false;  // nothing qualifies: nothing measured
+    EXPECT_FALSE(Vyx::detail::rrPrimaryDPI(server, kRoot, &x, &y, Vyx::detail::PrimaryChoice::Leave, &name));
+    EXPECT_EQ(name, "");
+}
+
 TEST(FindDpi, XftAndRandrAreAskedOnlyWhileTheDpiIsNinetySixSomething)
 {
     ScriptedServer server;
@@ -385,9 +407,13 @@ TEST_F(DpiOnXvfb, ToolReportsEachSource)
     Vyx::detail::ProgramResult run = Vyx::detail::runProgram({VYXCORE_TOOL, "dpi", "--json"}, 4096);
     EXPECT_EQ(run.exitStatus, 0);
     for (const char* member : {"\"screen_dpi_x\": 100.04", "\"xft_dpi\": 100.04", "\"randr_dpi_x\": null",
-                               "\"randr_primary\": \"screen\"", "\"dpi\": 100.04", "\"font_size\": 10",
-                               "\"icon_size\": 32", "\"frame_border_size\": 0"})
+                               "\"randr_primary\": null", "\"randr_output\": \"screen\"", "\"dpi\": 100.04",
+                               "\"font_size\": 10", "\"icon_size\": 32", "\"frame_border_size\": 0"})
         EXPECT_NE(run.output.find(member), std::string::npos) << member << " in " << run.output;
+    // A report: the output it measured is named, not made primary.
+    EXPECT_EQ(XRRGetOutputPrimary(freshConnection(), root()), 0u);
+    EXPECT_NE(Vyx::detail::runProgram({VYXCORE_TOOL, "dpi"}, 4096).output.find("(none; screen would be chosen)"),
+              std::string::npos);
     vyxtest::ScopedEnv noDisplay("DISPLAY", nullptr);
     EXPECT_EQ(Vyx::detail::runProgram({VYXCORE_TOOL, "dpi"}, 4096).exitStatus, 1);
 }

@@ -21,6 +21,8 @@ libdir=$(dirname "$lib")
 [[ -L "$libdir/libvyxcore.so" ]] || fail "development link libvyxcore.so missing"
 [[ -f "$work/prefix/include/vyxcore/vyxcore.h" ]] || fail "umbrella header not installed"
 [[ -x "$work/prefix/bin/vyxcore" ]] || fail "vyxcore tool not installed"
+[[ -s "$work/prefix/share/man/man1/vyxcore.1" ]] || fail "manual page vyxcore(1) not installed"
+[[ -s "$work/prefix/share/bash-completion/completions/vyxcore" ]] || fail "bash completion not installed"
 
 soname=$(readelf -d "$lib" | sed -n 's/.*Library soname: \[\(.*\)\].*/\1/p')
 [[ "$soname" == "libvyxcore.so.1" ]] || fail "SONAME is '$soname'"

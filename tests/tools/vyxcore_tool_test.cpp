@@ -273,7 +273,10 @@ TEST(ToolApps, ListsDefaultsAssignmentsAndTheirSources)
     EXPECT_EQ(found.status, 0);
     EXPECT_TRUE(has(found.out, world.path("usr/share/applications/shown.desktop") + "  (from the desktop files of"))
         << found.out;
-    EXPECT_EQ(runTool({"default", "text/x-none-vyxtest"}).status, 1);
+    ToolRun none = runTool({"default", "text/x-none-vyxtest"});
+    EXPECT_EQ(none.status, 1);
+    EXPECT_EQ(none.out, "");
+    EXPECT_EQ(none.err, "vyxcore default: no installed application opens text/x-none-vyxtest\n");
     // Which cache file answered, and why one was not believed.
     std::string cache = world.path("run") + "/.vyx-mime-desktop.tbl";
     EXPECT_TRUE(has(found.out, "cache file: " + cache + " (rebuilt and written)\n")) << found.out;
@@ -288,7 +291,15 @@ TEST(ToolApps, ListsDefaultsAssignmentsAndTheirSources)
     EXPECT_EQ(assigned.status, 0);
     EXPECT_TRUE(has(assigned.out, "\"source\": \"" + list + "\"")) << assigned.out;
     EXPECT_TRUE(has(runTool({"mimeapps"}).out, list));
-    EXPECT_TRUE(has(runTool({"why", "hidden.desktop"}).out, "DisplayableNoDisplay"));
+    // An application is named alike by id, file name or path, in every command.
+    for (const std::string& name : {std::string("hidden"), std::string("hidden.desktop"),
+                                    world.path("usr/share/applications/hidden.desktop")})
+        EXPECT_TRUE(has(runTool({"why", name}).out, "DisplayableNoDisplay")) << name;
+    EXPECT_EQ(runTool({"exec", "shown"}).out, "true\n");
+    EXPECT_TRUE(has(runTool({"entry", "shown", "--json"}).out, "\"name\": \"Shown App\"")) << "entry by id";
+    ToolRun unknown = runTool({"why", "no-such-app"});
+    EXPECT_EQ(unknown.status, 1);
+    EXPECT_TRUE(has(unknown.err, "'no-such-app'")) << unknown.err;
 }
 
 }  // namespace
@@ -398,12 +409,15 @@ TEST(ToolTrash, PutsListsRestoresAndEmpties)
     EXPECT_EQ(runTool({"trash", "restore", doc}).status, 0);
     EXPECT_EQ(vyxtest::readFile(doc), "12345");
     EXPECT_EQ(runTool({"trash", "restore", doc}).status, 1) << "nothing left to restore";
-    EXPECT_EQ(runTool({"trash", "list"}).status, 1) << "an empty trash";
+    ToolRun none = runTool({"trash", "list"});
+    EXPECT_EQ(none.status, 0) << "an empty trash is an empty listing";
+    EXPECT_EQ(none.out + none.err, "");
+    EXPECT_EQ(runTool({"trash", "list", "--json"}).out, "[]\n");
     EXPECT_EQ(runTool({"trash", "put"}).status, 2);
     EXPECT_EQ(runTool({"trash", "shred"}).status, 2);
     EXPECT_EQ(runTool({"trash", "put", doc}).status, 0);
     EXPECT_EQ(runTool({"trash", "empty"}).status, 0);
-    EXPECT_EQ(runTool({"trash", "list"}).status, 1);
+    EXPECT_EQ(runTool({"trash", "list"}).out, "");
 }
 
 TEST(ToolSessionServices, AutostartRecentAndPositions)
@@ -625,5 +639,74 @@ TEST_P(ConfigFileInPlace, IsReadAsMissingAtOnce)
 
 INSTANTIATE_TEST_SUITE_P(EveryReader, ConfigFileInPlace, ::testing::ValuesIn(kConfigReaders),
                          [](const ::testing::TestParamInfo<ConfigReader>& info) { return info.param.name; });
+
+
+// The promises every command keeps, whatever it does.
+TEST(ToolConventions, VersionAndTheEndOfOptions)
+{
+    vyxtest::TempHome world;
+    ToolRun version = runTool({"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_EQ(version.out, std::string("vyxcore ") + VYXCORE_VERSION + "\n");
+    EXPECT_EQ(runTool({"version"}).out, version.out);
+    EXPECT_EQ(runTool({"version", "--json"}).out, std::string("{\"version\": \"") + VYXCORE_VERSION + "\"}\n");
+
+    const std::string dashed = world.writeFile("-n.txt", "plain words\n");
+    ASSERT_EQ(chdir(world.root().c_str()), 0);
+    ToolRun mime = runTool({"mime", "--", "-n.txt"});
+    ToolRun refused = runTool({"mime", "-n.txt"});
+    ToolRun both = runTool({"--", "mime", "--json", "--", "--json"});
+    ASSERT_EQ(chdir("/"), 0);
+    EXPECT_EQ(mime.status, 0) << mime.err;
+    EXPECT_TRUE(has(mime.out, "-n.txt: text/plain")) << mime.out;
+    EXPECT_EQ(refused.status, 2) << "without --, it is an option";
+    EXPECT_EQ(both.status, 1);
+    EXPECT_TRUE(has(both.out, "\"file\": \"--json\"")) << "a file named --json, asked for in JSON: " << both.out;
+    EXPECT_EQ(both.err, "vyxcore mime: cannot examine --json\n");
+}
+
+// Every string is valid JSON; file names that are not UTF-8 keep their
+// bytes in a "_raw" twin.
+TEST(ToolConventions, JsonStaysValidForNamesThatAreNotUtf8)
+{
+    vyxtest::TempHome world;
+    // A stray byte, an overlong "/", a surrogate, and good two-byte text.
+    const std::string name = std::string("a\xff\xc0\xaf\xed\xa0\x80") + "\xc3\xa4.txt";
+    const std::string file = world.writeFile(name, "x");
+    ToolRun mime = runTool({"mime", "--json", file});
+    EXPECT_EQ(mime.status, 0);
+    EXPECT_TRUE(has(mime.out, "a\\u00ff\\u00c0\\u00af\\u00ed\\u00a0\\u0080\xc3\xa4.txt\"")) << mime.out;
+    std::string bytes;
+    for (unsigned char c : file)
+        bytes += (bytes.empty() ? "" : ", ") + std::to_string(c);
+    EXPECT_TRUE(has(mime.out, "\"file_raw\": [" + bytes + "]")) << mime.out;
+
+    const std::string good = world.writeFile("\xc3\xa4.txt", "x");
+    EXPECT_FALSE(has(runTool({"mime", "--json", good}).out, "_raw")) << "UTF-8 names need no twin";
+
+    ASSERT_EQ(runTool({"trash", "put", file}).status, 0);
+    ToolRun listed = runTool({"trash", "list", "--json"});
+    EXPECT_TRUE(has(listed.out, "\"name\": \"a\\u00ff")) << listed.out;
+    EXPECT_TRUE(has(listed.out, "\"name_raw\": [97, 255, ")) << listed.out;
+    EXPECT_TRUE(has(listed.out, "\"path_raw\": [" + bytes + "]")) << listed.out;
+}
+
+// A command that shows leaves the home directory as it found it; one that
+// changes things may still create what it needs.
+TEST(ToolConventions, ShowingNeverCreatesDirectories)
+{
+    vyxtest::TempHome world;
+    world.makeDir("home/.local/share");
+    world.makeDir("home/.config");
+    for (std::vector<std::string> args : {std::vector<std::string>{}, {"apps"}, {"sound", "bell"}, {"menu"},
+                                          {"autostart", "clock"}, {"themes"}, {"trash", "list"}}) {
+        runTool(args);
+        for (const char* dir : {"home/.local/share/applications", "home/.local/share/sounds", "home/.config/autostart"})
+            EXPECT_NE(access(world.path(dir).c_str(), F_OK), 0) << dir << " after " << (args.empty() ? "" : args[0]);
+    }
+    world.writeFile("usr/share/applications/clock.desktop", "[Desktop Entry]\nType=Application\nName=Clock\nExec=sh\n");
+    EXPECT_EQ(runTool({"autostart", "clock", "--enable"}).status, 0);
+    EXPECT_EQ(access(world.path("home/.config/autostart/clock.desktop").c_str(), F_OK), 0);
+}
 
 }  // namespace

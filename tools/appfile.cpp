@@ -1,0 +1,34 @@
+// Naming an application: the same rule for every command that takes one.
+
+#include "commands.h"
+
+#include <vyxdesktopentry.h>
+#include <vyxstrings.h>
+
+#include <sys/stat.h>
+
+namespace tool {
+
+std::string applicationFile(const std::string& name)
+{
+    // Anything with a "/" is a path, as a shell user expects.
+    if (name.find('/') != std::string::npos)
+        return name;
+    FillDesktopEntriesDirArray();
+    std::string found = GetDesktopEntryFullPath(name.c_str());
+    if (found.empty() && !Vyx::endsWith(name, ".desktop"))
+        found = GetDesktopEntryFullPath((name + ".desktop").c_str());
+    if (!found.empty())
+        return found;
+    // Not installed under that id: a file of that name in the current
+    // directory, or nothing.
+    struct stat st;
+    return stat(name.c_str(), &st) == 0 ? name : std::string();
+}
+
+int noApplication(const char* command, const std::string& name)
+{
+    return notFound(command, "no desktop entry '" + name + "' (neither a readable file nor an installed id)");
+}
+
+}  // namespace tool

@@ -54,7 +54,8 @@ const std::vector<Command>& commands()
          "The last line names the user's cache file of installed applications: read, or rebuilt and written,\n"
          "and why a file that was there was ignored.\n"
          "Exit status 1 when no application opens TYPE, or the default could not be set.",
-         1, 1, runDefault, {"--set"}, {"--all"}},
+         1, 1, runDefault, {"--set"}, {"--all"},
+         [](const CommonOptions& o) { return !o.valuesOf("--set").empty(); }},
         {"prefer", "prefer TYPE [--json]",
          "The applications for a MIME type in the user's order of preference, and what put each there.",
          "The mimeapps.list files (Default Applications, then Added Associations, less Removed\n"
@@ -67,7 +68,8 @@ const std::vector<Command>& commands()
          "The type of each file comes from its name and content, a URL's from its scheme.\n"
          "--dry-run prints the argument vectors instead of starting them (JSON with --json).\n"
          "Exit status 1 when a target has no application or could not be started.",
-         1, 100000, runOpen, {"--with"}, {"--dry-run"}},
+         1, 100000, runOpen, {"--with"}, {"--dry-run"},
+         [](const CommonOptions& o) { return !o.hasFlag("--dry-run"); }},
         {"assigned", "assigned TYPE [--all] [--json]",
          "The application assigned to a MIME type in the mimeapps.list files, and which file says so.",
          "Exit status 1 when none is assigned.", 1, 1, runAssigned, {}, {"--all"}},

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Theme index files: hicolor's index.theme (the largest usual one, over
 // 600 groups) read by the INI reader and by the writer's document, and the
 // whole icon theme load that reads it.

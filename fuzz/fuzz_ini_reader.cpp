@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The reader against the writer's document on arbitrary bytes: any
 // difference in what they read is a finding.
 #include "ini_difference.h"

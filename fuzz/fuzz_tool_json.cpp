@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The tool's JSON strings: any bytes (file names may hold any) come out as
 // strictly valid UTF-8 with no raw control character, and a value that is
 // not UTF-8 keeps its bytes in the "_raw" twin.

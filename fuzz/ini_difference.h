@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 #ifndef VYXCORE_FUZZ_INI_DIFFERENCE_H
 #define VYXCORE_FUZZ_INI_DIFFERENCE_H
 

@@ -345,44 +345,44 @@ struct VYX_EXPORT ExecFormatString {
 
 // --- starting applications without a shell ---
 
-// The argument vectors for running exec (an Exec value as it stands in the
-// file) on targets, one vector per process to start. The value's escapes
-// (\s \n \t \r \\) are undone, then it is split at blanks; double quotes
-// hold blanks, and inside them a backslash escapes only ", `, $ and \.
-// Field codes expand to whole arguments: %f one file and %u one URL (one
-// process per target when there are several), %F and %U every target, each
-// an argument of its own, %i the two arguments "--icon" icon (nothing
-// without an icon), %c caption, %k location, %% a "%"; %d %D %n %N %v %m
-// expand to nothing. A program that names none of %f %F %u %U gets the
-// targets as if it ended in %f. A target is a URL when it starts with a
-// scheme ("scheme:"), else a file (made absolute from the working
-// directory); a file becomes a "file://" URL for %u %U, a local "file:" URL
-// a path for %f %F. Nothing is ever interpreted: "$", backquotes and globs
-// stay as they are. Empty, with the reason in *error (or on standard error
-// when error is null), for an invalid value: unbalanced quotes, a field
-// code inside quotes, an unknown code, %F %U %i inside a longer argument,
-// more than one of %f %F %u %U, no program, a program name with "=", or a
-// non-local URL for a program that opens only files. Thread-safe.
+/// The argument vectors for running exec (an Exec value as it stands in the
+/// file) on targets, one vector per process to start. The value's escapes
+/// (`\s` `\n` `\t` `\r` `\\`) are undone, then it is split at blanks; double quotes
+/// hold blanks, and inside them a backslash escapes only ", `, $ and \.
+/// Field codes expand to whole arguments: %f one file and %u one URL (one
+/// process per target when there are several), %F and %U every target, each
+/// an argument of its own, %i the two arguments "--icon" icon (nothing
+/// without an icon), %c caption, %k location, %% a "%"; %d %D %n %N %v %m
+/// expand to nothing. A program that names none of %f %F %u %U gets the
+/// targets as if it ended in %f. A target is a URL when it starts with a
+/// scheme ("scheme:"), else a file (made absolute from the working
+/// directory); a file becomes a "file://" URL for %u %U, a local "file:" URL
+/// a path for %f %F. Nothing is ever interpreted: "$", backquotes and globs
+/// stay as they are. Empty, with the reason in *error (or on standard error
+/// when error is null), for an invalid value: unbalanced quotes, a field
+/// code inside quotes, an unknown code, %F %U %i inside a longer argument,
+/// more than one of %f %F %u %U, no program, a program name with "=", or a
+/// non-local URL for a program that opens only files. Thread-safe.
 VYX_EXPORT std::vector<std::vector<std::string>> ExecToArgVectors(const char* exec,
                                                                   const std::vector<std::string>& targets,
                                                                   const char* icon, const char* caption,
                                                                   const char* location, std::string* error = nullptr);
-// The same for an entry: its Exec, its translated icon and name for %i and
-// %c, its file for %k.
+/// The same for an entry: its Exec, its translated icon and name for %i and
+/// %c, its file for %k.
 VYX_EXPORT std::vector<std::vector<std::string>> ExecArgVectors(const VyxDesktopEntry& entry,
                                                                 const std::vector<std::string>& targets,
                                                                 std::string* error = nullptr);
 
-// Starts the application entry for targets (files or URLs, as for
-// ExecToArgVectors) with posix_spawnp: no shell, standard input from
-// /dev/null, the entry's Path as working directory, and for Terminal=true
-// inside "x-terminal-emulator -e". Returns the first process id (pids, when
-// given, receives every one); the caller reaps them or ignores SIGCHLD. -1,
-// with the reason in *error (or one line on standard error when error is
-// null), when the entry is not loaded, not an application, not usable here
-// (isSuitable, its code given), its Exec is invalid, or a program (the
-// terminal included) cannot be started; processes already started for
-// earlier targets keep running and are in pids. Thread-safe.
+/// Starts the application entry for targets (files or URLs, as for
+/// ExecToArgVectors) with posix_spawnp: no shell, standard input from
+/// /dev/null, the entry's Path as working directory, and for Terminal=true
+/// inside "x-terminal-emulator -e". Returns the first process id (pids, when
+/// given, receives every one); the caller reaps them or ignores SIGCHLD. -1,
+/// with the reason in *error (or one line on standard error when error is
+/// null), when the entry is not loaded, not an application, not usable here
+/// (isSuitable, its code given), its Exec is invalid, or a program (the
+/// terminal included) cannot be started; processes already started for
+/// earlier targets keep running and are in pids. Thread-safe.
 VYX_EXPORT int LaunchDesktopEntry(const VyxDesktopEntry& entry, const std::vector<std::string>& targets,
                                   std::string* error = nullptr, std::vector<int>* pids = nullptr);
 

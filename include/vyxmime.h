@@ -65,40 +65,40 @@ VYX_EXPORT std::vector<std::string> GetAssignedIconForMime(const char* mime, Vyx
 
 // --- the user's preferred applications ---
 
-// One application for a MIME type, and what put it in the list.
+/// One application for a MIME type, and what put it in the list.
 struct VyxMimeApp {
-    std::string id;      // desktop-file id, "org.example.Viewer.desktop"
-    std::string path;    // its desktop file
-    std::string type;    // the type it answers for: the one asked, an alias or a parent
-    std::string source;  // the mimeapps.list that named it; empty for an installed one
-    std::string group;   // "Default Applications", "Added Associations" or "installed"
+    std::string id;      ///< desktop-file id, "org.example.Viewer.desktop"
+    std::string path;    ///< its desktop file
+    std::string type;    ///< the type it answers for: the one asked, an alias or a parent
+    std::string source;  ///< the mimeapps.list that named it; empty for an installed one
+    std::string group;   ///< "Default Applications", "Added Associations" or "installed"
 };
 
-// The applications that open mime, most preferred first. Each
-// mimeapps.list, in GetMimeappsLists() order (desktop names lower-cased),
-// gives its "Default Applications" and then, when it is a plain
-// "mimeapps.list", its "Added Associations"; then come the installed
-// applications that list the type. An id named under "Removed Associations"
-// of a list of the same or a higher priority is left out (an id both added
-// and removed in one list is removed); an id that is not installed, is
-// hidden or is not usable here (VyxDesktopEntry::isSuitable) is skipped; no
-// id appears twice. A type is looked up under its canonical name and its
-// aliases together; a type with no answer falls back on its parent types
-// (every text type on text/plain). Empty for a null or malformed type or when nothing opens it.
-// Reads the lists afresh on each call; safe to call from several threads.
+/// The applications that open mime, most preferred first. Each
+/// mimeapps.list, in GetMimeappsLists() order (desktop names lower-cased),
+/// gives its "Default Applications" and then, when it is a plain
+/// "mimeapps.list", its "Added Associations"; then come the installed
+/// applications that list the type. An id named under "Removed Associations"
+/// of a list of the same or a higher priority is left out (an id both added
+/// and removed in one list is removed); an id that is not installed, is
+/// hidden or is not usable here (VyxDesktopEntry::isSuitable) is skipped; no
+/// id appears twice. A type is looked up under its canonical name and its
+/// aliases together; a type with no answer falls back on its parent types
+/// (every text type on text/plain). Empty for a null or malformed type or when nothing opens it.
+/// Reads the lists afresh on each call; safe to call from several threads.
 VYX_EXPORT std::vector<VyxMimeApp> GetPreferredApplications(const char* mime);
 
-// Makes the installed application desktopId the default for mime in
-// GetWritableMimeappsList(): "Default Applications" gets "mime=desktopId;",
-// desktopId moves to the front of the type's "Added Associations" and
-// leaves its "Removed Associations" there. Every other line of the file
-// (groups, keys, comments, their order) stays as it was, and the file is
-// replaced atomically. False, with one line on standard error and nothing
-// written, for a malformed type, an id that is not installed or not well
-// formed, or a list that cannot be read whole (not a regular file, larger
-// than 4 MiB, holding NUL bytes or lines that are not INI lines). Two
-// processes setting defaults at once do not corrupt the file, but one of
-// the two changes may be lost.
+/// Makes the installed application desktopId the default for mime in
+/// GetWritableMimeappsList(): "Default Applications" gets "mime=desktopId;",
+/// desktopId moves to the front of the type's "Added Associations" and
+/// leaves its "Removed Associations" there. Every other line of the file
+/// (groups, keys, comments, their order) stays as it was, and the file is
+/// replaced atomically. False, with one line on standard error and nothing
+/// written, for a malformed type, an id that is not installed or not well
+/// formed, or a list that cannot be read whole (not a regular file, larger
+/// than 4 MiB, holding NUL bytes or lines that are not INI lines). Two
+/// processes setting defaults at once do not corrupt the file, but one of
+/// the two changes may be lost.
 VYX_EXPORT bool SetDefaultApplication(const char* mime, const char* desktopId);
 
 // --- MIME type detection over the shared MIME database ---

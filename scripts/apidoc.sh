@@ -1,4 +1,9 @@
 #!/usr/bin/env bash
+
+# SPDX-FileCopyrightText: 2026 The libvyxcore developers
+#
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
 # Builds the API reference of the public headers with Doxygen, warnings as
 # errors: an undocumented public name or a broken doc comment fails it.
 # The reference lands in build-apidoc/doc/api/html.

@@ -1,4 +1,9 @@
 #!/usr/bin/env bash
+
+# SPDX-FileCopyrightText: 2026 The libvyxcore developers
+#
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
 # Reading INI-style files, side by side with GLib's key file and GTK's icon
 # theme on the same files in one run (LANGUAGE=de):
 #   - desktop entries of the peers' 2,000-file synthetic corpus: read, reader,

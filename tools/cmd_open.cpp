@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // vyxcore open, prefer, and default --set: the user's preferred applications
 // and starting them, as a file manager does.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 #ifndef VYXCORE_INIREADER_P_H
 #define VYXCORE_INIREADER_P_H
 

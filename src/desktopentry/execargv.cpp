@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // An entry's Exec turned into argument vectors, one per process to start.
 // Nothing here is ever read by a shell: each file or URL becomes one whole
 // argument, whatever bytes it holds.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Starting an application for files or URLs: the argument vectors of its
 // Exec, run directly with no shell in between.
 

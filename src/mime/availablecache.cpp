@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The per-user cache file of installed applications: what it records about
 // the application directories it was made from, and reading it back.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The applications for a MIME type in the user's order of preference: the
 // mimeapps.list files first, then the installed applications.
 

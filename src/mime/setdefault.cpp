@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Setting the user's default application for a MIME type. The list is
 // edited line by line rather than loaded and saved through the INI
 // document: a save would drop comments at the end of a group, repeated keys

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The INI reader: the writer's document's answers for the same bytes, on
 // hand-made edge cases, on every INI-style file installed here and on a
 // generated corpus; defined answers for files that are not INI text at all.

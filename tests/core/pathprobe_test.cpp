@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The directory probe answers as stat does for every kind of path under a
 // root: directories, links to them, files, missing parents, dot parts.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // Exec values turned into argument vectors, and applications launched with
 // them: every file name arrives as exactly one argument, whatever it holds,
 // and no shell ever sees it.

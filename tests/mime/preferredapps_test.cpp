@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // The user's preferred applications over a written tree of mimeapps.list
 // files at every level, and setting a default in the user's list.
 

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // What the writers are given never becomes a key or a group of its own:
 // names full of line breaks, brackets, quotes and stray bytes either are
 // refused or read back exactly, through every writer of desktop entries,

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // A program for launch tests: records how it was started in
 // "$VYX_ARGV_RECORD.<pid>": its working directory, whether standard input
 // is /dev/null ("null" or "other"), then each argument, every field ended by

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 #ifndef VYXCORE_TESTS_RUN_PROGRAM_H
 #define VYXCORE_TESTS_RUN_PROGRAM_H
 

@@ -1,4 +1,9 @@
 #!/usr/bin/env bash
+
+# SPDX-FileCopyrightText: 2026 The libvyxcore developers
+#
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
 # The manual page and the bash completion must know every command and option
 # of the tool, and nothing it does not have. The tool's own help is the
 # reference: its "options:" lines are printed from the table that parses them.

@@ -1,3 +1,7 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
 // vyxcore prefer, default --set and open: the real tool against the
 // freedesktop tools in one tree, and real programs started for hostile
 // file names.

@@ -5,11 +5,10 @@
 #include "mime/mimecache_p.h"
 
 #include "core/atomicfile_p.h"
-#include "core/readfile_p.h"
-#include "core/ini_p.h"
+#include "core/inireader_p.h"
 #include "core/makedirs_p.h"
 #include "core/privatefile_p.h"
-#include "core/inireader_p.h"
+#include "core/readfile_p.h"
 #include "core/textlines_p.h"
 #include "desktopentry/catalogue_p.h"
 #include "vyxfileutils.h"
@@ -18,7 +17,6 @@
 #include <algorithm>
 #include <cstring>
 #include <mutex>
-#include <cerrno>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -177,22 +175,10 @@ bool readPrivateCacheFile(const std::string& path, std::string* text, std::strin
         return false;
     }
     struct stat st;
-    bool ok = fstat(fd, &st) == 0 && st.st_size <= kMaxCacheFileSize;
-    if (ok) {
-        text->resize(static_cast<size_t>(st.st_size));
-        size_t got = 0;
-        while (got < text->size()) {
-            ssize_t n = read(fd, &(*text)[got], text->size() - got);
-            if (n < 0 && errno == EINTR)
-                continue;
-            if (n <= 0)
-                break;
-            got += static_cast<size_t>(n);
-        }
-        text->resize(got);
-    }
+    const bool small = fstat(fd, &st) == 0 && st.st_size <= kMaxCacheFileSize;
+    const bool ok = small && Vyx::detail::readRegularDescriptor(fd, *text);
     close(fd);
-    if (!ok)
+    if (!small)
         *why = "too large";
     return ok;
 }

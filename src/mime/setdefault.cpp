@@ -11,6 +11,7 @@
 #include "vyxmime.h"
 
 #include "core/atomicfile_p.h"
+#include "core/readfile_p.h"
 #include "core/makedirs_p.h"
 #include "desktopentry/desktopid_p.h"
 
@@ -182,27 +183,19 @@ bool readList(const std::string& path, std::string& text, std::string* reason)
         *reason = std::strerror(errno);
         return false;
     }
+    // Not openRegularFile: a FIFO here must be an error, never an empty
+    // list that the write would then put in its place.
     struct stat st;
-    bool ok = fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && st.st_size <= kMaxListSize;
+    bool ok = fstat(fd, &st) == 0;
     if (!ok)
+        *reason = std::strerror(errno);
+    else if (!S_ISREG(st.st_mode) || st.st_size > kMaxListSize)
         *reason = S_ISREG(st.st_mode) ? "is too large" : "is not a regular file";
-    char buffer[16384];
-    while (ok) {
-        ssize_t n = read(fd, buffer, sizeof buffer);
-        if (n < 0 && errno == EINTR)
-            continue;
-        if (n <= 0) {
-            ok = n == 0;
-            if (!ok)
-                *reason = std::strerror(errno);
-            break;
-        }
-        text.append(buffer, static_cast<size_t>(n));
-        if (text.size() > static_cast<size_t>(kMaxListSize)) {
-            *reason = "is too large";
-            ok = false;
-        }
-    }
+    else if (!Vyx::detail::readRegularDescriptor(fd, text))
+        *reason = std::strerror(errno);
+    else if (text.size() > static_cast<size_t>(kMaxListSize))
+        *reason = "is too large";
+    ok = ok && reason->empty();
     close(fd);
     return ok;
 }

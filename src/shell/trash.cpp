@@ -259,11 +259,10 @@ bool isPartOfTrash(const TrashDirs& dirs, const std::string& directory, const st
     return object == top || Vyx::startsWith(object, top + "/") || Vyx::startsWith(where + "/", top + "/");
 }
 
-std::string readRecordLine(const char* name, bool originalPath)
+std::string readRecordLine(const TrashDirs& dirs, const char* name, bool originalPath)
 {
     if (!name)
         return std::string();
-    const TrashDirs dirs = TrashDirs::current();
     std::string record = dirs.recordPath(name);
     FILE* file = record.empty() ? nullptr : Vyx::detail::fopenRegularFile(record.c_str());
     if (!file) {
@@ -281,9 +280,17 @@ std::string readRecordLine(const char* name, bool originalPath)
     return answer;
 }
 
-}  // namespace
-
-namespace {
+bool removeRecord(const TrashDirs& dirs, const char* name)
+{
+    if (!name)
+        return false;
+    std::string record = dirs.recordPath(name);
+    if (record.empty() || unlink(record.c_str()) != 0) {
+        std::fprintf(stderr, "vyxcore: can't remove trashinfo file: %s\n", record.empty() ? name : record.c_str());
+        return false;
+    }
+    return true;
+}
 
 // One of the trash's directories, made when missing; empty without a trash.
 std::string madeTrashDir(std::string TrashDirs::*which)
@@ -346,14 +353,7 @@ std::string VyxTrash::registerFile(const char* path)
 
 bool VyxTrash::delPath(const char* name)
 {
-    if (!name)
-        return false;
-    std::string record = TrashDirs::current().recordPath(name);
-    if (record.empty() || unlink(record.c_str()) != 0) {
-        std::fprintf(stderr, "vyxcore: can't remove trashinfo file: %s\n", record.empty() ? name : record.c_str());
-        return false;
-    }
-    return true;
+    return removeRecord(TrashDirs::current(), name);
 }
 
 bool VyxTrash::unregisterFile(const char* path)
@@ -377,12 +377,12 @@ bool VyxTrash::isFileInTrash(const char* path)
 
 std::string VyxTrash::getPath(const char* name)
 {
-    return readRecordLine(name, true);
+    return readRecordLine(TrashDirs::current(), name, true);
 }
 
 std::string VyxTrash::getDate(const char* name)
 {
-    return readRecordLine(name, false);
+    return readRecordLine(TrashDirs::current(), name, false);
 }
 
 time_t VyxTrash::getDeletionDate(const char* path)
@@ -519,7 +519,8 @@ bool VyxTrash::restoreFromTrash(const char* path)
     if (given.size() > 1 && given.back() == '/')
         given.pop_back();
     std::string name = trashNameOf(dirs, given);
-    std::string destination = name.empty() ? std::string() : getPath(name.c_str());
+    // The directories checked above serve every step of the restore.
+    std::string destination = name.empty() ? std::string() : readRecordLine(dirs, name.c_str(), true);
     if (destination.empty())
         return false;
     // Always the entry of the files directory the name gives, never the path
@@ -536,7 +537,12 @@ bool VyxTrash::restoreFromTrash(const char* path)
             std::fprintf(stderr, "vyxcore: can't find file in trash to restore: %s\n", source.c_str());
         return false;
     }
-    if (!unregisterFile(source.c_str())) {
+    bool unregistered;
+    {
+        std::lock_guard<std::mutex> lock(Vyx::detail::trashMutex());
+        unregistered = removeRecord(dirs, name.c_str());
+    }
+    if (!unregistered) {
         std::fprintf(stderr, "vyxcore: can't unregister trashed file %s\n", source.c_str());
         return false;
     }

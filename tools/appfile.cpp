@@ -19,9 +19,11 @@ std::string applicationFile(const std::string& name)
     if (name.find('/') != std::string::npos)
         return name;
     FillDesktopEntriesDirArray();
+    // As named, else as a desktop-file id, which also finds
+    // "vendor-app.desktop" kept as "vendor/app.desktop".
     std::string found = GetDesktopEntryFullPath(name.c_str());
-    if (found.empty() && !Vyx::endsWith(name, ".desktop"))
-        found = GetDesktopEntryFullPath((name + ".desktop").c_str());
+    if (found.empty())
+        found = GetDesktopFileForId(Vyx::endsWith(name, ".desktop") ? name.c_str() : (name + ".desktop").c_str());
     if (!found.empty())
         return found;
     // Not installed under that id: a file of that name in the current

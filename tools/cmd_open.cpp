@@ -76,7 +76,7 @@ std::string applicationFor(const CommonOptions& options, const Target& target)
     std::vector<std::string> with = options.valuesOf("--with");
     if (!with.empty()) {
         const std::string& id = with.back();
-        std::string path = id.find('/') != std::string::npos ? id : GetDesktopFileForId(id.c_str());
+        std::string path = applicationFile(id);
         if (path.empty())
             std::fprintf(stderr, "vyxcore open: no installed application '%s'\n", id.c_str());
         return path;

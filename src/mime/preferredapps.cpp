@@ -7,7 +7,7 @@
 
 #include "vyxmime.h"
 
-#include "core/ini_p.h"
+#include "core/inireader_p.h"
 #include "desktopentry/catalogue_p.h"
 #include "desktopentry/desktopid_p.h"
 #include "mime/mimeapps_p.h"
@@ -27,7 +27,7 @@ const char kRemoved[] = "Removed Associations";
 
 struct ListFile {
     std::string path;
-    IniDocument ini;
+    IniReader ini;
     bool loaded = false;
     // Added and removed associations count only in lists named exactly
     // "mimeapps.list"; a desktop-specific list may only choose defaults.

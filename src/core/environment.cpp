@@ -4,6 +4,8 @@
 
 #include "core/environment_p.h"
 
+#include "vyxstrings.h"
+
 #include <cstdlib>
 
 namespace Vyx::detail {
@@ -50,6 +52,29 @@ std::string userConfigHome()
 std::string userDataHome()
 {
     return userHomeDir("XDG_DATA_HOME", "/.local/share");
+}
+
+namespace {
+
+std::vector<std::string> dirList(const char* variable, std::vector<std::string> defaults)
+{
+    // Set but empty counts as unset; a list of nothing but separators names
+    // no directory at all.
+    if (const char* list = envValue(variable))
+        return Vyx::split(list, ":");
+    return defaults;
+}
+
+}  // namespace
+
+std::vector<std::string> xdgDataDirList()
+{
+    return dirList("XDG_DATA_DIRS", {"/usr/local/share", "/usr/share"});
+}
+
+std::vector<std::string> xdgConfigDirList()
+{
+    return dirList("XDG_CONFIG_DIRS", {"/etc/xdg"});
 }
 
 }  // namespace Vyx::detail

@@ -5,11 +5,15 @@
 #ifndef VYXCORE_ENVIRONMENT_P_H
 #define VYXCORE_ENVIRONMENT_P_H
 
-// The one environment accessor of the library. A variable that is set but
+// Internal interface of core, open to every folder of the library.
+//
+// The one environment accessor of the library, and the one place that
+// knows the XDG base-directory rules (homes, lists and their defaults). A variable that is set but
 // empty means the same as an unset one everywhere, so every reader goes
 // through here instead of calling getenv directly.
 
 #include <string>
+#include <vector>
 
 namespace Vyx::detail {
 
@@ -30,6 +34,13 @@ std::string userConfigHome();
 // The user's own data directory: "XDG_DATA_HOME", else home +
 // "/.local/share"; empty when there is no home either.
 std::string userDataHome();
+
+// The system data directories: "XDG_DATA_DIRS" split at ':' with empty
+// pieces dropped, else "/usr/local/share" then "/usr/share".
+std::vector<std::string> xdgDataDirList();
+// The system configuration directories: "XDG_CONFIG_DIRS" split at ':'
+// with empty pieces dropped, else "/etc/xdg".
+std::vector<std::string> xdgConfigDirList();
 
 }  // namespace Vyx::detail
 

@@ -16,22 +16,20 @@ namespace {
 std::atomic<bool> g_createUserDirs{true};
 
 // The user's directory first (created, one level, when missing; left out if
-// that fails), then the system list or its defaults.
-std::vector<std::string> searchPath(const char* homeVariable, const char* homeRelative, const char* listVariable,
-                                    std::vector<std::string> defaults, const char* subdir)
+// that fails, or when there is no home to put it under), then the system
+// list or its defaults.
+std::vector<std::string> searchPath(std::string user, const std::vector<std::string>& system, const char* subdir)
 {
     std::vector<std::string> dirs;
-    std::string user = Vyx::detail::envString(homeVariable);
-    if (user.empty())
-        user = Vyx::concat(Vyx::detail::homeFromEnvironment(), homeRelative);
-    if (subdir)
-        user = Vyx::concat(user, '/', subdir);
-    if (fileExists(user, false) || (g_createUserDirs.load(std::memory_order_relaxed) && mkdir(user.c_str(), 0700) == 0))
-        dirs.push_back(user);
+    if (!user.empty()) {
+        if (subdir)
+            user = Vyx::concat(user, '/', subdir);
+        if (fileExists(user, false) ||
+            (g_createUserDirs.load(std::memory_order_relaxed) && mkdir(user.c_str(), 0700) == 0))
+            dirs.push_back(user);
+    }
 
-    if (const char* list = Vyx::detail::envValue(listVariable))
-        defaults = Vyx::split(list, ":");
-    for (const std::string& dir : defaults)
+    for (const std::string& dir : system)
         dirs.push_back(subdir ? Vyx::concat(dir, '/', subdir) : dir);
     return dirs;
 }
@@ -54,12 +52,12 @@ void setXdgUserDirCreation(bool create)
 
 std::vector<std::string> xdgConfigDirs(const char* subdir)
 {
-    return searchPath("XDG_CONFIG_HOME", "/.config", "XDG_CONFIG_DIRS", {"/etc/xdg"}, subdir);
+    return searchPath(Vyx::detail::userConfigHome(), Vyx::detail::xdgConfigDirList(), subdir);
 }
 
 std::vector<std::string> xdgDataDirs(const char* subdir)
 {
-    return searchPath("XDG_DATA_HOME", "/.local/share", "XDG_DATA_DIRS", {"/usr/local/share", "/usr/share"}, subdir);
+    return searchPath(Vyx::detail::userDataHome(), Vyx::detail::xdgDataDirList(), subdir);
 }
 
 std::string findInXDGConfigDirs(const char* subdir)

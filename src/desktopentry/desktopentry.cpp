@@ -3,10 +3,15 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "desktopentry/desktopentry_p.h"
+#include "desktopentry/entryfields_p.h"
 
 #include <climits>
 #include <cstring>
 #include <unistd.h>
+
+using Vyx::detail::EntryField;
+using Vyx::detail::EntryFieldKind;
+using Vyx::detail::kEntryFields;
 
 // --- private data -----------------------------------------------------------
 
@@ -38,18 +43,19 @@ int VyxDesktopEntryPrivate::languageRank(const char* fullKey, const char* baseKe
 
 void VyxDesktopEntryPrivate::resetAllLists()
 {
-    localName.clear();
-    localGenericName.clear();
-    localComment.clear();
-    localIcon.clear();
-    actions.clear();
-    mimeType.clear();
-    sortOrder.clear();
-    categories.clear();
-    onlyShowIn.clear();
-    notShowIn.clear();
-    keywords.clear();
-    localKeywords.clear();
+    // Lists and translations start empty; plain values and flags are
+    // replaced only by the keys the new file has, and survive a load that
+    // fails (kept as it was).
+    for (const EntryField& field : kEntryFields) {
+        if (field.list)
+            (this->*field.list).clear();
+        if (field.localText)
+            (this->*field.localText).clear();
+        if (field.localList)
+            (this->*field.localList).clear();
+        if (field.kind == EntryFieldKind::Actions)
+            actions.clear();
+    }
     std::lock_guard<std::mutex> lock(unknownsMutex);
     unknowns.clear();
     unreadUnknowns.clear();
@@ -95,21 +101,6 @@ VyxDesktopEntryPrivate::UnknownList& VyxDesktopEntryPrivate::unknownListToChange
     return unknowns;
 }
 
-bool VyxDesktopEntryPrivate::operator==(const VyxDesktopEntryPrivate& o) const
-{
-    // The bound file and the load state are not content.
-    return name == o.name && localName == o.localName && genericName == o.genericName &&
-           localGenericName == o.localGenericName && type == o.type && tryExec == o.tryExec && comment == o.comment &&
-           localComment == o.localComment && exec == o.exec && actions == o.actions && icon == o.icon &&
-           localIcon == o.localIcon && path == o.path && startupWMClass == o.startupWMClass &&
-           mimeType == o.mimeType && sortOrder == o.sortOrder && url == o.url && categories == o.categories &&
-           onlyShowIn == o.onlyShowIn && notShowIn == o.notShowIn && languages == o.languages &&
-           version == o.version && keywords == o.keywords && localKeywords == o.localKeywords &&
-           unknownList() == o.unknownList() && noDisplay == o.noDisplay && hidden == o.hidden && terminal == o.terminal &&
-           startupNotify == o.startupNotify && prefersNonDefaultGPU == o.prefersNonDefaultGPU &&
-           singleMainWindow == o.singleMainWindow;
-}
-
 namespace {
 
 template <typename T>
@@ -133,29 +124,46 @@ void take(T& target, const T& source, VyxDesktopEntryPrivate::ReplaceFieldsMetho
         target = source;
 }
 
+// Calls visit(member pointer) for every member a row of the table holds;
+// the action list stands for the Actions row.
+template <typename Visit>
+void forEachMember(const EntryField& field, Visit&& visit)
+{
+    if (field.text)
+        visit(field.text);
+    if (field.list)
+        visit(field.list);
+    if (field.flag)
+        visit(field.flag);
+    if (field.localText)
+        visit(field.localText);
+    if (field.localList)
+        visit(field.localList);
+    if (field.kind == EntryFieldKind::Actions)
+        visit(&VyxDesktopEntryPrivate::actions);
+}
+
 }  // namespace
+
+bool VyxDesktopEntryPrivate::operator==(const VyxDesktopEntryPrivate& o) const
+{
+    // The bound file and the load state are not content; the languages
+    // are, as they say what the translations are in.
+    for (const EntryField& field : kEntryFields) {
+        bool same = true;
+        forEachMember(field, [&](auto member) { same = same && this->*member == o.*member; });
+        if (!same)
+            return false;
+    }
+    return languages == o.languages && unknownList() == o.unknownList();
+}
 
 void VyxDesktopEntryPrivate::copyFrom(const VyxDesktopEntryPrivate& o, ReplaceFieldsMethod m)
 {
-    for (auto field : {&VyxDesktopEntryPrivate::name, &VyxDesktopEntryPrivate::localName,
-                       &VyxDesktopEntryPrivate::genericName, &VyxDesktopEntryPrivate::localGenericName,
-                       &VyxDesktopEntryPrivate::type, &VyxDesktopEntryPrivate::tryExec,
-                       &VyxDesktopEntryPrivate::comment, &VyxDesktopEntryPrivate::localComment,
-                       &VyxDesktopEntryPrivate::exec, &VyxDesktopEntryPrivate::icon, &VyxDesktopEntryPrivate::localIcon,
-                       &VyxDesktopEntryPrivate::path, &VyxDesktopEntryPrivate::startupWMClass,
-                       &VyxDesktopEntryPrivate::url, &VyxDesktopEntryPrivate::version})
-        take(this->*field, o.*field, m);
-    for (auto field : {&VyxDesktopEntryPrivate::mimeType, &VyxDesktopEntryPrivate::sortOrder,
-                       &VyxDesktopEntryPrivate::categories, &VyxDesktopEntryPrivate::onlyShowIn,
-                       &VyxDesktopEntryPrivate::notShowIn, &VyxDesktopEntryPrivate::languages,
-                       &VyxDesktopEntryPrivate::keywords, &VyxDesktopEntryPrivate::localKeywords})
-        take(this->*field, o.*field, m);
-    for (auto field : {&VyxDesktopEntryPrivate::noDisplay, &VyxDesktopEntryPrivate::hidden,
-                       &VyxDesktopEntryPrivate::terminal, &VyxDesktopEntryPrivate::startupNotify,
-                       &VyxDesktopEntryPrivate::prefersNonDefaultGPU, &VyxDesktopEntryPrivate::singleMainWindow})
-        take(this->*field, o.*field, m);
     // Actions and unknown keys are taken as a whole, never merged item by item.
-    take(actions, o.actions, m);
+    for (const EntryField& field : kEntryFields)
+        forEachMember(field, [&](auto member) { take(this->*member, o.*member, m); });
+    take(languages, o.languages, m);
     take(unknownListToChange(), o.unknownList(), m);
 }
 

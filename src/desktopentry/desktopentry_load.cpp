@@ -3,16 +3,21 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "desktopentry/desktopentry_p.h"
+#include "desktopentry/entryfields_p.h"
 #include "desktopentry/entryvalue_p.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <iterator>
 #include <string_view>
 #include <unordered_map>
 
+using Vyx::detail::EntryField;
+using Vyx::detail::EntryFieldKind;
 using Vyx::detail::EntryValue;
+using Vyx::detail::kEntryFields;
 using Vyx::detail::IniField;
 using Vyx::detail::IniReader;
 using Vyx::detail::parseBool;
@@ -22,53 +27,65 @@ namespace {
 
 const char kGroup[] = "Desktop Entry";
 
-using Setter = void (*)(VyxDesktopEntryPrivate&, const char*);
-
 // Untranslated keys of the model, compared exactly (case-sensitive). Keyed
 // by views into the file's text: no string is built to look a key up.
-const std::unordered_map<std::string_view, Setter>& plainKeys()
+const std::unordered_map<std::string_view, const EntryField*>& plainKeys()
 {
-    static const std::unordered_map<std::string_view, Setter> keys = {
-        {"GenericName", [](VyxDesktopEntryPrivate& d, const char* v) { d.genericName = v; }},
-        {"Type", [](VyxDesktopEntryPrivate& d, const char* v) { d.type = v; }},
-        {"TryExec", [](VyxDesktopEntryPrivate& d, const char* v) { d.tryExec = v; }},
-        {"NoDisplay", [](VyxDesktopEntryPrivate& d, const char* v) { d.noDisplay = {true, parseBool(v)}; }},
-        {"Comment", [](VyxDesktopEntryPrivate& d, const char* v) { d.comment = v; }},
-        {"Exec", [](VyxDesktopEntryPrivate& d, const char* v) { d.exec = v; }},
-        {"Icon", [](VyxDesktopEntryPrivate& d, const char* v) { d.icon = v; }},
-        {"Hidden", [](VyxDesktopEntryPrivate& d, const char* v) { d.hidden = {true, parseBool(v)}; }},
-        {"Path", [](VyxDesktopEntryPrivate& d, const char* v) { d.path = v; }},
-        {"Terminal", [](VyxDesktopEntryPrivate& d, const char* v) { d.terminal = {true, parseBool(v)}; }},
-        {"StartupNotify", [](VyxDesktopEntryPrivate& d, const char* v) { d.startupNotify = {true, parseBool(v)}; }},
-        {"StartupWMClass", [](VyxDesktopEntryPrivate& d, const char* v) { d.startupWMClass = v; }},
-        {"PrefersNonDefaultGPU",
-         [](VyxDesktopEntryPrivate& d, const char* v) { d.prefersNonDefaultGPU = {true, parseBool(v)}; }},
-        {"SingleMainWindow",
-         [](VyxDesktopEntryPrivate& d, const char* v) { d.singleMainWindow = {true, parseBool(v)}; }},
-        {"MimeType", [](VyxDesktopEntryPrivate& d, const char* v) { d.mimeType = splitList(v); }},
-        {"SortOrder", [](VyxDesktopEntryPrivate& d, const char* v) { d.sortOrder = splitList(v); }},
-        {"URL", [](VyxDesktopEntryPrivate& d, const char* v) { d.url = v; }},
-        {"Categories", [](VyxDesktopEntryPrivate& d, const char* v) { d.categories = splitList(v); }},
-        {"OnlyShowIn", [](VyxDesktopEntryPrivate& d, const char* v) { d.onlyShowIn = splitList(v); }},
-        {"NotShowIn", [](VyxDesktopEntryPrivate& d, const char* v) { d.notShowIn = splitList(v); }},
-        {"Version", [](VyxDesktopEntryPrivate& d, const char* v) { d.version = v; }},
-        {"Keywords", [](VyxDesktopEntryPrivate& d, const char* v) { d.keywords = splitList(v); }},
-    };
+    static const std::unordered_map<std::string_view, const EntryField*> keys = [] {
+        std::unordered_map<std::string_view, const EntryField*> made;
+        for (const EntryField& field : kEntryFields)
+            made.emplace(field.key, &field);
+        return made;
+    }();
     return keys;
 }
 
+// The translatable rows in table order, each with its key as a view.
 struct TranslatedKey {
     std::string_view base;
-    Setter set;
+    const EntryField* field;
 };
 
-const TranslatedKey kTranslatedKeys[] = {
-    {"Name", [](VyxDesktopEntryPrivate& d, const char* v) { d.localName = v; }},
-    {"GenericName", [](VyxDesktopEntryPrivate& d, const char* v) { d.localGenericName = v; }},
-    {"Comment", [](VyxDesktopEntryPrivate& d, const char* v) { d.localComment = v; }},
-    {"Icon", [](VyxDesktopEntryPrivate& d, const char* v) { d.localIcon = v; }},
-    {"Keywords", [](VyxDesktopEntryPrivate& d, const char* v) { d.localKeywords = splitList(v); }},
-};
+using TranslatedKeys = std::array<TranslatedKey, Vyx::detail::translatableFieldCount()>;
+
+const TranslatedKeys& translatedKeys()
+{
+    static const TranslatedKeys keys = [] {
+        TranslatedKeys made{};
+        size_t next = 0;
+        for (const EntryField& field : kEntryFields) {
+            if (field.translatable())
+                made[next++] = {field.key, &field};
+        }
+        return made;
+    }();
+    return keys;
+}
+
+void setField(VyxDesktopEntryPrivate& d, const EntryField& field, const char* value)
+{
+    switch (field.kind) {
+    case EntryFieldKind::Text:
+        d.*field.text = value;
+        break;
+    case EntryFieldKind::List:
+        d.*field.list = splitList(value);
+        break;
+    case EntryFieldKind::Flag:
+        d.*field.flag = {true, parseBool(value)};
+        break;
+    case EntryFieldKind::Actions:
+        break;  // read with their groups, after the main group
+    }
+}
+
+void setTranslation(VyxDesktopEntryPrivate& d, const EntryField& field, const char* value)
+{
+    if (field.localText)
+        d.*field.localText = value;
+    else
+        d.*field.localList = splitList(value);
+}
 
 // A translated key "Base[language]" cut at its first '['; false for a key
 // without one or not ending in ']'.
@@ -151,27 +168,29 @@ void VyxDesktopEntryPrivate::loadFrom(const IniReader& ini)
 {
     std::string unread;
     const int main = ini.group(kGroup);
-    name = EntryValue(ini.value(main, "Name")).c_str();
+    for (const EntryField& field : kEntryFields) {
+        if (field.rules & EntryField::kLookedUp)
+            setField(*this, field, EntryValue(ini.value(main, field.key)).c_str());
+    }
     // Several translations of one key: the earliest language of the list wins.
-    size_t ranks[std::size(kTranslatedKeys)];
+    const TranslatedKeys& translated = translatedKeys();
+    size_t ranks[std::tuple_size<TranslatedKeys>::value];
     std::fill(std::begin(ranks), std::end(ranks), SIZE_MAX);
     const auto& plain = plainKeys();
     ini.forEach(main, [&](const IniField& field) {
         const std::string_view key(field.key, field.keyLength);
-        if (key == "Name" || key == "Actions")
-            return;
         std::string_view base, language;
         if (std::memchr(field.key, '[', field.keyLength)) {
             if (splitTranslated(field, &base, &language)) {
-                for (size_t i = 0; i < std::size(kTranslatedKeys); ++i) {
-                    if (base != kTranslatedKeys[i].base)
+                for (size_t i = 0; i < translated.size(); ++i) {
+                    if (base != translated[i].base)
                         continue;
                     for (size_t rank = 0; rank < languages.size(); ++rank) {
                         if (language != languages[rank])
                             continue;
                         if (rank < ranks[i]) {
                             ranks[i] = rank;
-                            kTranslatedKeys[i].set(*this, EntryValue(field.value).c_str());
+                            setTranslation(*this, *translated[i].field, EntryValue(field.value).c_str());
                         }
                         return;
                     }
@@ -179,7 +198,9 @@ void VyxDesktopEntryPrivate::loadFrom(const IniReader& ini)
                 }
             }
         } else if (auto it = plain.find(key); it != plain.end()) {
-            it->second(*this, EntryValue(field.value).c_str());
+            // The looked-up keys are read already, the actions after.
+            if (!(it->second->rules & EntryField::kLookedUp))
+                setField(*this, *it->second, EntryValue(field.value).c_str());
             return;
         }
         // Foreign keys and other languages' translations are kept for saving.
@@ -191,7 +212,10 @@ void VyxDesktopEntryPrivate::loadFrom(const IniReader& ini)
         std::lock_guard<std::mutex> lock(unknownsMutex);
         unreadUnknowns += unread;
     }
-    loadActions(*this, ini, ini.value(main, "Actions"));
+    for (const EntryField& field : kEntryFields) {
+        if (field.kind == EntryFieldKind::Actions)
+            loadActions(*this, ini, ini.value(main, field.key));
+    }
     loaded = true;
     validity = 1;
 }

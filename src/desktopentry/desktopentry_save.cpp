@@ -3,13 +3,16 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "desktopentry/desktopentry_p.h"
+#include "desktopentry/entryfields_p.h"
 #include "desktopentry/entryvalue_p.h"
 
+#include "core/diag_p.h"
 #include "core/ini_p.h"
 
-#include <cstdio>
-
+using Vyx::detail::EntryField;
+using Vyx::detail::EntryFieldKind;
 using Vyx::detail::IniDocument;
+using Vyx::detail::kEntryFields;
 
 namespace {
 
@@ -100,43 +103,35 @@ bool VyxDesktopEntryPrivate::save(bool saveEmpty)
     // is not carried over.
     IniDocument ini;
     GroupWriter entry(ini, "Desktop Entry", *this, saveEmpty);
-    entry.text("Name", name);
-    entry.translation("Name", localName);
-    entry.text("GenericName", genericName);
-    entry.translation("GenericName", localGenericName);
-    entry.text("Type", type);
-    entry.text("TryExec", tryExec);
-    entry.flag("NoDisplay", noDisplay);
-    entry.text("Comment", comment);
-    entry.translation("Comment", localComment);
-    entry.text("Exec", exec);
-    if (!actions.empty() || saveEmpty) {
-        std::string ids;
-        for (const VyxDesktopAction& action : actions) {
-            if (isSavable(action))
-                ids += action.id() + ";";  // unlike other lists, ends with ";"
+    for (const EntryField& field : kEntryFields) {
+        if ((field.rules & EntryField::kLinkOnly) && type != "Link")
+            continue;
+        switch (field.kind) {
+        case EntryFieldKind::Text:
+            entry.text(field.key, this->*field.text);
+            if (field.localText)
+                entry.translation(field.key, this->*field.localText);
+            break;
+        case EntryFieldKind::List:
+            entry.list(field.key, this->*field.list);
+            if (field.localList)
+                entry.listTranslation(field.key, this->*field.localList);
+            break;
+        case EntryFieldKind::Flag:
+            entry.flag(field.key, this->*field.flag);
+            break;
+        case EntryFieldKind::Actions:
+            if (!actions.empty() || saveEmpty) {
+                std::string ids;
+                for (const VyxDesktopAction& action : actions) {
+                    if (isSavable(action))
+                        ids += action.id() + ";";  // unlike other lists, ends with ";"
+                }
+                entry.put(field.key, ids);
+            }
+            break;
         }
-        entry.put("Actions", ids);
     }
-    entry.text("Icon", icon);
-    entry.translation("Icon", localIcon);
-    entry.flag("Hidden", hidden);
-    entry.text("Path", path);
-    entry.flag("Terminal", terminal);
-    entry.flag("StartupNotify", startupNotify);
-    entry.text("StartupWMClass", startupWMClass);
-    entry.flag("PrefersNonDefaultGPU", prefersNonDefaultGPU);
-    entry.flag("SingleMainWindow", singleMainWindow);
-    entry.list("MimeType", mimeType);
-    entry.list("SortOrder", sortOrder);
-    if (type == "Link")
-        entry.text("URL", url);
-    entry.list("Categories", categories);
-    entry.list("OnlyShowIn", onlyShowIn);
-    entry.list("NotShowIn", notShowIn);
-    entry.text("Version", version);
-    entry.list("Keywords", keywords);
-    entry.listTranslation("Keywords", localKeywords);
     for (const auto& unknown : unknownList())
         entry.put(unknown.first.c_str(), unknown.second);
     bool ok = entry.ok();
@@ -164,14 +159,15 @@ bool VyxDesktopEntryPrivate::save(bool saveEmpty)
 
     if (!refused.empty()) {
         // Shown escaped, so that the message stays one line.
-        std::fprintf(stderr, "libvyxcore: VyxDesktopEntry::save() can't write the name '%s' to %s\n",
-                     Vyx::detail::encodeEntryValue(refused).c_str(), filePath.c_str());
+        Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "VyxDesktopEntry::save() can't write the name '%s' to %s\n",
+                          Vyx::detail::encodeEntryValue(refused).c_str(), filePath.c_str());
         return false;
     }
     // Validity becomes 1 whether or not the write succeeds (kept as it was).
     validity = 1;
     if (!ini.saveAtomically(filePath)) {
-        std::fprintf(stderr, "libvyxcore: VyxDesktopEntry::save() can't save file %s\n", filePath.c_str());
+        Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "VyxDesktopEntry::save() can't save file %s\n",
+                          filePath.c_str());
         return false;
     }
     return ok;

@@ -14,9 +14,11 @@
 #include <string_view>
 #include <unordered_map>
 
+using Vyx::detail::ActionField;
 using Vyx::detail::EntryField;
 using Vyx::detail::EntryFieldKind;
 using Vyx::detail::EntryValue;
+using Vyx::detail::kActionFields;
 using Vyx::detail::kEntryFields;
 using Vyx::detail::IniField;
 using Vyx::detail::IniReader;
@@ -112,39 +114,42 @@ void loadActions(VyxDesktopEntryPrivate& d, const IniReader& ini, const char* id
                 continue;
         }
         VyxDesktopAction action(id);
-        action.setName(EntryValue(name).c_str());
-        action.setComment(EntryValue(ini.value(group, "Comment")).c_str());
-        action.setIcon(EntryValue(ini.value(group, "Icon")).c_str());
-        action.setExec(EntryValue(ini.value(group, "Exec")).c_str());
-        action.setOnlyShowIn(splitList(EntryValue(ini.value(group, "OnlyShowIn")).c_str()));
-        action.setNotShowIn(splitList(EntryValue(ini.value(group, "NotShowIn")).c_str()));
+        for (const ActionField& field : kActionFields) {
+            const EntryValue value(ini.value(group, field.key));
+            if (field.text)
+                (action.*field.setText)(value.c_str());
+            else
+                (action.*field.setList)(splitList(value.c_str()));
+        }
         if (d.hasLocale()) {
             // One walk over the group for the translations: the first
             // non-empty one in language order wins; keys and languages
             // compare ignoring case, as lookups in the file do.
-            static const std::string_view kBases[] = {"Name", "Comment", "Icon"};
-            const char* best[3] = {};
-            size_t bestRank[3] = {SIZE_MAX, SIZE_MAX, SIZE_MAX};
+            constexpr size_t kCount = std::size(kActionFields);
+            const char* best[kCount] = {};
+            size_t bestRank[kCount];
+            std::fill(std::begin(bestRank), std::end(bestRank), SIZE_MAX);
             ini.forEach(group, [&](const IniField& field) {
                 std::string_view base, language;
                 if (!field.valueLength || !splitTranslated(field, &base, &language))
                     return;
-                for (size_t b = 0; b < 3; ++b) {
-                    if (!Vyx::detail::sameIniName(base, kBases[b]))
+                for (size_t f = 0; f < kCount; ++f) {
+                    if (!kActionFields[f].localText || !Vyx::detail::sameIniName(base, kActionFields[f].key))
                         continue;
-                    for (size_t rank = 0; rank < d.languages.size() && rank < bestRank[b]; ++rank) {
+                    for (size_t rank = 0; rank < d.languages.size() && rank < bestRank[f]; ++rank) {
                         if (Vyx::detail::sameIniName(language, d.languages[rank])) {
-                            bestRank[b] = rank;
-                            best[b] = field.value;
+                            bestRank[f] = rank;
+                            best[f] = field.value;
                             break;
                         }
                     }
                     break;
                 }
             });
-            action.setLocalName(EntryValue(best[0]).c_str());
-            action.setLocalComment(EntryValue(best[1]).c_str());
-            action.setLocalIcon(EntryValue(best[2]).c_str());
+            for (size_t f = 0; f < kCount; ++f) {
+                if (kActionFields[f].localText)
+                    (action.*kActionFields[f].setLocalText)(EntryValue(best[f]).c_str());
+            }
         }
         d.actions.push_back(std::move(action));
     }

@@ -9,9 +9,11 @@
 #include "core/diag_p.h"
 #include "core/ini_p.h"
 
+using Vyx::detail::ActionField;
 using Vyx::detail::EntryField;
 using Vyx::detail::EntryFieldKind;
 using Vyx::detail::IniDocument;
+using Vyx::detail::kActionFields;
 using Vyx::detail::kEntryFields;
 
 namespace {
@@ -142,15 +144,14 @@ bool VyxDesktopEntryPrivate::save(bool saveEmpty)
             if (!isSavable(action))
                 continue;
             GroupWriter group(ini, Vyx::concat("Desktop Action ", action.id()), *this, saveEmpty);
-            group.text("Name", action.name());
-            group.translation("Name", action.localName());
-            group.text("Comment", action.comment());
-            group.translation("Comment", action.localComment());
-            group.text("Icon", action.icon());
-            group.translation("Icon", action.localIcon());
-            group.text("Exec", action.exec());
-            group.list("OnlyShowIn", action.onlyShowIn());
-            group.list("NotShowIn", action.notShowIn());
+            for (const ActionField& field : kActionFields) {
+                if (field.text)
+                    group.text(field.key, (action.*field.text)());
+                else
+                    group.list(field.key, (action.*field.list)());
+                if (field.localText)
+                    group.translation(field.key, (action.*field.localText)());
+            }
             ok = group.ok() && ok;
             if (refused.empty())
                 refused = group.refused();

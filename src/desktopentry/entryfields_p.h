@@ -108,6 +108,56 @@ constexpr size_t translatableFieldCount()
     return count;
 }
 
+// The keys of an action group that the action holds, in save order. An
+// action keeps its data to itself, so the rows reach it through its public
+// accessors. Exactly one of text and list is set; a translatable text has
+// localText, written as "key[language]" like the entry's own.
+struct ActionField {
+    using Action = VyxDesktopAction;
+    const char* key;
+    const std::string& (Action::*text)() const;
+    void (Action::*setText)(const std::string&);
+    const std::vector<std::string>& (Action::*list)() const;
+    void (Action::*setList)(const std::vector<std::string>&);
+    const std::string& (Action::*localText)() const;
+    void (Action::*setLocalText)(const std::string&);
+};
+
+constexpr ActionField actionTextField(const char* key, const std::string& (VyxDesktopAction::*get)() const,
+                                      void (VyxDesktopAction::*set)(const std::string&))
+{
+    return {key, get, set, nullptr, nullptr, nullptr, nullptr};
+}
+
+constexpr ActionField actionTranslatedField(const char* key, const std::string& (VyxDesktopAction::*get)() const,
+                                            void (VyxDesktopAction::*set)(const std::string&),
+                                            const std::string& (VyxDesktopAction::*getLocal)() const,
+                                            void (VyxDesktopAction::*setLocal)(const std::string&))
+{
+    return {key, get, set, nullptr, nullptr, getLocal, setLocal};
+}
+
+constexpr ActionField actionListField(const char* key,
+                                      const std::vector<std::string>& (VyxDesktopAction::*get)() const,
+                                      void (VyxDesktopAction::*set)(const std::vector<std::string>&))
+{
+    return {key, nullptr, nullptr, get, set, nullptr, nullptr};
+}
+
+using ActionModel = VyxDesktopAction;
+
+inline constexpr ActionField kActionFields[] = {
+    actionTranslatedField("Name", &ActionModel::name, &ActionModel::setName, &ActionModel::localName,
+                          &ActionModel::setLocalName),
+    actionTranslatedField("Comment", &ActionModel::comment, &ActionModel::setComment, &ActionModel::localComment,
+                          &ActionModel::setLocalComment),
+    actionTranslatedField("Icon", &ActionModel::icon, &ActionModel::setIcon, &ActionModel::localIcon,
+                          &ActionModel::setLocalIcon),
+    actionTextField("Exec", &ActionModel::exec, &ActionModel::setExec),
+    actionListField("OnlyShowIn", &ActionModel::onlyShowIn, &ActionModel::setOnlyShowIn),
+    actionListField("NotShowIn", &ActionModel::notShowIn, &ActionModel::setNotShowIn),
+};
+
 }  // namespace Vyx::detail
 
 #endif

@@ -155,4 +155,85 @@ TEST(EntryMerge, CopyInheritOverride)
     EXPECT_TRUE(overridden.identicalTo(user));
 }
 
+// Each field alone on an otherwise empty entry: it is written under its
+// own key, read back into itself, compared, copied, inherited and cleared
+// by a reload as a list or a translation is.
+TEST(EntryFields, EachFieldOnItsOwn)
+{
+    ScopedEnv language("LANGUAGE", "de");
+    TempHome world;
+    using Set = void (*)(VyxDesktopEntry&);
+    struct Field {
+        const char* line;  // what the saved file holds
+        Set set;
+        bool clearedByReload;
+    };
+    const Field fields[] = {
+        {"Name = n\n", [](VyxDesktopEntry& e) { e.setName("n"); }, true},
+        {"Name[de] = ln\n", [](VyxDesktopEntry& e) { e.setLocalName("ln"); }, true},
+        {"GenericName = g\n", [](VyxDesktopEntry& e) { e.setGenericName("g"); }, false},
+        {"GenericName[de] = lg\n", [](VyxDesktopEntry& e) { e.setLocalGenericName("lg"); }, true},
+        {"Type = Application\n", [](VyxDesktopEntry& e) { e.setType("Application"); }, false},
+        {"TryExec = t\n", [](VyxDesktopEntry& e) { e.setTryExec("t"); }, false},
+        {"NoDisplay = true\n", [](VyxDesktopEntry& e) { e.setNoDisplay(true); }, false},
+        {"Comment = c\n", [](VyxDesktopEntry& e) { e.setComment("c"); }, false},
+        {"Comment[de] = lc\n", [](VyxDesktopEntry& e) { e.setLocalComment("lc"); }, true},
+        {"Exec = x\n", [](VyxDesktopEntry& e) { e.setExec("x"); }, false},
+        {"Actions = a;\n",
+         [](VyxDesktopEntry& e) {
+             VyxDesktopAction action("a");
+             action.setName("A");
+             action.setExec("x --a");
+             e.setActions({action});
+         },
+         true},
+        {"Icon = i\n", [](VyxDesktopEntry& e) { e.setIcon("i"); }, false},
+        {"Icon[de] = li\n", [](VyxDesktopEntry& e) { e.setLocalIcon("li"); }, true},
+        {"Hidden = false\n", [](VyxDesktopEntry& e) { e.setHidden(false); }, false},
+        {"Path = /p\n", [](VyxDesktopEntry& e) { e.setPath("/p"); }, false},
+        {"Terminal = true\n", [](VyxDesktopEntry& e) { e.setTerminal(true); }, false},
+        {"StartupNotify = false\n", [](VyxDesktopEntry& e) { e.setStartupNotify(false); }, false},
+        {"StartupWMClass = w\n", [](VyxDesktopEntry& e) { e.setStartupWMClass("w"); }, false},
+        {"PrefersNonDefaultGPU = true\n", [](VyxDesktopEntry& e) { e.setPrefersNonDefaultGPU(true); }, false},
+        {"SingleMainWindow = true\n", [](VyxDesktopEntry& e) { e.setSingleMainWindow(true); }, false},
+        {"MimeType = a/b;c/d\n", [](VyxDesktopEntry& e) { e.setMimeType({"a/b", "c/d"}); }, true},
+        {"SortOrder = s\n", [](VyxDesktopEntry& e) { e.setSortOrder({"s"}); }, true},
+        {"URL = u\n",
+         [](VyxDesktopEntry& e) {
+             e.setType("Link");
+             e.setUrl("u");
+         },
+         false},
+        {"Categories = k\n", [](VyxDesktopEntry& e) { e.setCategories({"k"}); }, true},
+        {"OnlyShowIn = o\n", [](VyxDesktopEntry& e) { e.setOnlyShowIn({"o"}); }, true},
+        {"NotShowIn = no\n", [](VyxDesktopEntry& e) { e.setNotShowIn({"no"}); }, true},
+        {"Version = 1.5\n", [](VyxDesktopEntry& e) { e.setVersion("1.5"); }, false},
+        {"Keywords = w1;w2\n", [](VyxDesktopEntry& e) { e.setKeywords({"w1", "w2"}); }, true},
+        {"Keywords[de] = lw\n", [](VyxDesktopEntry& e) { e.setLocalKeywords({"lw"}); }, true},
+    };
+    const std::string blankFile = world.writeFile("blank.desktop", "[Desktop Entry]\n");
+    const VyxDesktopEntry blank(blankFile);
+    for (const Field& field : fields) {
+        SCOPED_TRACE(field.line);
+        VyxDesktopEntry entry(blankFile);
+        field.set(entry);
+        EXPECT_FALSE(entry.identicalTo(blank));
+        const std::string file = world.path("one.desktop");
+        ASSERT_TRUE(entry.saveAs(file, kSkipEmpty));
+        EXPECT_NE(vyxtest::readFile(file).find(field.line), std::string::npos) << vyxtest::readFile(file);
+        EXPECT_TRUE(VyxDesktopEntry(file).identicalTo(entry)) << vyxtest::readFile(file);
+
+        VyxDesktopEntry copied(blankFile), inherited(blankFile);
+        copied.copyFrom(entry);
+        inherited.inheritFrom(entry);
+        EXPECT_TRUE(copied.identicalTo(entry));
+        EXPECT_TRUE(inherited.identicalTo(entry));
+        copied.overrideFrom(blank);  // an empty source changes nothing
+        EXPECT_TRUE(copied.identicalTo(entry));
+
+        ASSERT_TRUE(entry.load());  // the entry is still bound to the blank file
+        EXPECT_EQ(entry.identicalTo(blank), field.clearedByReload);
+    }
+}
+
 }  // namespace

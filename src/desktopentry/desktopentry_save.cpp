@@ -95,6 +95,40 @@ bool isSavable(const VyxDesktopAction& action)
     return !action.id().empty() && !action.exec().empty();
 }
 
+// The main group's own keys, in table order.
+void writeFields(GroupWriter& entry, const VyxDesktopEntryPrivate& d, bool saveEmpty)
+{
+    for (const EntryField& field : kEntryFields) {
+        if ((field.rules & EntryField::kLinkOnly) && d.type != "Link")
+            continue;
+        switch (field.kind) {
+        case EntryFieldKind::Text:
+            entry.text(field.key, d.*field.text);
+            if (field.localText)
+                entry.translation(field.key, d.*field.localText);
+            break;
+        case EntryFieldKind::List:
+            entry.list(field.key, d.*field.list);
+            if (field.localList)
+                entry.listTranslation(field.key, d.*field.localList);
+            break;
+        case EntryFieldKind::Flag:
+            entry.flag(field.key, d.*field.flag);
+            break;
+        case EntryFieldKind::Actions:
+            if (!d.actions.empty() || saveEmpty) {
+                std::string ids;
+                for (const VyxDesktopAction& action : d.actions) {
+                    if (isSavable(action))
+                        ids += action.id() + ";";  // unlike other lists, ends with ";"
+                }
+                entry.put(field.key, ids);
+            }
+            break;
+        }
+    }
+}
+
 }  // namespace
 
 bool VyxDesktopEntryPrivate::save(bool saveEmpty)
@@ -105,35 +139,7 @@ bool VyxDesktopEntryPrivate::save(bool saveEmpty)
     // is not carried over.
     IniDocument ini;
     GroupWriter entry(ini, "Desktop Entry", *this, saveEmpty);
-    for (const EntryField& field : kEntryFields) {
-        if ((field.rules & EntryField::kLinkOnly) && type != "Link")
-            continue;
-        switch (field.kind) {
-        case EntryFieldKind::Text:
-            entry.text(field.key, this->*field.text);
-            if (field.localText)
-                entry.translation(field.key, this->*field.localText);
-            break;
-        case EntryFieldKind::List:
-            entry.list(field.key, this->*field.list);
-            if (field.localList)
-                entry.listTranslation(field.key, this->*field.localList);
-            break;
-        case EntryFieldKind::Flag:
-            entry.flag(field.key, this->*field.flag);
-            break;
-        case EntryFieldKind::Actions:
-            if (!actions.empty() || saveEmpty) {
-                std::string ids;
-                for (const VyxDesktopAction& action : actions) {
-                    if (isSavable(action))
-                        ids += action.id() + ";";  // unlike other lists, ends with ";"
-                }
-                entry.put(field.key, ids);
-            }
-            break;
-        }
-    }
+    writeFields(entry, *this, saveEmpty);
     for (const auto& unknown : unknownList())
         entry.put(unknown.first.c_str(), unknown.second);
     bool ok = entry.ok();

@@ -162,6 +162,8 @@ std::shared_ptr<IconThemeLayout> VyxIconThemePrivate::fileLayout()
     if (cacheReader && cacheReader->isValid())
         made->files.setCache({cacheReader.get(), path});
     std::vector<std::string> outside = {"/usr/share/pixmaps", "/usr/share/icons", "/usr/local/share/icons"};
+    // The home's own icons as every desktop installs them there, not under
+    // a data home set elsewhere.
     outside.push_back(GetVyxDir(HomeDir) + "/.local/share/icons");
     for (std::string& dir : outside) {
         const uint32_t id = made->files.add(dir);

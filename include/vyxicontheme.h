@@ -34,7 +34,6 @@ typedef struct _XDisplay Display;
 
 namespace Vyx::detail {
 class MappedFile;
-class IconListing;
 }
 
 class VyxIconThemePrivate;
@@ -298,14 +297,14 @@ public:
     ///@}
 
 private:
-    friend class Vyx::detail::IconListing;
     uint32_t read32At(uint64_t offset);
     uint16_t read16At(uint64_t offset);
     std::vector<const char*> imagesOf(uint32_t entry);
-    /// Every image the cache lists, for a theme's file listing: the
-    /// directory names by index into *dirs, and visit(icon name, directory
-    /// index, flags) once per image. False when a damaged part ends the
-    /// walk early; the valid flag is left as it is.
+    /// Every image the cache lists: the directory names by index into
+    /// *dirs, and visit(icon name, directory index, flags) once per image.
+    /// False when a damaged part ends the walk early; the valid flag is left
+    /// as it is. The library no longer calls it; it stays defined so that
+    /// the symbol the first release exported stays.
     bool forEachImage(std::vector<const char*>* dirs,
                       const std::function<void(const char*, uint16_t, uint16_t)>& visit) const;
 

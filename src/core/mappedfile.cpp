@@ -19,7 +19,7 @@ MappedFile::~MappedFile()
         munmap(m_data, m_size);
 }
 
-bool MappedFile::open(const std::string& path)
+bool MappedFile::open(const std::string& path, int64_t* modified)
 {
     int fd = openRegularFile(path.c_str());
     if (fd < 0)
@@ -32,6 +32,8 @@ bool MappedFile::open(const std::string& path)
         if (ok) {
             m_data = static_cast<unsigned char*>(map);
             m_size = static_cast<size_t>(st.st_size);
+            if (modified)
+                *modified = int64_t(st.st_mtim.tv_sec) * 1'000'000'000 + st.st_mtim.tv_nsec;
         }
     }
     close(fd);

@@ -56,7 +56,9 @@ public:
     MappedFile& operator=(const MappedFile&) = delete;
 
     // False when the file cannot be opened, is not a regular file or is empty.
-    bool open(const std::string& path);
+    // *modified, when given, receives the mapped file's modification time
+    // in ns.
+    bool open(const std::string& path, int64_t* modified = nullptr);
     size_t size() const { return m_size; }
     const unsigned char* data() const { return m_data; }
     ByteView view() const { return ByteView(m_data, m_size); }

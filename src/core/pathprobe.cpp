@@ -18,6 +18,12 @@ bool isRegularFile(const std::string& path)
     return stat(path.c_str(), &st) == 0 && S_ISREG(st.st_mode);
 }
 
+bool isDirectory(const std::string& path)
+{
+    struct stat st;
+    return stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+}
+
 std::string firstRegularFile(const std::string& base, const char* const* extensions, size_t count)
 {
     for (size_t i = 0; i < count; ++i) {

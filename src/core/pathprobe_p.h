@@ -14,6 +14,8 @@ namespace Vyx::detail {
 // Whether path is a regular file (or a link to one): a directory that
 // happens to carry a file's name is not what a lookup wants.
 bool isRegularFile(const std::string& path);
+// Whether path is a directory (or a link to one).
+bool isDirectory(const std::string& path);
 
 // The first base + extension, in the order given, that is a regular file;
 // empty when none is.

@@ -5,11 +5,13 @@
 // The X cursor theme: which one is current, which are installed, and
 // making one the user's.
 
-#include "themes/icontheme_p.h"
+#include "vyxicontheme.h"
 
-#include "core/readfile_p.h"
+#include "core/dirwalker_p.h"
 #include "core/environment_p.h"
 #include "core/inireader_p.h"
+#include "core/pathprobe_p.h"
+#include "core/readfile_p.h"
 #include "core/textlines_p.h"
 #include "vyxdirs.h"
 #include "vyxdisplay.h"
@@ -23,7 +25,6 @@
 #include <climits>
 #include <cstdio>
 #include <cstring>
-#include <dirent.h>
 #include <set>
 #include <unistd.h>
 
@@ -92,12 +93,10 @@ std::vector<std::pair<std::string, std::string>> installedCursorThemes()
     std::set<std::string> seen;
     for (const std::string& searchDir : VyxIconTheme::GetThemesSearchDirs()) {
         std::vector<std::string> names;
-        if (DIR* dir = opendir(searchDir.c_str())) {
-            while (struct dirent* entry = readdir(dir)) {
-                if (entry->d_name[0] != '.')
-                    names.emplace_back(entry->d_name);
-            }
-            closedir(dir);
+        Vyx::detail::DirWalker dir(searchDir);
+        while (const dirent* entry = dir.next()) {
+            if (entry->d_name[0] != '.')
+                names.emplace_back(entry->d_name);
         }
         std::sort(names.begin(), names.end());
         for (const std::string& name : names) {

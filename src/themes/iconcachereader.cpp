@@ -4,15 +4,20 @@
 
 #include "vyxicontheme.h"
 
+#include "core/diag_p.h"
 #include "core/mappedfile_p.h"
+#include "core/uniquefd_p.h"
+#include "themes/iconcachewalk_p.h"
 
-#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
+
+using Vyx::detail::diag;
+using Vyx::detail::kLibraryPrefix;
 
 // The generator's string hash: bytes taken as signed chars, h = h * 31 + c.
 uint32_t iconHash(const std::string& name)
@@ -48,29 +53,27 @@ VyxIconCacheGtkReader::VyxIconCacheGtkReader(const std::string& themePath)
     const char* cachePath = m_cachePath.c_str();
     struct stat themeStat, cacheStat;
     if (stat(themePath.c_str(), &themeStat) != 0 || stat(cachePath, &cacheStat) != 0) {
-        std::fprintf(stderr, "libvyxcore: no cache file %s\n", cachePath);
+        diag(kLibraryPrefix, "no cache file %s\n", cachePath);
         return;
     }
     // The generator writes the cache after scanning the theme, so a cache
     // from the same second as the directory is current.
     if (cacheStat.st_size < 4 || seconds(cacheStat) < seconds(themeStat)) {
-        std::fprintf(stderr, "libvyxcore: outdated cache %s, %lu < %lu\n", cachePath, seconds(cacheStat),
-                     seconds(themeStat));
+        diag(kLibraryPrefix, "outdated cache %s, %lu < %lu\n", cachePath, seconds(cacheStat), seconds(themeStat));
         return;
     }
     // A cache we may not read is simply not used. O_NONBLOCK keeps a FIFO
     // in its place from stalling us; it is refused below as unmappable.
-    int fd = ::open(cachePath, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (fd < 0)
+    const Vyx::detail::UniqueFd fd(::open(cachePath, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!fd)
         return;
     bool mapped = S_ISREG(cacheStat.st_mode) && m_file->open(m_cachePath);
-    close(fd);
     if (mapped) {
         m_data = m_file->data();
         m_size = m_file->size();
     }
     if (!mapped || read16(0) != 1) {
-        std::fprintf(stderr, "libvyxcore: can't mmap file %s\n", cachePath);
+        diag(kLibraryPrefix, "can't mmap file %s\n", cachePath);
         return;
     }
 
@@ -82,7 +85,7 @@ VyxIconCacheGtkReader::VyxIconCacheGtkReader(const std::string& themePath)
         uint32_t nameOffset = read32At(uint64_t(dirList) + 4 + 4 * uint64_t(i));
         const char* name = m_valid ? m_file->string(nameOffset) : nullptr;
         if (!name) {
-            std::fprintf(stderr, "libvyxcore: cache %s has invalid data/size\n", cachePath);
+            diag(kLibraryPrefix, "cache %s has invalid data/size\n", cachePath);
             m_valid = false;
             break;
         }
@@ -91,13 +94,13 @@ VyxIconCacheGtkReader::VyxIconCacheGtkReader(const std::string& themePath)
         std::string dir = themePath + "/" + name;
         struct stat dirStat;
         if (stat(dir.c_str(), &dirStat) != 0) {
-            std::fprintf(stderr, "libvyxcore: no theme subdir %s in cache %s\n", dir.c_str(), cachePath);
+            diag(kLibraryPrefix, "no theme subdir %s in cache %s\n", dir.c_str(), cachePath);
             m_valid = false;
             break;
         }
         if (seconds(cacheStat) < seconds(dirStat)) {
-            std::fprintf(stderr, "libvyxcore: theme subdir %s is newer than cache %s, %lu < %lu\n", dir.c_str(),
-                         cachePath, seconds(cacheStat), seconds(dirStat));
+            diag(kLibraryPrefix, "theme subdir %s is newer than cache %s, %lu < %lu\n", dir.c_str(), cachePath,
+                 seconds(cacheStat), seconds(dirStat));
             m_valid = false;
             break;
         }
@@ -145,7 +148,7 @@ std::vector<const char*> VyxIconCacheGtkReader::lookup(const std::string& iconNa
     const uint32_t hashOffset = read32(4);
     const uint32_t buckets = read32At(hashOffset);
     if (!m_valid || buckets == 0) {
-        std::fprintf(stderr, "libvyxcore: cache %s has invalid hash\n", m_cachePath.c_str());
+        diag(kLibraryPrefix, "cache %s has invalid hash\n", m_cachePath.c_str());
         m_valid = false;
         return {};
     }
@@ -169,7 +172,7 @@ std::vector<const char*> VyxIconCacheGtkReader::imagesOf(uint32_t entry)
     const uint32_t images = read32At(uint64_t(entry) + 8);
     const uint32_t imageCount = read32At(images);
     if (!m_valid || uint64_t(images) + 8 * uint64_t(imageCount) + 4 > m_size) {
-        std::fprintf(stderr, "libvyxcore: cache %s read hash length failed\n", m_cachePath.c_str());
+        diag(kLibraryPrefix, "cache %s read hash length failed\n", m_cachePath.c_str());
         m_valid = false;
         return dirs;
     }
@@ -181,7 +184,7 @@ std::vector<const char*> VyxIconCacheGtkReader::imagesOf(uint32_t entry)
         // the mapping.
         const char* name = m_valid && dir < dirCount ? m_file->string(nameOffset) : nullptr;
         if (!name) {
-            std::fprintf(stderr, "libvyxcore: cache %s read hash item failed\n", m_cachePath.c_str());
+            diag(kLibraryPrefix, "cache %s read hash item failed\n", m_cachePath.c_str());
             m_valid = false;
             return dirs;
         }
@@ -193,9 +196,14 @@ std::vector<const char*> VyxIconCacheGtkReader::imagesOf(uint32_t entry)
 bool VyxIconCacheGtkReader::forEachImage(std::vector<const char*>* dirs,
                                          const std::function<void(const char*, uint16_t, uint16_t)>& visit) const
 {
-    if (!m_valid)
-        return false;
-    const Vyx::detail::ByteView bytes = m_file->view();
+    return m_valid && Vyx::detail::forEachCachedImage(m_file->view(), dirs, visit);
+}
+
+namespace Vyx::detail {
+
+bool forEachCachedImage(const ByteView& bytes, std::vector<const char*>* dirs,
+                        const std::function<void(const char*, uint16_t, uint16_t)>& visit)
+{
     auto u32 = [&](uint64_t offset, uint32_t* out) { return offset % 4 == 0 && bytes.u32(offset, out); };
     uint32_t dirList = 0, dirCount = 0, hashOffset = 0, buckets = 0;
     if (!u32(8, &dirList) || !u32(dirList, &dirCount) || !u32(4, &hashOffset) || !u32(hashOffset, &buckets))
@@ -212,12 +220,12 @@ bool VyxIconCacheGtkReader::forEachImage(std::vector<const char*>* dirs,
         return true;
     // Entries are 12 bytes: the file has room for no more, so a walk that
     // goes on longer runs in a loop.
-    uint64_t budget = m_size / 12;
+    uint64_t budget = bytes.size() / 12;
     for (uint32_t bucket = 0; bucket < buckets; ++bucket) {
         uint32_t entry = 0;
         if (!u32(uint64_t(hashOffset) + 4 + 4 * uint64_t(bucket), &entry))
             return false;
-        for (; entry != 0 && uint64_t(entry) + 12 <= m_size; --budget) {
+        for (; entry != 0 && uint64_t(entry) + 12 <= bytes.size(); --budget) {
             uint32_t nameOffset = 0, images = 0, count = 0, next = 0;
             if (budget == 0 || !u32(uint64_t(entry) + 4, &nameOffset) || !u32(uint64_t(entry) + 8, &images) ||
                 !u32(images, &count) || !u32(entry, &next) || !bytes.contains(uint64_t(images) + 4, 8 * uint64_t(count)))
@@ -238,3 +246,5 @@ bool VyxIconCacheGtkReader::forEachImage(std::vector<const char*>* dirs,
     }
     return true;
 }
+
+}  // namespace Vyx::detail

@@ -3,7 +3,13 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "themes/iconfiles_p.h"
+
+#include "core/dirwalker_p.h"
+#include "core/mappedfile_p.h"
+#include "core/uniquefd_p.h"
+#include "themes/iconcachewalk_p.h"
 #include "themes/icontheme_p.h"
+#include "vyxfileutils.h"
 
 #include <cerrno>
 #include <cstring>
@@ -11,7 +17,6 @@
 #include <deque>
 #include <functional>
 #include <unordered_set>
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -49,22 +54,17 @@ int64_t modificationTime(const struct stat& st)
 
 // Every entry name of the open directory fd (which it closes); false when
 // the directory cannot be read to its end.
-bool readNames(int fd, const std::function<void(std::string_view)>& add)
+bool readNames(UniqueFd fd, const std::function<void(std::string_view)>& add)
 {
-    DIR* dir = fdopendir(fd);
-    if (!dir) {
-        close(fd);
+    DirWalker dir = DirWalker::fromDescriptor(fd.release());
+    if (!dir.isOpen())
         return false;
-    }
     errno = 0;
-    while (struct dirent* entry = readdir(dir)) {
-        if (std::strcmp(entry->d_name, ".") != 0 && std::strcmp(entry->d_name, "..") != 0)
-            add(entry->d_name);
+    while (const dirent* entry = dir.next()) {
+        add(entry->d_name);
         errno = 0;
     }
-    const bool complete = errno == 0;
-    closedir(dir);
-    return complete;
+    return errno == 0;
 }
 
 // Directories known to be missing, so that the dozens of size directories
@@ -88,8 +88,7 @@ public:
         size_t slash = path.rfind('/');
         while (slash != std::string_view::npos && slash > 0) {
             std::string parent(path.substr(0, slash));
-            struct stat st;
-            if (stat(parent.c_str(), &st) == 0)
+            if (fileExists(parent, false))
                 break;
             m_missing.insert(m_names.emplace_back(std::move(parent)));
             slash = path.rfind('/', slash - 1);
@@ -182,9 +181,15 @@ std::shared_ptr<const IconListing> IconListing::read(const std::vector<std::stri
         cachedImages.push_back(
             {name, index, uint8_t((flags & 1 ? kXpmFile : 0) | (flags & 2 ? kSvgFile : 0) | (flags & 4 ? kPngFile : 0))});
     };
-    if (cache && cache->reader && cache->reader->forEachImage(&cacheDirs, collect)) {
+    // The walk maps the cache anew: its time is then that of the bytes
+    // walked, even when the file was replaced since the reader checked it.
+    MappedFile cacheFile;
+    int64_t mappedTime = 0;
+    if (cache && cache->reader && cache->reader->isValid() &&
+        cacheFile.open(cache->themePath + "/icon-theme.cache", &mappedTime) &&
+        forEachCachedImage(cacheFile.view(), &cacheDirs, collect)) {
         listing->m_cacheWalked = true;
-        cacheTime = cache->reader->m_modified;
+        cacheTime = mappedTime;
         themePrefix = cache->themePath + "/";
         for (size_t i = 0; i < cacheDirs.size(); ++i)
             cacheIndex.emplace(themePrefix + cacheDirs[i], uint16_t(i));
@@ -213,8 +218,8 @@ std::shared_ptr<const IconListing> IconListing::read(const std::vector<std::stri
                 continue;
             }
         }
-        const int fd = open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-        if (fd < 0) {
+        UniqueFd fd(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (!fd) {
             if (errno == ENOENT || errno == ENOTDIR) {
                 dir.known = IconListing::kAllKinds;
                 missing.note(path);
@@ -222,14 +227,12 @@ std::shared_ptr<const IconListing> IconListing::read(const std::vector<std::stri
             continue;
         }
         struct stat st;
-        if (fstat(fd, &st) != 0 || modificationTime(st) > now - youngFor) {
-            close(fd);
+        if (fstat(fd.get(), &st) != 0 || modificationTime(st) > now - youngFor)
             continue;  // known = 0: it may be changing under us
-        }
         dir.exists = true;
         dir.mtime = modificationTime(st);
         const size_t hitsBefore = listing->m_hits.size();
-        const bool complete = readNames(fd, [&](std::string_view name) {
+        const bool complete = readNames(std::move(fd), [&](std::string_view name) {
             auto [stem, kind] = splitIconFileName(name);
             listing->add(stem, id, kind, hitsBefore);
         });
@@ -421,8 +424,7 @@ bool IconProbe::directoryExists(uint32_t dir, const std::string& path)
     if (m_listing && dir != kNoDir && m_listing->existenceKnown(dir))
         return m_listing->exists(dir);
     ++t_uncertainChecks;
-    struct stat st;
-    return stat(path.c_str(), &st) == 0;
+    return fileExists(path, false);
 }
 
 }  // namespace Vyx::detail

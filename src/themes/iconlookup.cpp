@@ -4,15 +4,13 @@
 
 #include "themes/icontheme_p.h"
 
+#include "core/diag_p.h"
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
 
 #include <atomic>
 #include <charconv>
-#include <cstdio>
 #include <cstring>
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Vyx::detail {
@@ -41,11 +39,12 @@ const IconContext kIconContexts[12] = {
 
 namespace {
 
+using Vyx::detail::diag;
 using Vyx::detail::iconSwitches;
-
-
-
+using Vyx::detail::iconTrace;
 using Vyx::detail::IconProbe;
+using Vyx::detail::kLibraryPrefix;
+using Vyx::detail::kToolPrefix;
 using Vyx::detail::kPngFile;
 using Vyx::detail::kSvgFile;
 using Vyx::detail::kXpmFile;
@@ -70,9 +69,8 @@ std::string findIconWith(const VyxIconThemeSubdir& subdir, IconProbe& probe, con
     if (!found.empty())
         return found;
     for (size_t k = 0; k < otherPaths.size(); ++k) {
-        if (iconSwitches().debug)
-            std::fprintf(stderr, "libvyxcore: check spreaded icon theme dir/path %s by pid %d\n",
-                         Vyx::concat(otherPaths[k], '/', subdir.path(), '/', iconName).c_str(), int(getpid()));
+        iconTrace(kLibraryPrefix, "check spreaded icon theme dir/path %s/%s/%s by pid %d\n", otherPaths[k].c_str(),
+                  subdir.path().c_str(), iconName, int(getpid()));
         found = image(1 + k, otherPaths[k]);
         if (!found.empty())
             return found;
@@ -146,31 +144,6 @@ std::string VyxIconTheme::CheckFullPath(const char* name, std::string* context)
     return found;
 }
 
-bool VyxIconThemePrivate::rememberedFileExists(const std::string& file, int64_t now)
-{
-    if (now < rootCheckedAt || now - rootCheckedAt >= Vyx::detail::IconFiles::recheckInterval.load()) {
-        rootCheckedAt = now;
-        // The handle must still be the directory the path names: a theme
-        // directory replaced by another is opened anew.
-        struct stat byPath, byHandle;
-        const bool same = rootFd >= 0 && rootPath == path && stat(path.c_str(), &byPath) == 0 &&
-                          fstat(rootFd, &byHandle) == 0 && byPath.st_dev == byHandle.st_dev &&
-                          byPath.st_ino == byHandle.st_ino;
-        if (!same) {
-            if (rootFd >= 0)
-                close(rootFd);
-            rootPath = path;
-            rootFd = open(path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
-        }
-    }
-    // access() walks the path as stat() does without filling a record, and
-    // from the handle only the part below the theme is walked.
-    if (rootFd >= 0 && file.size() > rootPath.size() + 1 && file.compare(0, rootPath.size(), rootPath) == 0 &&
-        file[rootPath.size()] == '/')
-        return faccessat(rootFd, file.c_str() + rootPath.size() + 1, F_OK, AT_EACCESS) == 0;
-    return faccessat(AT_FDCWD, file.c_str(), F_OK, AT_EACCESS) == 0;
-}
-
 std::shared_ptr<IconThemeLayout> VyxIconThemePrivate::fileLayout()
 {
     std::lock_guard<std::mutex> lock(layoutMutex);
@@ -189,6 +162,8 @@ std::shared_ptr<IconThemeLayout> VyxIconThemePrivate::fileLayout()
     if (cacheReader && cacheReader->isValid())
         made->files.setCache({cacheReader.get(), path});
     std::vector<std::string> outside = {"/usr/share/pixmaps", "/usr/share/icons", "/usr/local/share/icons"};
+    // The home's own icons as every desktop installs them there, not under
+    // a data home set elsewhere.
     outside.push_back(GetVyxDir(HomeDir) + "/.local/share/icons");
     for (std::string& dir : outside) {
         const uint32_t id = made->files.add(dir);
@@ -209,7 +184,7 @@ std::string VyxIconThemePrivate::searchThemeCache(IconProbe& probe, const std::s
 {
     if (!cacheReader || !cacheReader->isValid()) {
         if (!g_cacheComplaintMade.exchange(true))
-            std::fprintf(stderr, "libvyxcore: invalid cache of %s\n", path.c_str());
+            diag(kLibraryPrefix, "invalid cache of %s\n", path.c_str());
         return std::string();
     }
     // A name the walk of the whole cache did not meet has no entry: the
@@ -219,7 +194,7 @@ std::string VyxIconThemePrivate::searchThemeCache(IconProbe& probe, const std::s
     std::vector<const char*> dirs = cacheReader->lookup(searchName);
     if (!cacheReader->isValid()) {
         if (!g_cacheComplaintMade.exchange(true))
-            std::fprintf(stderr, "libvyxcore: invalid read cache of %s, empty=%d\n", path.c_str(), dirs.empty() ? 1 : 0);
+            diag(kLibraryPrefix, "invalid read cache of %s, empty=%d\n", path.c_str(), dirs.empty() ? 1 : 0);
         return std::string();
     }
     char prefix[16];
@@ -248,8 +223,7 @@ std::string VyxIconThemePrivate::searchOutOfThemes(IconProbe& probe, const char*
     const size_t length = std::strlen(iconName);
     if (std::strchr(iconName, '.') && (length < 5 || iconName[length - 4] == '.'))
         return std::string();
-    thread_local std::string name;
-    name = iconName;
+    const std::string name = iconName;
     probe.setName(name);
     for (size_t i = 0; i < layout->outOfThemes.size(); ++i) {
         const auto& [dir, id] = layout->outOfThemes[i];
@@ -276,11 +250,9 @@ std::string VyxIconThemePrivate::searchParents(const std::string& searchName, co
             hicolor = &parent;
             continue;
         }
-        if (switches.debug)
-            std::fprintf(stderr,
-                         "vyxcore: icon theme %s failed: getIcon(iconName=%s,iconSize=%d,iconContext=%s) - check in "
-                         "inherited theme %s\n",
-                         name.c_str(), iconName, size, iconContext ? iconContext : "", parent.name().c_str());
+        iconTrace(kToolPrefix,
+                  "icon theme %s failed: getIcon(iconName=%s,iconSize=%d,iconContext=%s) - check in inherited theme %s\n",
+                  name.c_str(), iconName, size, iconContext ? iconContext : "", parent.name().c_str());
         found = parent.getIconPath(searchName.c_str(), size, iconContext);
         if (found.empty())
             continue;
@@ -324,9 +296,9 @@ std::string VyxIconThemePrivate::searchPass(IconProbe& probe, const std::string&
             return found;
     }
     found = searchParents(searchName, iconName, size, iconContext);
-    if (found.empty() && switches.debug)
-        std::fprintf(stderr, "vyxcore: icon theme %s error: getIcon(iconName=%s,iconSize=%d,iconContext=%s)\n",
-                     name.c_str(), iconName, size, iconContext ? iconContext : "");
+    if (found.empty())
+        iconTrace(kToolPrefix, "icon theme %s error: getIcon(iconName=%s,iconSize=%d,iconContext=%s)\n", name.c_str(),
+                  iconName, size, iconContext ? iconContext : "");
     return found;
 }
 
@@ -389,125 +361,146 @@ private:
 
 }  // namespace
 
-std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const char* iconContext)
+namespace {
+
+// The key of a lookup's first pass, in a buffer of the thread's own: most
+// lookups end at it, and a remembered answer then costs no allocation.
+// Valid until the thread's next lookup (a parent's included).
+const std::string& firstPassKey(const char* iconName, int iconSize, int size, const char* iconContext)
 {
-    if (!iconName || !*iconName)
-        return std::string();
-    const Vyx::detail::IconSwitches& switches = iconSwitches();
-    int size = iconSize;
-    if (size < 1) {
-        size = 32;
-        if (switches.debug)
-            std::fprintf(stderr,
-                         "vyxcore: icon theme %s error: getIcon(%s,...) with undefined size requested, 32 will be used\n",
-                         d->themeName.c_str(), iconName);
+    thread_local std::string key;
+    setPassKey(key, iconName, iconSize, size, iconContext);
+    return key;
+}
+
+// A name that is a path, or carries an image extension, is first taken as
+// a file: the answer when it settles the lookup.
+bool answerAsFile(VyxIconTheme& theme, const char* iconName, int size, const char* iconContext, std::string* found)
+{
+    if (std::strchr(iconName, '/')) {
+        *found = VyxIconTheme::CheckFullPath(iconName, nullptr);
+        return true;
     }
-    if (std::strchr(iconName, '/'))
-        return CheckFullPath(iconName, nullptr);
-    if (Vyx::detail::hasImageExtension(iconName)) {
-        std::string found = CheckFullPath(iconName, nullptr);
-        if (!found.empty())
-            return found;
-        std::string bare = iconName;
-        if (Vyx::cutLastSection(bare, '.')) {
-            found = getIconPath(bare.c_str(), size, iconContext);
-            if (!found.empty())
+    if (!Vyx::detail::hasImageExtension(iconName))
+        return false;
+    *found = VyxIconTheme::CheckFullPath(iconName, nullptr);
+    if (!found->empty())
+        return true;
+    std::string bare = iconName;
+    if (Vyx::cutLastSection(bare, '.'))
+        *found = theme.getIconPath(bare.c_str(), size, iconContext);
+    return !found->empty();
+}
+
+}  // namespace
+
+bool VyxIconThemePrivate::readyToSearch(VyxIconTheme& theme)
+{
+    if (loadState == 65535)
+        theme.load();
+    if (!theme.isLoaded())
+        return false;
+    if (path.empty())
+        path = VyxIconTheme::findThemePath(themeName);
+    return !path.empty();
+}
+
+std::string VyxIconThemePrivate::recallPasses(const std::string& askedKey, const char* iconName, int iconSize,
+                                              int size, const char* iconContext, int64_t now, bool* known)
+{
+    // Asked before, and the passes that found nothing would still find
+    // nothing: the answer is that of the first later pass whose key is
+    // remembered, as the passes would reach it, or "" when none found
+    // anything.
+    *known = true;
+    std::string found;
+    const Vyx::detail::IconPathCache::Trail trail = answers.trail(askedKey, Vyx::detail::IconFiles::generation(), now);
+    if (trail.count > 0) {
+        PassSequence pass(iconName, iconSize, size, searchesBigger(), iconSwitches().searchGeneric == 1);
+        std::string key;
+        while (pass.index() + 1 < trail.count && pass.next()) {
+            if (!pass.keyChanged())
+                continue;
+            setPassKey(key, pass.name(), iconSize, pass.size(), iconContext);
+            if (answers.recallExisting(key, path, now, &found))
                 return found;
         }
+        if (!trail.found)
+            return std::string();
+        answers.forgetTrail(askedKey);
     }
+    *known = false;
+    return found;
+}
 
-    if (d->loadState == 65535)
-        load();
-    if (!isLoaded())
-        return std::string();
-    if (d->path.empty())
-        d->path = findThemePath(d->themeName);
-    if (d->path.empty())
-        return std::string();
-
-    // The product's own themes are never searched at a bigger size.
-    auto biggerSizes = [&] { return switches.searchBigger == 1 && !Vyx::startsWith(d->themeName, "vyx"); };
-    const bool cutNames = switches.searchGeneric == 1;
-    const int64_t now = Vyx::detail::iconClockNow();
-    // Most calls end at the first key: it is built without allocating.
-    thread_local std::string firstKey;
-    setPassKey(firstKey, iconName, iconSize, size, iconContext);
-    {
-        std::lock_guard<std::mutex> lock(d->iconCacheMutex);
-        auto cached = d->iconCache.find(firstKey);
-        if (cached != d->iconCache.end()) {
-            // A remembered file that has gone is not searched again.
-            return d->rememberedFileExists(cached->second, now) ? cached->second : std::string();
-        }
-        // Asked before, and the passes that found nothing would still find
-        // nothing: the answer is that of the first later pass whose key is
-        // remembered, as the passes would reach it, or "" when none found
-        // anything.
-        auto trail = d->passTrails.find(firstKey);
-        if (trail != d->passTrails.end()) {
-            const VyxIconThemePrivate::PassTrail& passes = trail->second;
-            if (passes.generation == Vyx::detail::IconFiles::generation() && now >= passes.madeAt &&
-                now - passes.madeAt < Vyx::detail::IconFiles::recheckInterval.load()) {
-                PassSequence pass(iconName, iconSize, size, biggerSizes(), cutNames);
-                thread_local std::string key;
-                while (pass.index() + 1 < passes.count && pass.next()) {
-                    if (!pass.keyChanged())
-                        continue;
-                    setPassKey(key, pass.name(), iconSize, pass.size(), iconContext);
-                    auto answer = d->iconCache.find(key);
-                    if (answer != d->iconCache.end())
-                        return d->rememberedFileExists(answer->second, now) ? answer->second : std::string();
-                }
-                if (!passes.found)
-                    return std::string();
-            }
-            d->passTrails.erase(trail);
-        }
-    }
-
-    std::string askedKey = firstKey;  // the parents' lookups reuse the buffer
-    std::shared_ptr<IconThemeLayout> layout = d->fileLayout();
+std::string VyxIconThemePrivate::search(std::string askedKey, const char* iconName, int iconSize, int size,
+                                        const char* iconContext, int64_t now)
+{
+    std::shared_ptr<IconThemeLayout> layout = fileLayout();
     Vyx::detail::IconProbe probe(layout->files.listing(now));
     const uint64_t generation = Vyx::detail::IconFiles::generation();
     const uint64_t uncertainBefore = IconProbe::uncertainChecks();
-    PassSequence pass(iconName, iconSize, size, biggerSizes(), cutNames);
+    PassSequence pass(iconName, iconSize, size, searchesBigger(), iconSwitches().searchGeneric == 1);
     std::string key, found;  // key: that of the last pass whose key changed
     bool remembered = false, newKey = false;
     while (true) {
         // A bigger pass has the key of the pass before it, which was just
         // found missing.
-        if (newKey) {
-            std::lock_guard<std::mutex> lock(d->iconCacheMutex);
-            auto cached = d->iconCache.find(key);
-            if (cached != d->iconCache.end()) {
-                found = cached->second;
-                remembered = true;
-                break;
-            }
+        if (newKey && answers.recall(key, &found)) {
+            remembered = true;
+            break;
         }
-        found = d->searchPass(probe, pass.name(), iconName, iconSize, pass.size(), iconContext, pass.generic());
+        found = searchPass(probe, pass.name(), iconName, iconSize, pass.size(), iconContext, pass.generic());
         if (!found.empty() || !pass.next())
             break;
         newKey = pass.keyChanged();
         if (newKey)
             setPassKey(key, pass.name(), iconSize, pass.size(), iconContext);
     }
-    if (found.empty() && switches.searchOutOfThemes == 1)
-        found = d->searchOutOfThemes(probe, iconName);
+    if (found.empty() && iconSwitches().searchOutOfThemes == 1)
+        found = searchOutOfThemes(probe, iconName);
 
-    std::lock_guard<std::mutex> lock(d->iconCacheMutex);
-    if (!found.empty() && !remembered) {
-        if (d->iconCache.size() > d->cacheSize)
-            d->iconCache.clear();
-        d->iconCache[key.empty() ? askedKey : key] = found;
-    }
+    if (!found.empty() && !remembered)
+        answers.store(key.empty() ? askedKey : key, found);
     // Only when every check of the passes that found nothing came from a
     // listing: a file the listing does not cover could appear at any time.
     if ((found.empty() || pass.index() > 0) && IconProbe::uncertainChecks() == uncertainBefore &&
-        generation == Vyx::detail::IconFiles::generation()) {
-        if (d->passTrails.size() > d->cacheSize)
-            d->passTrails.clear();
-        d->passTrails[std::move(askedKey)] = {pass.index() + 1, !found.empty(), generation, now};
+        generation == Vyx::detail::IconFiles::generation())
+        answers.storeTrail(std::move(askedKey), {pass.index() + 1, !found.empty()}, generation, now);
+    return !remembered || answers.fileExists(found, path, now) ? found : std::string();
+}
+
+bool VyxIconThemePrivate::searchesBigger() const
+{
+    // The product's own themes are never searched at a bigger size.
+    return iconSwitches().searchBigger == 1 && !Vyx::startsWith(themeName, "vyx");
+}
+
+std::string VyxIconTheme::getIconPath(const char* iconName, int iconSize, const char* iconContext)
+{
+    if (!iconName || !*iconName)
+        return std::string();
+    int size = iconSize;
+    if (size < 1) {
+        size = 32;
+        iconTrace(kToolPrefix, "icon theme %s error: getIcon(%s,...) with undefined size requested, 32 will be used\n",
+                  d->themeName.c_str(), iconName);
     }
-    return !remembered || d->rememberedFileExists(found, now) ? found : std::string();
+    std::string found;
+    if (answerAsFile(*this, iconName, size, iconContext, &found))
+        return found;
+    if (!d->readyToSearch(*this))
+        return std::string();
+
+    const int64_t now = Vyx::detail::iconClockNow();
+    const std::string& firstKey = firstPassKey(iconName, iconSize, size, iconContext);
+    // A remembered file that has gone is not searched again.
+    if (d->answers.recallExisting(firstKey, d->path, now, &found))
+        return found;
+    bool known = false;
+    found = d->recallPasses(firstKey, iconName, iconSize, size, iconContext, now, &known);
+    if (known)
+        return found;
+    // A copy: the parents' lookups reuse the buffer.
+    return d->search(firstKey, iconName, iconSize, size, iconContext, now);
 }

@@ -4,10 +4,12 @@
 
 #include "themes/icontheme_p.h"
 
+#include "core/diag_p.h"
 #include "core/environment_p.h"
 #include "core/ini_p.h"
 #include "core/inireader_p.h"
 #include "core/pathprobe_p.h"
+#include "themes/themesettings_p.h"
 #include "vyxdesktopentry.h"
 #include "vyxdirs.h"
 #include "vyxdisplay.h"
@@ -17,10 +19,10 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace Vyx::detail {
@@ -43,42 +45,39 @@ const IconSwitches& iconSwitches()
     return switches;
 }
 
-bool isDirectory(const std::string& path)
+void iconTrace(const char* prefix, const char* format, ...)
 {
-    struct stat st;
-    return stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
-}
-
-std::string settingsFile(const char* name)
-{
-    const std::string& dir = GetVyxDir(ThemeDir);
-    return dir.empty() ? std::string() : dir + "/" + name;
-}
-
-std::string themeSettingsFile()
-{
-    std::string file = settingsFile("current.themerc");
-    return file.empty() ? file : file + vyxSessionConfigSuffix(whatVyxSession());
-}
-
-std::string themeSetting(const char* key)
-{
-    const std::string file = themeSettingsFile();
-    IniReader ini;
-    return !file.empty() && ini.loadFile(file) ? ini.text("Variables", key) : std::string();
+    if (!iconSwitches().debug)
+        return;
+    va_list arguments;
+    va_start(arguments, format);
+    char line[1024];
+    const int length = std::vsnprintf(line, sizeof line, format, arguments);
+    va_end(arguments);
+    if (length < 0)
+        return;
+    if (size_t(length) < sizeof line) {
+        diag(prefix, "%s", line);
+        return;
+    }
+    // Longer than the buffer (a deep path): formatted again at its size.
+    std::string longer(size_t(length) + 1, '\0');
+    va_start(arguments, format);
+    std::vsnprintf(&longer[0], longer.size(), format, arguments);
+    va_end(arguments);
+    diag(prefix, "%s", longer.c_str());
 }
 
 }  // namespace Vyx::detail
 
 namespace {
 
+using Vyx::detail::diag;
 using Vyx::detail::IniDocument;
 using Vyx::detail::IniReader;
-using Vyx::detail::isDirectory;
+using Vyx::detail::kLibraryPrefix;
 using Vyx::detail::settingsFile;
 using Vyx::detail::themeSettingsFile;
-
-
 
 // The capacity of a theme's path cache from VYX_ICON_THEME_CACHE_SIZE.
 uint32_t cacheSizeFromEnvironment()
@@ -96,7 +95,7 @@ uint32_t cacheSizeFromEnvironment()
     } else if (Vyx::ciEqual(value, "max")) {
         size = 5000;
     }
-    std::fprintf(stderr, "VYX_ICON_THEME_CACHE_SIZE=%s, cache size = %u\n", value, size);
+    diag(nullptr, "VYX_ICON_THEME_CACHE_SIZE=%s, cache size = %u\n", value, size);
     return size;
 }
 
@@ -105,17 +104,26 @@ std::vector<std::string> splitList(const char* text)
     return Vyx::split(text ? text : "", ",;");
 }
 
-std::unique_ptr<VyxIconTheme> g_current, g_currentTray;
+// The themes current() and currentTray() hand out. A theme replaced when
+// the configured name changes is kept, not freed, so that a pointer another
+// thread still holds stays valid; a name changes a few times in a session.
+struct CurrentTheme {
+    VyxIconTheme* theme = nullptr;                     // null: none yet, or none configured
+    std::vector<std::unique_ptr<VyxIconTheme>> made;  // every theme handed out, the current one last
+};
+std::mutex g_currentMutex;
+CurrentTheme g_current, g_currentTray;  // guarded by g_currentMutex
 
-VyxIconTheme* currentOf(std::unique_ptr<VyxIconTheme>& slot, const std::string& name, bool forceLoad)
+VyxIconTheme* currentOf(CurrentTheme& slot, const std::string& name, bool forceLoad)
 {
-    if (slot && slot->themeName() != name)
-        slot.reset();
-    if (!slot && !name.empty())
-        slot.reset(new VyxIconTheme(name, "", false));
-    if (forceLoad && slot && !slot->isLoaded())
-        slot->load();
-    return slot.get();
+    std::lock_guard<std::mutex> lock(g_currentMutex);
+    if (slot.theme && slot.theme->themeName() != name)
+        slot.theme = nullptr;
+    if (!slot.theme && !name.empty())
+        slot.theme = slot.made.emplace_back(new VyxIconTheme(name, "", false)).get();
+    if (forceLoad && slot.theme && !slot.theme->isLoaded())
+        slot.theme->load();
+    return slot.theme;
 }
 
 }  // namespace
@@ -159,11 +167,7 @@ void VyxIconThemeSubdir::setType(std::string type)
 
 VyxIconThemePrivate::VyxIconThemePrivate() : languages(GetLangPref()), cacheSize(cacheSizeFromEnvironment()) {}
 
-VyxIconThemePrivate::~VyxIconThemePrivate()
-{
-    if (rootFd >= 0)
-        close(rootFd);
-}
+VyxIconThemePrivate::~VyxIconThemePrivate() = default;
 
 std::string VyxIconThemePrivate::localizedParameter(const IniReader& ini, int group, const char* key) const
 {
@@ -234,7 +238,7 @@ bool VyxIconTheme::load()
     if (d->path.empty())
         d->path = findThemePath(d->themeName);
     if (d->path.empty()) {
-        std::fprintf(stderr, "libvyxcore: failed to load %s\n", d->path.c_str());
+        diag(kLibraryPrefix, "failed to load %s\n", d->path.c_str());
         return false;
     }
     // Themes that inherit each other through others (A, B, then A again)
@@ -252,13 +256,13 @@ bool VyxIconTheme::load()
     const std::string indexFile = d->path + "/index.theme";
     IniReader ini;
     if (!ini.loadFile(indexFile)) {
-        std::fprintf(stderr, "libvyxcore: failed to read %s\n", indexFile.c_str());
+        diag(kLibraryPrefix, "failed to read %s\n", indexFile.c_str());
         return false;
     }
     const int main = ini.group(VyxIconThemePrivate::mainSectionName());
     const char* name = ini.value(main, "Name");
     if (!name || !*name) {
-        std::fprintf(stderr, "libvyxcore: failed to read name of %s\n", indexFile.c_str());
+        diag(kLibraryPrefix, "failed to read name of %s\n", indexFile.c_str());
         result = false;
     } else {
         d->name = name;
@@ -383,16 +387,17 @@ std::vector<std::string> VyxIconTheme::GetThemesSearchDirs()
         if (!home.empty())
             add(home + "/.icons");
         // Kept on purpose: "/.icons" under a data home that is set, not "/icons".
-        if (const char* dataHome = Vyx::detail::envValue("XDG_DATA_HOME"))
-            add(std::string(dataHome) + "/.icons");
-        else
-            add(home + "/.local/share/icons");
-        if (const char* dataDirs = Vyx::detail::envValue("XDG_DATA_DIRS")) {
-            for (const std::string& dir : Vyx::split(dataDirs, ":"))
-                add(dir + "/icons");
+        const bool dataHomeSet = Vyx::detail::envValue("XDG_DATA_HOME") != nullptr;
+        add(Vyx::detail::userDataHome() + (dataHomeSet ? "/.icons" : "/icons"));
+        for (const std::string& dir : Vyx::detail::xdgDataDirList())
+            add(dir + "/icons");
+        // The two system directories come again after a list that was set,
+        // so a theme there is found (and counted) in both places; without
+        // a list they are the list.
+        if (Vyx::detail::envValue("XDG_DATA_DIRS")) {
+            add("/usr/local/share/icons");
+            add("/usr/share/icons");
         }
-        add("/usr/local/share/icons");
-        add("/usr/share/icons");
         add("/usr/share/pixmaps");
     });
     return dirs;
@@ -466,7 +471,7 @@ std::string VyxIconTheme::getCurrentTrayThemeName(const std::string& colorHint)
         return std::string();
     IniReader ini;
     if (!ini.loadFile(file)) {
-        std::fprintf(stderr, "libvyxcore: can't read vyx-wm settings '%s'!\n", file.c_str());
+        diag(kLibraryPrefix, "can't read vyx-wm settings '%s'!\n", file.c_str());
         return std::string();
     }
     std::string use = ini.text("Variables", "UseTrayIconTheme");
@@ -484,7 +489,7 @@ std::string VyxIconTheme::getCurrentTrayThemeName(const std::string& colorHint)
                 const char* primary = palette.value("Variables", "PrimaryColor");
                 panel = primary ? primary : "#5682a3";
             } else {
-                std::fprintf(stderr, "libvyxcore: can't read vyx-wm settings '%s'!\n", paletteFile.c_str());
+                diag(kLibraryPrefix, "can't read vyx-wm settings '%s'!\n", paletteFile.c_str());
                 panel.clear();
             }
         }

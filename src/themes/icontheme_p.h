@@ -6,6 +6,7 @@
 #define VYXCORE_ICONTHEME_P_H
 
 #include "themes/iconfiles_p.h"
+#include "themes/iconpathcache_p.h"
 #include "vyxicontheme.h"
 
 #include <cstdint>
@@ -31,18 +32,9 @@ struct IconSwitches {
 };
 const IconSwitches& iconSwitches();
 
-bool isDirectory(const std::string& path);
-
-// The file called name in the user's theme-settings directory; empty when
-// there is none.
-std::string settingsFile(const char* name);
-// The theme settings shared by the icon and sound themes: "current.themerc"
-// with the session's configuration suffix, so that each kind of session
-// keeps its own choice. Empty when there is no settings directory.
-std::string themeSettingsFile();
-// The value of key in group "Variables" of themeSettingsFile(); empty when
-// the file or the key is missing.
-std::string themeSetting(const char* key);
+// Writes one line of the VYX_ICON_DEBUG trace, which tells what every
+// lookup tries; nothing when the trace is off.
+void iconTrace(const char* prefix, const char* format, ...) __attribute__((format(printf, 2, 3)));
 
 // The image extensions an icon name may carry, in the order they are
 // recognised.
@@ -108,29 +100,9 @@ public:
     std::vector<std::string> languages;
     uint16_t loadState = 65535;  // 65535 never loaded, 0 failed early, 1 loaded
     uint32_t cacheSize = 2000;
-    // Found icon paths by "name-size-context"; emptied whole when it
-    // outgrows cacheSize.
-    std::unordered_map<std::string, std::string> iconCache;
-    std::mutex iconCacheMutex;
+    // The answers of getIconPath, with their own mutex.
+    Vyx::detail::IconPathCache answers{cacheSize};
     std::unique_ptr<VyxIconCacheGtkReader> cacheReader;
-    // Names found only by a later pass (bigger, shorter) or not at all: how
-    // many passes the lookup made, so that asking again skips the passes
-    // that found nothing, for as long as the listings they searched hold.
-    // The path cache itself keeps only found paths, by the key of the pass
-    // that found them.
-    struct PassTrail {
-        int count = 0;
-        bool found = false;  // the last pass found the answer
-        uint64_t generation = 0;
-        int64_t madeAt = 0;
-    };
-    std::unordered_map<std::string, PassTrail> passTrails;  // guarded by iconCacheMutex
-    // An open handle of the theme directory, to check remembered files
-    // with a shorter walk; compared with path again once per recheck
-    // interval. Guarded by iconCacheMutex.
-    int rootFd = -1;
-    std::string rootPath;
-    int64_t rootCheckedAt = 0;
     std::shared_ptr<IconThemeLayout> layout;     // made by the first lookup
     std::mutex layoutMutex;
 
@@ -139,12 +111,21 @@ public:
     // The first non-empty key[language] of section, in language order.
     std::string localizedParameter(const Vyx::detail::IniReader& ini, int group, const char* key) const;
 
-    // Whether a remembered file still exists (iconCacheMutex held).
-    bool rememberedFileExists(const std::string& file, int64_t now);
     std::shared_ptr<IconThemeLayout> fileLayout();
     // Forgets the layout after the path or the directories changed.
     void resetLayout();
 
+    // The steps of getIconPath after its guard. Loads the theme when it
+    // was never loaded; false when there is nothing to search.
+    bool readyToSearch(VyxIconTheme& theme);
+    // The answer of a lookup whose passes are remembered, with *known set;
+    // *known false when the lookup must search.
+    std::string recallPasses(const std::string& askedKey, const char* iconName, int iconSize, int size,
+                             const char* iconContext, int64_t now, bool* known);
+    // Runs the passes, remembers what they found and returns it.
+    std::string search(std::string askedKey, const char* iconName, int iconSize, int size, const char* iconContext,
+                       int64_t now);
+    bool searchesBigger() const;
     // One search pass of getIconPath; empty when it finds nothing.
     std::string searchPass(Vyx::detail::IconProbe& probe, const std::string& searchName, const char* iconName,
                            int iconSize, int size, const char* iconContext, bool generic);

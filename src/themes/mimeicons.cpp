@@ -7,6 +7,8 @@
 
 #include "themes/icontheme_p.h"
 
+#include "core/diag_p.h"
+
 #include "vyxdesktopentry.h"
 #include "vyxmime.h"
 #include "vyxstrings.h"
@@ -163,9 +165,9 @@ std::string VyxIconTheme::getMimeIconPath(const char* mime, int size)
         if (slash != std::string::npos)
             found = getIconPath((media.substr(0, slash) + "-x-generic").c_str(), size, "MimeTypes");
     }
-    if (found.empty() && Vyx::detail::iconSwitches().debug)
-        std::fprintf(stderr, "vyxcore: icon theme %s error: getMimeIcon(mimeName=%s,iconSize=%d)\n",
-                     d->themeName.c_str(), mime, size);
+    if (found.empty())
+        Vyx::detail::iconTrace(Vyx::detail::kToolPrefix, "icon theme %s error: getMimeIcon(mimeName=%s,iconSize=%d)\n",
+                               d->themeName.c_str(), mime, size);
     return found;
 }
 

@@ -4,9 +4,10 @@
 
 #include "themes/soundtheme_p.h"
 
+#include "core/diag_p.h"
 #include "core/inireader_p.h"
 #include "core/pathprobe_p.h"
-#include "themes/icontheme_p.h"
+#include "themes/themesettings_p.h"
 #include "vyxdesktopentry.h"
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
@@ -92,7 +93,7 @@ void VyxSoundThemePrivate::addThemes(const std::string& root, std::vector<Search
         if (theme.path.empty())
             continue;
         if (!readIndex(theme.path, &theme.index)) {
-            std::fprintf(stderr, "libvyxcore: failed to read %s/index.theme\n", theme.path.c_str());
+            Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "failed to read %s/index.theme\n", theme.path.c_str());
             continue;
         }
         theme.themeName = themeName;

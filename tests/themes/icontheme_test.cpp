@@ -14,6 +14,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <thread>
 #include <unistd.h>
 
@@ -231,6 +232,35 @@ TEST(CurrentThemes, SettingsFileAndTrayColours)
     world.writeFile("home/.vyx/theme/current.themerc", "[Variables]\nUseTrayIconTheme=FALSE\n");
     EXPECT_EQ(VyxIconTheme::getCurrentTrayThemeName(""), "");
     EXPECT_EQ(VyxIconTheme::currentTray(Vyx::tagged_bool<ForceLoad_tag>(false), ""), nullptr);
+}
+
+// While the configured theme changes, threads asking for the current theme
+// each get one that lives on and names a configured theme.
+TEST(CurrentThemes, ThreadsAskingWhileTheNameChanges)
+{
+    TempHome world;
+    const std::string settings = world.path("home/.vyx/theme/current.themerc");
+    world.writeFile("home/.vyx/theme/current.themerc", "[Variables]\nIconTheme=first\n");
+    std::vector<std::thread> threads;
+    std::vector<int> wrong(3, 0);
+    for (int t = 0; t < 3; ++t) {
+        threads.emplace_back([&, t] {
+            for (int round = 0; round < 300; ++round) {
+                VyxIconTheme* theme = VyxIconTheme::current(Vyx::tagged_bool<ForceLoad_tag>(false));
+                if (t == 0) {
+                    // Swapped in whole, so a read sees one name or the other.
+                    world.writeFile("home/.vyx/theme/next", round % 2 ? "[Variables]\nIconTheme=first\n"
+                                                                       : "[Variables]\nIconTheme=second\n");
+                    std::rename(world.path("home/.vyx/theme/next").c_str(), settings.c_str());
+                }
+                const std::string name = theme ? theme->themeName() : std::string();
+                wrong[t] += name != "first" && name != "second";
+            }
+        });
+    }
+    for (std::thread& thread : threads)
+        thread.join();
+    EXPECT_EQ(wrong, std::vector<int>(3, 0));
 }
 
 TEST(InstalledThemes, HicolorAndAdwaitaAnswer)

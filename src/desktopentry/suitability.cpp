@@ -23,12 +23,6 @@ const char* const kProgramDirs[6] = {"/usr/bin/", "/usr/local/bin/", "/usr/games
 
 namespace {
 
-bool pathExists(const char* path)
-{
-    struct stat st;
-    return stat(path, &st) == 0;
-}
-
 // The kiosk entries: filled once there are any, retried while empty.
 std::mutex g_kioskMutex;
 std::vector<std::string> g_kioskEntries;
@@ -80,7 +74,7 @@ bool passesKioskWhitelist(const VyxDesktopEntry& entry)
     if (match.empty())
         return false;
     const std::string& file = entry.filePath();
-    if (file.size() >= 8 && pathExists((file.substr(0, file.size() - 8) + "-kiosk.desktop").c_str()))
+    if (file.size() >= 8 && fileExists(file.substr(0, file.size() - 8) + "-kiosk.desktop", false))
         return false;
     VyxDesktopEntry kiosk(match);
     return kiosk.isLoaded() && sameProgram(kiosk.exec(), entry.exec());
@@ -106,7 +100,7 @@ const SessionFacts& sessionFacts()
     std::call_once(once, [] {
         if (const char* name = vyxSessionName())
             facts.sessionName = name;
-        facts.plasmaPresent = pathExists("/usr/bin/plasmashell");
+        facts.plasmaPresent = fileExists("/usr/bin/plasmashell", false);
         facts.kiosk = isVyxKioskSession();
     });
     return facts;
@@ -345,7 +339,7 @@ bool VyxDesktopEntry::isSuitable(SuitableCode* code) const
         return false;
     }
     std::string origin = getUnknownValue("X-Vyx-OriginFile");
-    if (!origin.empty() && !pathExists(origin.c_str())) {
+    if (!origin.empty() && !fileExists(origin, false)) {
         setCode(code, SuitableOriginFileMissing);
         return false;
     }

@@ -6,6 +6,7 @@
 
 #include "core/readfile_p.h"
 #include "core/textlines_p.h"
+#include "desktopentry/mimealiases_p.h"
 
 #include "vyxstrings.h"
 
@@ -157,10 +158,8 @@ void MimeTextRules::readGlobs(FILE* file, bool oldFormat)
 
 void MimeTextRules::readAliases(FILE* file)
 {
-    eachLine(file, [&](const std::string& line) {
-        std::string::size_type blank = line.find(' ');
-        if (blank != std::string::npos)
-            aliases.emplace_back(line.substr(0, blank), line.substr(blank + 1));
+    forEachMimeAlias(file, [this](std::string alias, std::string canonical) {
+        aliases.emplace_back(std::move(alias), std::move(canonical));
     });
 }
 
@@ -196,13 +195,8 @@ void MimeTextRules::readIcons(FILE* file, bool generic)
     });
 }
 
-bool MimeTextRules::readMagic(FILE* file)
+bool MimeTextRules::readMagic(const std::string& data)
 {
-    std::string data;
-    char chunk[65536];
-    size_t n;
-    while ((n = std::fread(chunk, 1, sizeof chunk, file)) > 0)
-        data.append(chunk, n);
     static const char kHeader[] = "MIME-Magic\0\n";
     if (data.size() < 12 || std::memcmp(data.data(), kHeader, 12) != 0)
         return false;
@@ -263,10 +257,9 @@ void MimeTextRules::readDirectory(const std::string& dir)
             std::fclose(f);
         }
     }
-    if (FILE* f = Vyx::detail::fopenRegularFile((dir + "/magic").c_str())) {
-        readMagic(f);
-        std::fclose(f);
-    }
+    std::string magicData;
+    if (readRegularFile((dir + "/magic").c_str(), magicData))
+        readMagic(magicData);
 }
 
 }  // namespace Vyx::detail

@@ -31,7 +31,7 @@ std::vector<std::string> kioskEntries()
 {
     std::lock_guard<std::mutex> lock(g_kioskMutex);
     if (g_kioskEntries.empty()) {
-        if (const char* dir = std::getenv("VYX_KIOSK_CONFIG_DIR"))
+        if (const char* dir = envValue("VYX_KIOSK_CONFIG_DIR"))
             GetFileList(&g_kioskEntries, dir, 3, "*.desktop", Vyx::tagged_bool<FilesOnly_tag>(true));
     }
     return g_kioskEntries;
@@ -111,7 +111,9 @@ const UserFacts& userFacts()
     static UserFacts facts;
     static std::once_flag once;
     std::call_once(once, [] {
-        facts.noAdminCheck = std::getenv("VYX_NO_ADMIN_CHECK") != nullptr;  // set at all
+        // Switches on when set at all, even empty: not envValue, which reads
+        // an empty value as unset.
+        facts.noAdminCheck = std::getenv("VYX_NO_ADMIN_CHECK") != nullptr;
         facts.root = isUserRoot();
         facts.administrator = isUserInGroup("orvel-admin");
         struct stat st;
@@ -123,7 +125,7 @@ const UserFacts& userFacts()
 
 bool tryExecOnly()
 {
-    static const bool only = std::getenv("VYX_CHECK_TRYEXEC_ONLY") != nullptr;
+    static const bool only = std::getenv("VYX_CHECK_TRYEXEC_ONLY") != nullptr;  // set at all, as above
     return only;
 }
 
@@ -133,7 +135,7 @@ bool isForSession(const VyxDesktopEntry& entry, const SessionFacts& facts, Displ
         *code = VyxDesktopEntry::Displayable;
     const std::vector<std::string>& onlyShowIn = entry.onlyShowIn();
     if (facts.kiosk) {
-        const char* dir = std::getenv("VYX_KIOSK_CONFIG_DIR");
+        const char* dir = envValue("VYX_KIOSK_CONFIG_DIR");
         bool madeForKiosk = false;
         for (const std::string& item : onlyShowIn)
             madeForKiosk = madeForKiosk || Vyx::ciEqual(item, "vyx-kiosk") || Vyx::ciEqual(item, "vyx-tablet-kiosk");

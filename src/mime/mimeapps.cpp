@@ -8,8 +8,8 @@
 
 #include "core/environment_p.h"
 #include "core/inireader_p.h"
-#include "vyxdirs.h"
 #include "vyxfileutils.h"
+#include "vyxstrings.h"
 #include "vyxsession.h"
 
 #include <map>

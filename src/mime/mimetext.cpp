@@ -38,6 +38,19 @@ void eachLine(FILE* file, Visit visit)
     });
 }
 
+// Hands the regular file at path to read and closes it again; false when
+// there is no such file.
+template <typename Read>
+bool readTextFile(const std::string& path, Read read)
+{
+    FILE* file = fopenRegularFile(path.c_str());
+    if (!file)
+        return false;
+    read(file);
+    std::fclose(file);
+    return true;
+}
+
 // Parses one matchlet line of a magic file from p (bounded by end).
 bool parseMatchlet(const char*& p, const char* end, int* indent, Matchlet* m)
 {
@@ -236,27 +249,14 @@ bool MimeTextRules::readMagic(const std::string& data)
 
 void MimeTextRules::readDirectory(const std::string& dir)
 {
-    if (FILE* f = Vyx::detail::fopenRegularFile((dir + "/globs2").c_str())) {
-        readGlobs(f, false);
-        std::fclose(f);
-    } else if (FILE* old = Vyx::detail::fopenRegularFile((dir + "/globs").c_str())) {
-        readGlobs(old, true);
-        std::fclose(old);
-    }
-    const std::pair<const char*, void (MimeTextRules::*)(FILE*)> plain[] = {
-        {"/aliases", &MimeTextRules::readAliases}, {"/subclasses", &MimeTextRules::readSubclasses}};
-    for (const auto& [name, reader] : plain) {
-        if (FILE* f = Vyx::detail::fopenRegularFile((dir + name).c_str())) {
-            (this->*reader)(f);
-            std::fclose(f);
-        }
-    }
-    for (bool generic : {false, true}) {
-        if (FILE* f = Vyx::detail::fopenRegularFile((dir + (generic ? "/generic-icons" : "/icons")).c_str())) {
-            readIcons(f, generic);
-            std::fclose(f);
-        }
-    }
+    // "globs" is the older form of "globs2": read only where there is no
+    // "globs2", as the same patterns would otherwise count twice.
+    if (!readTextFile(dir + "/globs2", [this](FILE* f) { readGlobs(f, false); }))
+        readTextFile(dir + "/globs", [this](FILE* f) { readGlobs(f, true); });
+    readTextFile(dir + "/aliases", [this](FILE* f) { readAliases(f); });
+    readTextFile(dir + "/subclasses", [this](FILE* f) { readSubclasses(f); });
+    readTextFile(dir + "/icons", [this](FILE* f) { readIcons(f, false); });
+    readTextFile(dir + "/generic-icons", [this](FILE* f) { readIcons(f, true); });
     std::string magicData;
     if (readRegularFile((dir + "/magic").c_str(), magicData))
         readMagic(magicData);

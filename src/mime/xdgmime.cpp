@@ -7,7 +7,6 @@
 
 #include "core/environment_p.h"
 #include "core/uniquefd_p.h"
-#include "vyxdirs.h"
 #include "vyxmime.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 // The per-user MIME cache file reader and the aliases reader on any bytes.
-#include "desktopentry/catalogue_p.h"
+#include "desktopentry/mimealiases_p.h"
 #include "mime/mimecache_p.h"
 
 #include <cstdint>

@@ -38,10 +38,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         rules.readIcons(f, true);
         std::fclose(f);
     }
-    if (FILE* f = open(magic)) {
-        rules.readMagic(f);
-        std::fclose(f);
-    }
+    rules.readMagic(magic);
     Vyx::detail::MimeDatabase db;
     db.addRules(rules);
     db.matchName(text.c_str());

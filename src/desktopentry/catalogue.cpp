@@ -4,17 +4,15 @@
 
 #include "desktopentry/catalogue_p.h"
 
-#include "core/readfile_p.h"
 #include "core/environment_p.h"
 #include "core/privatefile_p.h"
+#include "desktopentry/mimealiases_p.h"
 #include "vyxdesktopentry.h"
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
 
 #include <algorithm>
-#include <cstring>
 #include <mutex>
-#include <string_view>
 
 namespace Vyx::detail {
 
@@ -22,7 +20,6 @@ namespace {
 
 std::once_flag g_once;
 std::vector<std::string> g_appDirs;
-AliasTable g_aliases;
 std::string g_cachePath;
 
 void addOnce(std::vector<std::string>& list, const std::string& dir)
@@ -34,20 +31,14 @@ void addOnce(std::vector<std::string>& list, const std::string& dir)
 
 void build()
 {
-    std::string dataHome = envString("XDG_DATA_HOME");
     std::string home = GetVyxDir(HomeDir);
-    // The user's own application directories: under the data home, unless it
-    // is one of the system's data directories.
-    static const char* const userDirs[][2] = {
-        {"/.local/share/applications", "/applications"},
-        {"/.local/share/snapd/desktop/applications", "/snapd/desktop/applications"},
-        {"/.local/share/flatpak/exports/share/applications", "/flatpak/exports/share/applications"},
-    };
-    for (const auto& dirs : userDirs) {
-        if (dataHome.empty() && !home.empty())
-            addOnce(g_appDirs, home + dirs[0]);
-        else if (!dataHome.empty() && dataHome != "/usr/share" && dataHome != "/usr/local/share")
-            addOnce(g_appDirs, dataHome + dirs[1]);
+    // The user's own application directories: under the data home, unless
+    // it is one of the system's data directories, which keep their own place
+    // after the user's.
+    const std::string dataHome = userDataHome();
+    if (!dataHome.empty() && dataHome != "/usr/share" && dataHome != "/usr/local/share") {
+        for (const char* dir : {"/applications", "/snapd/desktop/applications", "/flatpak/exports/share/applications"})
+            addOnce(g_appDirs, dataHome + dir);
     }
     for (const std::string& dir : xdgDataDirs("applications"))
         addOnce(g_appDirs, dir);
@@ -55,48 +46,12 @@ void build()
                             "/var/lib/snapd/desktop/applications", "/var/lib/flatpak/exports/share/applications"})
         addOnce(g_appDirs, dir);
 
-    if (FILE* file = Vyx::detail::fopenRegularFile("/usr/share/mime/aliases")) {
-        g_aliases = readAliases(file);
-        std::fclose(file);
-    }
+    loadMimeAliasTable();
 
     g_cachePath = chooseMimeCachePath(envString("XDG_RUNTIME_DIR"), envString("XDG_CACHE_HOME"), home);
 }
 
 }  // namespace
-
-AliasTable readAliases(FILE* file)
-{
-    AliasTable table;
-    char buffer[4096];
-    std::string longLine;
-    while (std::fgets(buffer, sizeof buffer, file)) {
-        size_t length = std::strlen(buffer);
-        const char* line = buffer;
-        if (length == sizeof buffer - 1 && buffer[length - 1] != '\n' && !std::feof(file)) {
-            longLine.append(buffer, length);  // a long line arrives in pieces
-            continue;
-        }
-        if (!longLine.empty()) {
-            longLine.append(buffer, length);
-            line = longLine.c_str();
-            length = longLine.size();
-        }
-        if (length && line[length - 1] == '\n')
-            --length;
-        if (length && line[0] != '!' && line[0] != '#') {
-            std::string_view text(line, length);
-            std::string_view::size_type gap = text.find_first_of(" \t");
-            if (gap != std::string_view::npos) {
-                std::string_view::size_type canonical = text.find_first_not_of(" \t", gap);
-                table.emplace_back(canonical == std::string_view::npos ? std::string() : std::string(text.substr(canonical)),
-                                   std::string(text.substr(0, gap)));
-            }
-        }
-        longLine.clear();
-    }
-    return table;
-}
 
 std::string chooseMimeCachePath(const std::string& runtimeDir, const std::string& cacheHome, const std::string& home)
 {
@@ -110,12 +65,6 @@ std::string chooseMimeCachePath(const std::string& runtimeDir, const std::string
                        : !home.empty() && home[0] == '/'          ? home + "/.cache"
                                                                   : std::string();
     return base.empty() ? std::string() : base + "/vyx/.vyx-mime-desktop.tbl";
-}
-
-const AliasTable& mimeAliasTable()
-{
-    FillDesktopEntriesDirArray();
-    return g_aliases;
 }
 
 const std::string& mimeCachePath()

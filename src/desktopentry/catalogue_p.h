@@ -2,22 +2,18 @@
 //
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
+// Internal interface of desktopentry, open to mime and shell.
+//
+// Where the catalogue keeps the per-user cache of which installed
+// application takes which MIME type: the catalogue decides it once with the
+// application directories, the MIME side reads and writes the file.
+
 #ifndef VYXCORE_CATALOGUE_P_H
 #define VYXCORE_CATALOGUE_P_H
 
-#include <cstdio>
 #include <string>
-#include <utility>
-#include <vector>
 
 namespace Vyx::detail {
-
-// The MIME alias table: (canonical type, alias) pairs in file order.
-using AliasTable = std::vector<std::pair<std::string, std::string>>;
-
-// Reads "aliases" lines ("alias canonical"); comments, blank lines and lines
-// without a separator are skipped.
-AliasTable readAliases(FILE* file);
 
 // The per-user cache file of installed applications: in runtimeDir when it
 // is absolute and a directory of the user's own that no one else can write,
@@ -26,9 +22,9 @@ AliasTable readAliases(FILE* file);
 // Empty when there is no such place: then no cache file is used.
 std::string chooseMimeCachePath(const std::string& runtimeDir, const std::string& cacheHome, const std::string& home);
 
-// The catalogue's process-wide state, built by FillDesktopEntriesDirArray.
-const AliasTable& mimeAliasTable();
-const std::string& mimeCachePath();  // empty: no cache file
+// The cache file's path as the catalogue's one-time build
+// (FillDesktopEntriesDirArray) chose it; empty: no cache file.
+const std::string& mimeCachePath();
 
 }  // namespace Vyx::detail
 

@@ -5,6 +5,8 @@
 #ifndef VYXCORE_DESKTOPID_P_H
 #define VYXCORE_DESKTOPID_P_H
 
+// Internal interface of desktopentry, open to mime and shell.
+//
 // Desktop-file ids: the name other programs use for an installed
 // application, its path below an application directory with "/" written as
 // "-" ("kde/viewer.desktop" is "kde-viewer.desktop").

@@ -8,8 +8,9 @@
 
 #include "vyxdesktopentry.h"
 
+#include "core/diag_p.h"
+
 #include <cctype>
-#include <cstdio>
 #include <cstring>
 #include <unistd.h>
 
@@ -27,7 +28,7 @@ bool refuse(std::string* error, const std::string& reason)
     if (error)
         *error = reason;
     else
-        std::fprintf(stderr, "libvyxcore: invalid Exec: %s\n", reason.c_str());
+        Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "invalid Exec: %s\n", reason.c_str());
     return false;
 }
 

@@ -7,9 +7,8 @@
 
 #include "vyxdesktopentry.h"
 
+#include "core/diag_p.h"
 #include "core/spawn_p.h"
-
-#include <cstdio>
 
 namespace {
 
@@ -18,7 +17,7 @@ int refuse(std::string* error, const std::string& reason)
     if (error)
         *error = reason;
     else
-        std::fprintf(stderr, "libvyxcore: %s\n", reason.c_str());
+        Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "%s\n", reason.c_str());
     return -1;
 }
 

@@ -23,12 +23,6 @@ const char* const kProgramDirs[6] = {"/usr/bin/", "/usr/local/bin/", "/usr/games
 
 namespace {
 
-bool pathExists(const char* path)
-{
-    struct stat st;
-    return stat(path, &st) == 0;
-}
-
 // The kiosk entries: filled once there are any, retried while empty.
 std::mutex g_kioskMutex;
 std::vector<std::string> g_kioskEntries;
@@ -37,7 +31,7 @@ std::vector<std::string> kioskEntries()
 {
     std::lock_guard<std::mutex> lock(g_kioskMutex);
     if (g_kioskEntries.empty()) {
-        if (const char* dir = std::getenv("VYX_KIOSK_CONFIG_DIR"))
+        if (const char* dir = envValue("VYX_KIOSK_CONFIG_DIR"))
             GetFileList(&g_kioskEntries, dir, 3, "*.desktop", Vyx::tagged_bool<FilesOnly_tag>(true));
     }
     return g_kioskEntries;
@@ -80,7 +74,7 @@ bool passesKioskWhitelist(const VyxDesktopEntry& entry)
     if (match.empty())
         return false;
     const std::string& file = entry.filePath();
-    if (file.size() >= 8 && pathExists((file.substr(0, file.size() - 8) + "-kiosk.desktop").c_str()))
+    if (file.size() >= 8 && fileExists(file.substr(0, file.size() - 8) + "-kiosk.desktop", false))
         return false;
     VyxDesktopEntry kiosk(match);
     return kiosk.isLoaded() && sameProgram(kiosk.exec(), entry.exec());
@@ -106,7 +100,7 @@ const SessionFacts& sessionFacts()
     std::call_once(once, [] {
         if (const char* name = vyxSessionName())
             facts.sessionName = name;
-        facts.plasmaPresent = pathExists("/usr/bin/plasmashell");
+        facts.plasmaPresent = fileExists("/usr/bin/plasmashell", false);
         facts.kiosk = isVyxKioskSession();
     });
     return facts;
@@ -117,7 +111,9 @@ const UserFacts& userFacts()
     static UserFacts facts;
     static std::once_flag once;
     std::call_once(once, [] {
-        facts.noAdminCheck = std::getenv("VYX_NO_ADMIN_CHECK") != nullptr;  // set at all
+        // Switches on when set at all, even empty: not envValue, which reads
+        // an empty value as unset.
+        facts.noAdminCheck = std::getenv("VYX_NO_ADMIN_CHECK") != nullptr;
         facts.root = isUserRoot();
         facts.administrator = isUserInGroup("orvel-admin");
         struct stat st;
@@ -129,7 +125,7 @@ const UserFacts& userFacts()
 
 bool tryExecOnly()
 {
-    static const bool only = std::getenv("VYX_CHECK_TRYEXEC_ONLY") != nullptr;
+    static const bool only = std::getenv("VYX_CHECK_TRYEXEC_ONLY") != nullptr;  // set at all, as above
     return only;
 }
 
@@ -139,7 +135,7 @@ bool isForSession(const VyxDesktopEntry& entry, const SessionFacts& facts, Displ
         *code = VyxDesktopEntry::Displayable;
     const std::vector<std::string>& onlyShowIn = entry.onlyShowIn();
     if (facts.kiosk) {
-        const char* dir = std::getenv("VYX_KIOSK_CONFIG_DIR");
+        const char* dir = envValue("VYX_KIOSK_CONFIG_DIR");
         bool madeForKiosk = false;
         for (const std::string& item : onlyShowIn)
             madeForKiosk = madeForKiosk || Vyx::ciEqual(item, "vyx-kiosk") || Vyx::ciEqual(item, "vyx-tablet-kiosk");
@@ -345,7 +341,7 @@ bool VyxDesktopEntry::isSuitable(SuitableCode* code) const
         return false;
     }
     std::string origin = getUnknownValue("X-Vyx-OriginFile");
-    if (!origin.empty() && !pathExists(origin.c_str())) {
+    if (!origin.empty() && !fileExists(origin, false)) {
         setCode(code, SuitableOriginFileMissing);
         return false;
     }

@@ -10,7 +10,9 @@
 #include "core/privatefile_p.h"
 #include "core/readfile_p.h"
 #include "core/textlines_p.h"
+#include "core/uniquefd_p.h"
 #include "desktopentry/catalogue_p.h"
+#include "desktopentry/mimealiases_p.h"
 #include "vyxfileutils.h"
 #include "vyxmime.h"
 
@@ -168,7 +170,8 @@ constexpr off_t kMaxCacheFileSize = 256 << 20;
 bool readPrivateCacheFile(const std::string& path, std::string* text, std::string* why)
 {
     PrivateFileState state;
-    int fd = openPrivateFile(path, &state);
+    UniqueFd owned(openPrivateFile(path, &state));
+    const int fd = owned.get();
     if (fd < 0) {
         if (state != PrivateFileState::Missing)
             *why = describe(state);
@@ -177,7 +180,6 @@ bool readPrivateCacheFile(const std::string& path, std::string* text, std::strin
     struct stat st;
     const bool small = fstat(fd, &st) == 0 && st.st_size <= kMaxCacheFileSize;
     const bool ok = small && Vyx::detail::readRegularDescriptor(fd, *text);
-    close(fd);
     if (!small)
         *why = "too large";
     return ok;
@@ -200,8 +202,7 @@ void refreshAvailable()
     bool privateDir = false;
     if (!use.path.empty()) {
         // A directory someone else can write would let them swap the file.
-        struct stat st;
-        privateDir = stat(dir.c_str(), &st) != 0 || isPrivateDirectory(dir);
+        privateDir = !fileExists(dir, false) || isPrivateDirectory(dir);
         std::string text;
         if (!privateDir) {
             use.ignored = "in a directory others can write";

@@ -8,7 +8,8 @@
 
 #include "core/environment_p.h"
 #include "core/inireader_p.h"
-#include "vyxdirs.h"
+#include "vyxfileutils.h"
+#include "vyxstrings.h"
 #include "vyxsession.h"
 
 #include <map>
@@ -27,27 +28,13 @@ struct Locations {
 
 Locations locations()
 {
-    using Vyx::detail::envString;
     Locations l;
-    std::string home = GetVyxDir(HomeDir);
-    l.desktops = Vyx::split(envString("XDG_CURRENT_DESKTOP").c_str(), ":");
-    l.configHome = envString("XDG_CONFIG_HOME");
-    if (l.configHome.empty() && !home.empty())
-        l.configHome = home + "/.config";
-    std::string configDirs = envString("XDG_CONFIG_DIRS");
-    l.configDirs = Vyx::split(configDirs.empty() ? "/etc/xdg" : configDirs.c_str(), ":");
-    l.dataHome = envString("XDG_DATA_HOME");
-    if (l.dataHome.empty() && !home.empty())
-        l.dataHome = home + "/.local/share";
-    std::string dataDirs = envString("XDG_DATA_DIRS");
-    l.dataDirs = Vyx::split(dataDirs.empty() ? "/usr/local/share:/usr/share" : dataDirs.c_str(), ":");
+    l.desktops = Vyx::split(Vyx::detail::envString("XDG_CURRENT_DESKTOP").c_str(), ":");
+    l.configHome = Vyx::detail::userConfigHome();
+    l.configDirs = Vyx::detail::xdgConfigDirList();
+    l.dataHome = Vyx::detail::userDataHome();
+    l.dataDirs = Vyx::detail::xdgDataDirList();
     return l;
-}
-
-bool exists(const std::string& path)
-{
-    struct stat st;
-    return stat(path.c_str(), &st) == 0;
 }
 
 }  // namespace
@@ -63,7 +50,7 @@ std::vector<std::string> Vyx::detail::findMimeappsLists(bool lowerCaseDesktops)
     }
     std::vector<std::string> candidates;
     auto add = [&](const std::string& path) {
-        if (exists(path))
+        if (fileExists(path, false))
             candidates.push_back(path);
     };
     auto inDir = [&](const std::string& dir, const char* sub) {

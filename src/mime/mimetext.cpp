@@ -6,6 +6,7 @@
 
 #include "core/readfile_p.h"
 #include "core/textlines_p.h"
+#include "desktopentry/mimealiases_p.h"
 
 #include "vyxstrings.h"
 
@@ -35,6 +36,19 @@ void eachLine(FILE* file, Visit visit)
         if (!current.empty() && current[0] != '#')
             visit(current);
     });
+}
+
+// Hands the regular file at path to read and closes it again; false when
+// there is no such file.
+template <typename Read>
+bool readTextFile(const std::string& path, Read read)
+{
+    FILE* file = fopenRegularFile(path.c_str());
+    if (!file)
+        return false;
+    read(file);
+    std::fclose(file);
+    return true;
 }
 
 // Parses one matchlet line of a magic file from p (bounded by end).
@@ -157,10 +171,8 @@ void MimeTextRules::readGlobs(FILE* file, bool oldFormat)
 
 void MimeTextRules::readAliases(FILE* file)
 {
-    eachLine(file, [&](const std::string& line) {
-        std::string::size_type blank = line.find(' ');
-        if (blank != std::string::npos)
-            aliases.emplace_back(line.substr(0, blank), line.substr(blank + 1));
+    forEachMimeAlias(file, [this](std::string alias, std::string canonical) {
+        aliases.emplace_back(std::move(alias), std::move(canonical));
     });
 }
 
@@ -196,13 +208,8 @@ void MimeTextRules::readIcons(FILE* file, bool generic)
     });
 }
 
-bool MimeTextRules::readMagic(FILE* file)
+bool MimeTextRules::readMagic(const std::string& data)
 {
-    std::string data;
-    char chunk[65536];
-    size_t n;
-    while ((n = std::fread(chunk, 1, sizeof chunk, file)) > 0)
-        data.append(chunk, n);
     static const char kHeader[] = "MIME-Magic\0\n";
     if (data.size() < 12 || std::memcmp(data.data(), kHeader, 12) != 0)
         return false;
@@ -242,31 +249,17 @@ bool MimeTextRules::readMagic(FILE* file)
 
 void MimeTextRules::readDirectory(const std::string& dir)
 {
-    if (FILE* f = Vyx::detail::fopenRegularFile((dir + "/globs2").c_str())) {
-        readGlobs(f, false);
-        std::fclose(f);
-    } else if (FILE* old = Vyx::detail::fopenRegularFile((dir + "/globs").c_str())) {
-        readGlobs(old, true);
-        std::fclose(old);
-    }
-    const std::pair<const char*, void (MimeTextRules::*)(FILE*)> plain[] = {
-        {"/aliases", &MimeTextRules::readAliases}, {"/subclasses", &MimeTextRules::readSubclasses}};
-    for (const auto& [name, reader] : plain) {
-        if (FILE* f = Vyx::detail::fopenRegularFile((dir + name).c_str())) {
-            (this->*reader)(f);
-            std::fclose(f);
-        }
-    }
-    for (bool generic : {false, true}) {
-        if (FILE* f = Vyx::detail::fopenRegularFile((dir + (generic ? "/generic-icons" : "/icons")).c_str())) {
-            readIcons(f, generic);
-            std::fclose(f);
-        }
-    }
-    if (FILE* f = Vyx::detail::fopenRegularFile((dir + "/magic").c_str())) {
-        readMagic(f);
-        std::fclose(f);
-    }
+    // "globs" is the older form of "globs2": read only where there is no
+    // "globs2", as the same patterns would otherwise count twice.
+    if (!readTextFile(dir + "/globs2", [this](FILE* f) { readGlobs(f, false); }))
+        readTextFile(dir + "/globs", [this](FILE* f) { readGlobs(f, true); });
+    readTextFile(dir + "/aliases", [this](FILE* f) { readAliases(f); });
+    readTextFile(dir + "/subclasses", [this](FILE* f) { readSubclasses(f); });
+    readTextFile(dir + "/icons", [this](FILE* f) { readIcons(f, false); });
+    readTextFile(dir + "/generic-icons", [this](FILE* f) { readIcons(f, true); });
+    std::string magicData;
+    if (readRegularFile((dir + "/magic").c_str(), magicData))
+        readMagic(magicData);
 }
 
 }  // namespace Vyx::detail

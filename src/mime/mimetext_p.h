@@ -53,9 +53,9 @@ struct MimeTextRules {
     void readAliases(FILE* file);
     void readSubclasses(FILE* file);
     void readIcons(FILE* file, bool generic);
-    // False when the file is not a magic file; a damaged one keeps the
+    // False when data is not a magic file; a damaged one keeps the
     // sections before the damage.
-    bool readMagic(FILE* file);
+    bool readMagic(const std::string& data);
     // Reads every text file of dir that exists.
     void readDirectory(const std::string& dir);
 };

@@ -8,8 +8,8 @@
 #include "vyxmime.h"
 
 #include "core/inireader_p.h"
-#include "desktopentry/catalogue_p.h"
 #include "desktopentry/desktopid_p.h"
+#include "desktopentry/mimealiases_p.h"
 #include "mime/mimeapps_p.h"
 
 #include <algorithm>

@@ -11,12 +11,13 @@
 #include "vyxmime.h"
 
 #include "core/atomicfile_p.h"
-#include "core/readfile_p.h"
+#include "core/diag_p.h"
 #include "core/makedirs_p.h"
+#include "core/readfile_p.h"
+#include "core/uniquefd_p.h"
 #include "desktopentry/desktopid_p.h"
 
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <optional>
@@ -32,7 +33,7 @@ constexpr off_t kMaxListSize = 4 << 20;
 
 bool fail(const std::string& message)
 {
-    std::fprintf(stderr, "libvyxcore: %s\n", message.c_str());
+    diag(kLibraryPrefix, "%s\n", message.c_str());
     return false;
 }
 
@@ -176,7 +177,8 @@ private:
 // The whole list, or false with the reason; a missing file is an empty list.
 bool readList(const std::string& path, std::string& text, std::string* reason)
 {
-    int fd = open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    UniqueFd owned(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const int fd = owned.get();
     if (fd < 0) {
         if (errno == ENOENT)
             return true;
@@ -195,9 +197,7 @@ bool readList(const std::string& path, std::string& text, std::string* reason)
         *reason = std::strerror(errno);
     else if (text.size() > static_cast<size_t>(kMaxListSize))
         *reason = "is too large";
-    ok = ok && reason->empty();
-    close(fd);
-    return ok;
+    return ok && reason->empty();
 }
 
 bool isWritableType(const char* mime)

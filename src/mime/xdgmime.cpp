@@ -6,7 +6,7 @@
 #include "mime/xdgmime_p.h"
 
 #include "core/environment_p.h"
-#include "vyxdirs.h"
+#include "core/uniquefd_p.h"
 #include "vyxmime.h"
 
 #include <algorithm>
@@ -38,13 +38,10 @@ std::vector<unsigned char> g_readBuffer;  // a file's first bytes, under g_mimeM
 std::vector<std::string> mimeDirs()
 {
     std::vector<std::string> dirs;
-    std::string dataHome = Vyx::detail::envString("XDG_DATA_HOME");
-    if (dataHome.empty() && !Vyx::detail::homeFromEnvironment().empty())
-        dataHome = Vyx::detail::homeFromEnvironment() + "/.local/share";
+    std::string dataHome = Vyx::detail::userDataHome();
     if (!dataHome.empty())
         dirs.push_back(dataHome + "/mime");
-    std::string dataDirs = Vyx::detail::envString("XDG_DATA_DIRS");
-    for (const std::string& dir : Vyx::split(dataDirs.empty() ? "/usr/local/share:/usr/share" : dataDirs.c_str(), ":"))
+    for (const std::string& dir : Vyx::detail::xdgDataDirList())
         dirs.push_back(dir + "/mime");
     return dirs;
 }
@@ -186,13 +183,13 @@ const char* xdg_mime_get_mime_type_for_file(const char* file_name, struct stat* 
         return byName.count ? byName.types[0] : xdg_mime_type_empty;
 
     // No name match, or several: the content decides.
-    int fd = open(file_name, O_RDONLY | O_CLOEXEC);
-    if (fd < 0)
+    Vyx::detail::UniqueFd fd(open(file_name, O_RDONLY | O_CLOEXEC));
+    if (!fd)
         return byName.count ? byName.types[0] : xdg_mime_type_unknown;
     std::vector<unsigned char>& buffer = g_readBuffer;
     buffer.resize(std::max(db.maxExtent(), kTextSniffLength));
-    ssize_t got = read(fd, buffer.data(), buffer.size());
-    close(fd);
+    ssize_t got = read(fd.get(), buffer.data(), buffer.size());
+    fd.reset();
     return typeByContent(db, byName, buffer.data(), got > 0 ? static_cast<size_t>(got) : 0);
 }
 

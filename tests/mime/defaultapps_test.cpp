@@ -131,16 +131,25 @@ TEST(Catalogue, PathsEntriesAndFolders)
     }));
 }
 
+// The catalogue's table and the MIME database read one aliases text alike.
 TEST(Catalogue, AliasesFile)
 {
     TempHome world;
-    std::string aliases = world.writeFile("aliases", "# comment\n!x\n\napplication/x-foo application/foo\n"
-                                                     "application/x-foo2\t\tapplication/foo\nnoseparator\n");
+    const std::string text = "# comment\n!x\n\napplication/x-foo application/foo\n"
+                             "application/x-foo2\t\tapplication/foo\nnoseparator\n"
+                             "application/x-foo3 application/foo \r\nlonely \t\n";
+    std::string aliases = world.writeFile("aliases", text);
+    world.writeFile("usr/share/mime/aliases", text);
     vyxtest::ChildOptions options;
     options.mounts = {vyxtest::Mount::bind(aliases, "/usr/share/mime/aliases")};
     VYX_EXPECT_CHILD(vyxtest::runInChild(options, [] {
-        EXPECT_EQ(GetMimeAliases("application/foo"), (Strings{"application/x-foo", "application/x-foo2"}));
+        EXPECT_EQ(GetMimeAliases("application/foo"),
+                  (Strings{"application/x-foo", "application/x-foo2", "application/x-foo3"}));
         EXPECT_TRUE(GetMimeAliases("application/x-foo").empty());
+        for (const char* alias : {"application/x-foo", "application/x-foo2", "application/x-foo3"})
+            EXPECT_STREQ(xdg_mime_unalias_mime_type(alias), "application/foo") << alias;
+        EXPECT_STREQ(xdg_mime_unalias_mime_type("lonely"), "lonely");
+        EXPECT_TRUE(GetMimeAliases("").empty());  // "lonely" names no canonical type
     }));
 }
 

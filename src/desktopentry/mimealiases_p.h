@@ -1,0 +1,44 @@
+// SPDX-FileCopyrightText: 2026 The libvyxcore developers
+//
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+// Internal interface of desktopentry, open to mime and shell.
+//
+// MIME aliases: the other names of a type, one "alias canonical" line each
+// in a MIME directory's "aliases" file. One reader for every such file, so
+// that the application catalogue and the MIME database can never disagree
+// on what a line says.
+
+#ifndef VYXCORE_MIMEALIASES_P_H
+#define VYXCORE_MIMEALIASES_P_H
+
+#include <cstdio>
+#include <functional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace Vyx::detail {
+
+// The MIME alias table: (canonical type, alias) pairs in file order.
+using AliasTable = std::vector<std::pair<std::string, std::string>>;
+
+// Calls visit(alias, canonical) for each line of file that names both:
+// blanks at the end of a line are dropped, the two names are parted by
+// spaces or tabs, and empty lines and lines starting with "#" or "!" are
+// comments.
+void forEachMimeAlias(FILE* file, const std::function<void(std::string alias, std::string canonical)>& visit);
+
+// Every alias line of file, in file order.
+AliasTable readAliases(FILE* file);
+
+// The machine's alias table, read once with the application catalogue
+// (FillDesktopEntriesDirArray builds it, so asking for it builds that).
+const AliasTable& mimeAliasTable();
+
+// Reads the machine's alias table; the catalogue's one-time build calls it.
+void loadMimeAliasTable();
+
+}  // namespace Vyx::detail
+
+#endif

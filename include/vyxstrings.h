@@ -9,6 +9,9 @@
 /// Byte-oriented string helpers, the variadic string builder Vyx::concat and
 /// the typed boolean flag Vyx::tagged_bool. None of these functions keeps
 /// state or reports errors; all are re-entrant.
+///
+/// Threads: safe from any thread, with shared inputs too; what a call writes
+/// into (cutLastSection's text, isEscapedUtf8's buffer) is its own meanwhile.
 
 #include "vyxexport.h"
 

@@ -104,7 +104,7 @@ private:
 /// again, the entry is loaded again or it is destroyed. Like a standard
 /// container, const members may be called from several threads at once;
 /// load(), the setters and the copy functions need the entry to themselves,
-/// and so does isValid() on an entry not loaded since its path was set.
+/// and so does isValid() until load() has run for the entry's current path.
 class VYX_EXPORT VyxDesktopEntry {
 public:
     /// Why an entry is not shown in this session.
@@ -154,8 +154,8 @@ public:
     /// Whether the last load() (or the constructor's) succeeded.
     bool isLoaded() const;
     /// Whether the bound file parses as an INI file at all (not whether it is
-    /// a sensible entry); decided once per path. When load() has not decided
-    /// it, the first call reads the file and remembers the answer unlocked.
+    /// a sensible entry); decided once per path, by load() or else by the
+    /// first call, which reads the file and remembers the answer unlocked.
     bool isValid() const;
 
     /// Writes the entry to its file, replacing it atomically: the keys of the

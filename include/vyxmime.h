@@ -15,9 +15,9 @@
 /// threads at once (the available-application map, its cache file and the
 /// assignment maps each have a mutex; the list of lists is built once). The
 /// xdg_mime_* calls are serialised by one recursive process-wide lock; their
-/// const char* answers belong to the library and die with xdg_mime_shutdown(),
-/// so a thread that may meet a shutdown holds xdg_mime_lock() until it is done
-/// with an answer. GetPreferredApplications reads parent types without
+/// const char* answers belong to the library and die with xdg_mime_shutdown():
+/// while another thread may shut down, hold xdg_mime_lock() from a call until
+/// done with its answer. GetPreferredApplications reads parent types without
 /// holding it: never shut down while it may run on another thread.
 
 #include "vyxdesktopentry.h"

@@ -11,9 +11,10 @@
 /// honoured, output redirection and a pipe recognised, "#" comments cut. The
 /// result lives in a caller-owned record; nothing is allocated.
 ///
-/// Threads: MakeArgVector works only on the buffers it is given and may run on
-/// several threads at once with different records; it reads the environment to
-/// expand variables.
+/// Threads: MakeArgVector and ExpandDollarVariables keep no state: they work
+/// only on the buffers they are given and may run on several threads at once
+/// with different buffers and records. They read the environment to expand
+/// variables.
 
 #include "vyxexport.h"
 

@@ -7,6 +7,13 @@
 
 /// \file
 /// The whole public interface of libvyxcore. Link with -lvyxcore.
+///
+/// Threads: the library starts no threads; callers use it from their own.
+/// Each header says, per class or function family, what may run at once and
+/// what the caller must hold. Two rules hold throughout: many functions read
+/// environment variables, so no thread may change the environment (setenv,
+/// putenv, unsetenv) while another uses the library; and ResetVyxDirs() must
+/// not run while another thread uses the library (see vyxdirs.h).
 
 #include "vyxexport.h"
 #include "vyxstrings.h"

@@ -13,7 +13,11 @@
 /// Threads: the free functions may be called from several threads at once: the
 /// language list and the application-directory list are built once under a
 /// once-only guard, and the catalogue functions return values the caller owns.
-/// Objects follow the rule of the standard containers (see each class).
+/// GetDesktopEntryFullPath is the exception (see there). Objects follow the
+/// rule of the standard containers (see each class). The suitability checks
+/// (isSuitable, isExecSuitable and what is built on them) ask isUserInGroup()
+/// once per process under a once-only guard; that function is not locked
+/// against its other callers (see vyxsystem.h).
 
 #include "vyxexport.h"
 #include "vyxstrings.h"
@@ -99,7 +103,8 @@ private:
 /// Getters return references into the entry, valid until that field is set
 /// again, the entry is loaded again or it is destroyed. Like a standard
 /// container, const members may be called from several threads at once;
-/// load(), the setters and the copy functions need the entry to themselves.
+/// load(), the setters and the copy functions need the entry to themselves,
+/// and so does isValid() until load() has run for the entry's current path.
 class VYX_EXPORT VyxDesktopEntry {
 public:
     /// Why an entry is not shown in this session.
@@ -149,7 +154,8 @@ public:
     /// Whether the last load() (or the constructor's) succeeded.
     bool isLoaded() const;
     /// Whether the bound file parses as an INI file at all (not whether it is
-    /// a sensible entry); decided once per path.
+    /// a sensible entry); decided once per path, by load() or else by the
+    /// first call, which reads the file and remembers the answer unlocked.
     bool isValid() const;
 
     /// Writes the entry to its file, replacing it atomically: the keys of the
@@ -305,6 +311,8 @@ VYX_EXPORT std::vector<std::string> GetAllAppDesktopEntrySearchPaths();
 /// The full path of a desktop file name: an absolute name as it is, else the
 /// first application directory that holds it; empty when none does, or when
 /// the directories have not been built yet (FillDesktopEntriesDirArray).
+/// It reads them without the once-only guard, so a first build on another
+/// thread races with it: call FillDesktopEntriesDirArray() first.
 VYX_EXPORT std::string GetDesktopEntryFullPath(const char* name);
 /// The desktop file of the installed application with the desktop-file id id
 /// ("vendor-app.desktop" may lie in "vendor/app.desktop"): the first
@@ -324,7 +332,8 @@ VYX_EXPORT std::vector<std::string> GetAllCategorizedFolderList();
 /// An Exec value and what to open with it, expanded by toString() into one
 /// shell command line. Fields are borrowed from the caller; null or empty
 /// means absent. toString() consumes what it substitutes (a used field is set
-/// to null, a used list cleared), so each value appears at most once.
+/// to null, a used list cleared), so each value appears at most once, and it
+/// needs the record to itself.
 struct VYX_EXPORT ExecFormatString {
     const char* format = nullptr;  ///< the Exec value with %f %F %u %U %i %c %k
     const char* file = nullptr;  ///< %f

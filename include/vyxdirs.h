@@ -9,10 +9,14 @@
 /// Well-known directories of the user and of the system, and the XDG search
 /// paths. Answers of GetVyxDir are computed once and cached process-wide.
 ///
-/// Threads: GetVyxDir, ResetVyxDirs and the XDG functions may be called from
-/// several threads at once; the directory table is guarded by one mutex.
-/// GetVyxDir returns a reference to the library's cached string: copy it before
-/// another thread may call ResetVyxDirs.
+/// Threads: every function may be called from any thread. GetVyxDir and
+/// ResetVyxDirs share one mutex over the directory table; the XDG functions
+/// keep no state but the atomic creation switch and the kiosk desktop of the
+/// user-directory reader, decided once under a once-only guard. GetVyxDir's
+/// reference is read after the lock is let go, by its callers and by the
+/// library's own functions alike: copy an answer at once (an empty one is
+/// filled by the next call, on any thread), and call ResetVyxDirs only while
+/// no other thread uses the library.
 
 #include "vyxexport.h"
 
@@ -61,7 +65,8 @@ VYX_EXPORT const std::string& GetVyxDir(VyxDir dir);
 /// Another name of GetVyxDir, returning the same reference.
 VYX_EXPORT const std::string& vyxGetPath(VyxDir dir);
 /// Forgets every cached answer but SharedDesktopDir and SharedStartMenuDir, so
-/// that the next GetVyxDir follows the current environment.
+/// that the next GetVyxDir follows the current environment. Only while no
+/// other thread uses the library: it empties strings they may be reading.
 VYX_EXPORT void ResetVyxDirs();
 
 ///@{

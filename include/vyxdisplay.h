@@ -11,10 +11,16 @@
 /// the RandR primary output, single resources of an X resources file, touch
 /// and tablet devices, and the characters of key symbols.
 ///
-/// Threads: the colour, wallpaper and key-symbol functions keep no state and
-/// may be called from any thread. The functions that take a Display use it as
-/// Xlib does: calls on one Display from several threads need XInitThreads()
-/// first, or one thread per Display.
+/// Threads: the colour, wallpaper, font-size and key-symbol functions keep no
+/// state and may be called from any thread. The functions that take a Display
+/// use it as Xlib does: calls on one Display from several threads need
+/// XInitThreads() first, or one thread per Display. Two rules are
+/// process-wide, whatever the Display: findTouchAndTabletDevices, whatDE and
+/// FindToplevelWindowByName (vyxsession.h) swap in the library's X error
+/// handler for their run, under one library lock: the program must not set
+/// its own meanwhile, and an X error of another thread's request in that time
+/// is taken for theirs and never reaches the program's handler. SetXftDPI
+/// reinitialises fontconfig: no other thread may use fontconfig or Xft then.
 
 #include "vyxexport.h"
 #include "vyxstrings.h"
@@ -125,7 +131,8 @@ VYX_EXPORT double QueryDPI(Display* dpy, int screen, Window root);
 /// message says so). False for a null or empty file or name, and when an
 /// existing file's directory is not writable; true otherwise, also when a
 /// missing file could not be created or the replacement failed (with a
-/// message).
+/// message). Two threads or processes editing one file at once may lose one
+/// of the two changes; the file is never torn.
 VYX_EXPORT bool setXrdbParameterInFile(const char* file, const char* name, const char* separator,
                                        const char* value, Vyx::tagged_bool<ApllyByXrdb_tag> applyByXrdb);
 

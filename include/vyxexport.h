@@ -8,6 +8,8 @@
 /// \file
 /// The one export macro. The library is built with hidden visibility; only
 /// names marked VYX_EXPORT form its binary interface.
+///
+/// Threads: a macro only; nothing here runs.
 #if defined(__GNUC__) || defined(__clang__)
 #define VYX_EXPORT __attribute__((visibility("default")))
 #else

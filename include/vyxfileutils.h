@@ -14,7 +14,9 @@
 ///
 /// Threads: every function may be called from several threads at once; the only
 /// state is the busy-path probe's, guarded by its own mutex. Results are owned
-/// by the caller.
+/// by the caller. Two answers are not reservations: a numbered free name can
+/// be taken by another thread before it is used, and a file lock keeps other
+/// processes out, not this process's other threads (see each).
 
 #include "vyxexport.h"
 #include "vyxstrings.h"
@@ -85,6 +87,8 @@ VYX_EXPORT int64_t vyxSizeOfPath(const char* path);
 /// first to end - 1. An existing candidate that no process holds open is
 /// removed and reused when deleteAndReuse. Returns (path, number), with
 /// first - 1 for the bare name, or ("", -1) when every number is taken.
+/// Nothing is created: two threads or processes asking at once may get the
+/// same path, so create it with O_EXCL and ask again when that fails.
 VYX_EXPORT std::pair<std::string, int> MakeNewNumberedPath(const char* dir, const char* name, const char* ext,
                                                            bool space, bool parentheses, int first, int end,
                                                            Vyx::tagged_bool<DeleteAndReuseIfNotBusy_tag> deleteAndReuse);
@@ -108,7 +112,9 @@ VYX_EXPORT bool isPathBusy(const char* path);
 /// An advisory lock over the whole file of fd: shared with lockRead, else
 /// exclusive; waits with blocking, else fails at once when held. False on
 /// failure; errors other than EINTR/EAGAIN print "VyxLockedFile::lock():
-/// fcntl: ...".
+/// fcntl: ...". The lock belongs to the process, as every fcntl lock does:
+/// another thread of it is never kept out, and closing any descriptor of the
+/// file in this process releases it. Threads need a mutex of their own.
 VYX_EXPORT bool vyxLockFile(int fd, Vyx::tagged_bool<LockRead_tag> lockRead,
                             Vyx::tagged_bool<BlockingCall_tag> blocking);
 /// Releases the lock of fd; false (with the same message) on failure.

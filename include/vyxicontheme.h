@@ -12,11 +12,17 @@
 /// icon without probing the file system.
 ///
 /// Threads: getIconPath and the other lookups may be called from several
-/// threads at once on one theme (each theme's path cache has its own mutex,
-/// held only around the cache), and so may the static queries of installed
-/// themes. current() and currentTray() replace a library-owned object when the
-/// configured name changes and are not locked: call them from one thread, and
-/// do not keep the pointer. instance() is built once and lives until exit.
+/// threads at once on one loaded theme (each theme's path cache has its own
+/// mutex, held only around the cache); load(), save() and the setters need
+/// the theme to themselves, and so does the first lookup on a theme made
+/// without loading, which loads it. The static functions are safe from any
+/// thread: the installed-theme lists are built once under a once-only guard
+/// and findThemePath's copy has its own mutex. current() and currentTray() are
+/// safe from any thread too, but the theme they return belongs to the library
+/// and a later call replaces it once the configured name changes: use it at
+/// once, and do not keep the pointer or hand it to another thread. instance()
+/// is built once, loaded, and lives until exit. The cursor functions follow
+/// vyxdisplay.h for the Display and the X resources file.
 
 #include "vyxexport.h"
 #include "vyxstrings.h"
@@ -91,7 +97,8 @@ private:
 /// An icon theme: a directory with an index.theme, its inherited themes, its
 /// size directories, its icon-theme.cache and a cache of the paths it has
 /// found. Loading reads the parents too, eagerly. Problems are reported on
-/// standard error and as false results; nothing throws.
+/// standard error and as false results; nothing throws. Once loaded, any
+/// thread may look up; loading and changing need the theme to themselves.
 class VYX_EXPORT VyxIconTheme {
 public:
     /// Which names of a MIME type an icon search uses: 1 its own icon name,
@@ -223,7 +230,8 @@ public:
     /// The file of the icon iconName at iconSize (below 1: 32) in context
     /// (null: any), searched in this theme, its parents, bigger sizes,
     /// shorter generic names and the system pixmap directories; empty when
-    /// there is none. Answers are remembered per theme. Any thread may call.
+    /// there is none. Answers are remembered per theme. Any thread may call
+    /// on a loaded theme.
     /// What the theme's directories hold is kept in memory so that missing
     /// candidates cost no system call; a returned file is always checked on
     /// disk, but an icon installed while the theme is in use can take up to
@@ -237,10 +245,11 @@ public:
     /// The directory of the installed theme themeName (the first in search
     /// order); empty when there is none.
     static std::string findThemePath(const std::string& themeName);
-    /// The current theme, replaced when the configured name changes: do not
-    /// keep the pointer. forceLoad loads it.
+    /// The current theme, replaced when the configured name changes: use it
+    /// at once, do not keep the pointer. forceLoad loads it. Any thread may call.
     static VyxIconTheme* current(Vyx::tagged_bool<ForceLoad_tag> forceLoad);
-    /// The theme of the tray icons, or null when the tray uses none of its own.
+    /// The theme of the tray icons, or null when the tray uses none of its own;
+    /// the same rules as current().
     static VyxIconTheme* currentTray(Vyx::tagged_bool<ForceLoad_tag> forceLoad, const std::string& colorHint);
     /// A theme of the current name, loaded once and kept until exit.
     static VyxIconTheme& instance();
@@ -267,7 +276,8 @@ private:
 /// theme directory, or than any directory it lists, is refused. Problems are
 /// reported on standard error and leave the reader invalid for good; lookups
 /// on an invalid reader answer nothing, so callers fall back to the file
-/// system.
+/// system. Any thread may look up or read at once: the mapping is never
+/// written, and a failed read only clears an atomic flag.
 class VYX_EXPORT VyxIconCacheGtkReader {
 public:
     ///@{

@@ -13,9 +13,12 @@
 ///
 /// Threads: the default-application functions may be called from several
 /// threads at once (the available-application map, its cache file and the
-/// assignment maps each have a mutex). The xdg_mime_* calls are serialised by
-/// one recursive process-wide lock; their const char* answers belong to the
-/// library.
+/// assignment maps each have a mutex; the list of lists is built once). The
+/// xdg_mime_* calls are serialised by one recursive process-wide lock; their
+/// const char* answers belong to the library and die with xdg_mime_shutdown():
+/// while another thread may shut down, hold xdg_mime_lock() from a call until
+/// done with its answer. GetPreferredApplications reads parent types without
+/// holding it: never shut down while it may run on another thread.
 
 #include "vyxdesktopentry.h"
 #include "vyxexport.h"
@@ -97,8 +100,8 @@ VYX_EXPORT std::vector<VyxMimeApp> GetPreferredApplications(const char* mime);
 /// written, for a malformed type, an id that is not installed or not well
 /// formed, or a list that cannot be read whole (not a regular file, larger
 /// than 4 MiB, holding NUL bytes or lines that are not INI lines). Two
-/// processes setting defaults at once do not corrupt the file, but one of
-/// the two changes may be lost.
+/// threads or processes setting defaults at once do not corrupt the file,
+/// but one of the two changes may be lost.
 VYX_EXPORT bool SetDefaultApplication(const char* mime, const char* desktopId);
 
 // --- MIME type detection over the shared MIME database ---
@@ -107,7 +110,8 @@ VYX_EXPORT bool SetDefaultApplication(const char* mime, const char* desktopId);
 // directory (the user's first), on first use. Answers are library-owned
 // strings, valid until xdg_mime_shutdown(). Calls are serialised by one
 // process-wide lock; xdg_mime_lock() and xdg_mime_unlock() let a caller hold
-// it across several calls.
+// it across several calls, and across the use of an answer that another
+// thread's shutdown would free.
 
 #include <cstddef>
 #include <sys/stat.h>
@@ -153,7 +157,8 @@ VYX_EXPORT const char* xdg_mime_get_generic_icon(const char* mime);
 ///@}
 /// How many bytes of a file the content rules may look at.
 VYX_EXPORT int xdg_mime_get_max_buffer_extents(void);
-/// Frees the database; the next call reads it again.
+/// Frees the database; the next call reads it again. Every answer given so
+/// far dies with it, also one another thread is still using.
 VYX_EXPORT void xdg_mime_shutdown(void);
 ///@{
 /// The process-wide lock the calls above take (recursive, so a holder may

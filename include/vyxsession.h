@@ -13,9 +13,15 @@
 ///
 /// Threads: every function may be called from several threads at once; the
 /// message catalogue and the desktop-position file have a mutex each (the
-/// position file is also locked between processes). Functions that take a
-/// Display use it as Xlib does (see vyxdisplay.h). vyxSessionName's answer
-/// belongs to the environment, GetVyxWMMessage's to the library.
+/// position file is also locked between processes), the recent-items folder
+/// a lock file that keeps threads and processes apart, and the kiosk answer
+/// is decided once. Functions that take a Display use it as Xlib does, and
+/// whatDE and FindToplevelWindowByName swap the X error handler (see
+/// vyxdisplay.h). vyxSessionName's answer belongs to the environment,
+/// GetVyxWMMessage's to the library. The window-manager channel (when the
+/// user's own FIFO is missing) and autostart's suitability check may ask
+/// isUserInGroup(), which is not locked against its other callers (see
+/// vyxsystem.h).
 
 #include "vyxexport.h"
 #include "vyxstrings.h"
@@ -70,7 +76,8 @@ VYX_EXPORT bool isVyxKioskSession();
 VYX_EXPORT std::string vyxSessionConfigSuffix(WhatVyxSession kind);
 /// Writes name (DESKTOP_SESSION when null) without a newline to
 /// "last-desktop-session-name" in the vyx home directory. False when there is
-/// no name or the file cannot be opened; the directory is not created.
+/// no name or the file cannot be opened; the directory is not created. The
+/// file is rewritten in place: two different names saved at once may mix.
 VYX_EXPORT bool vyxSessionSaveName(const char* name);
 /// The first line of "last-desktop-session-name", or empty.
 VYX_EXPORT std::string vyxSessionGetSavedName();

@@ -11,7 +11,8 @@
 /// the lookup of an event sound's name ("dialog-warning") to a file.
 ///
 /// Threads: a VyxSoundTheme does not change after it is made, so any thread may
-/// look up in it; the static functions keep no state.
+/// look up in it (only assigning to it needs it alone); the static functions
+/// keep no state and may be called from any thread.
 
 #include "vyxexport.h"
 

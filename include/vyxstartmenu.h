@@ -12,7 +12,8 @@
 /// installed applications by their Categories.
 ///
 /// Threads: CreateStartMenu may be called from several threads at once; it
-/// builds a new tree each time, owned by the caller.
+/// builds a new tree each time, owned by the caller, who uses it as any
+/// standard container. Its suitability checks follow vyxdesktopentry.h.
 
 #include "vyxdesktopentry.h"
 #include "vyxexport.h"

@@ -9,6 +9,10 @@
 /// Byte-oriented string helpers, the variadic string builder Vyx::concat and
 /// the typed boolean flag Vyx::tagged_bool. None of these functions keeps
 /// state or reports errors; all are re-entrant.
+///
+/// Threads: safe from any thread, on shared inputs too; only what a call
+/// writes into (cutLastSection's text, isEscapedUtf8's decoded buffer) must
+/// not be in use by another thread meanwhile.
 
 #include "vyxexport.h"
 

@@ -11,9 +11,9 @@
 ///
 /// Threads: most answers are computed on each call or once under a once-only
 /// guard (memory and processor figures) and may be asked from several threads
-/// at once; the exceptions, a few remembered answers that are not locked, are
-/// named where they are declared. GetSystemLocale's answer belongs to the
-/// environment.
+/// at once; numWho reads the login records under a lock of its own. The
+/// exception is getUserName with the three isUserInGroup: not thread-safe (see
+/// there). GetSystemLocale's answer belongs to the environment.
 
 #include "vyxexport.h"
 
@@ -26,7 +26,7 @@
 VYX_EXPORT bool isUserRoot();
 /// The login name of the real user (password database, else LOGNAME, else
 /// USER); empty when none is known. A found name is kept for the process in
-/// a string that is not locked: callers on several threads serialise it.
+/// a string that is not locked: not thread-safe, as isUserInGroup.
 VYX_EXPORT std::string getUserName();
 /// The user's full name: the GECOS field of the password entry up to its
 /// first ","; empty when there is none.
@@ -38,8 +38,12 @@ VYX_EXPORT bool isUserInGroup(const char* group);
 /// Whether user belongs to group, by the user's group list of at most 256
 /// groups (a user in more groups is answered false, with a message). False
 /// for a null group or user and for an unknown user ("libvyxcore:
-/// getpwnam(USER) failed"). Positive answers are remembered for the process. The remembered answers of all
-/// three forms are not locked: callers on several threads serialise them.
+/// getpwnam(USER) failed"). Positive answers are remembered for the process.
+/// Not thread-safe: the three forms and getUserName keep answers without a
+/// lock and use the C library's non-reentrant user and group lookups, so no
+/// two such calls may overlap. The library makes some itself: once in the
+/// first suitability check of a desktop entry (vyxdesktopentry.h) and in the
+/// window-manager channel when the user's own FIFO is missing (vyxsession.h).
 VYX_EXPORT bool isUserInGroup(const char* group, const char* user);
 /// Whether the user with id uid belongs to group; answers, yes and no, are
 /// remembered for the process. False for an unknown uid.
@@ -96,6 +100,8 @@ VYX_EXPORT std::string getCmdLine(int pid);
 /// name; -1 when none is.
 VYX_EXPORT int findInPS(const char* name);
 /// The number of logged-in user sessions in the login records; 0 when none.
+/// The records are walked under a library lock; a program that walks them
+/// itself (getutxent) must not do so on another thread meanwhile.
 VYX_EXPORT int numWho();
 
 #endif

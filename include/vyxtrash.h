@@ -31,9 +31,9 @@
 /// The user's trash: static members only, with no state kept between calls.
 /// Any member may be called from several threads at once: records are
 /// created exclusively (two threads never get the same trash name), and
-/// unregistering and emptying hold the trash's mutex. As with another
-/// process using the same trash, two threads that move the same object at
-/// once race on the file system; one of them fails.
+/// unregistering, emptying and rewriting the size cache hold the trash's
+/// mutex. As with another process using the same trash, two threads that
+/// move the same object at once race on the file system; one of them fails.
 class VYX_EXPORT VyxTrash {
 public:
     VyxTrash() = delete;

@@ -18,9 +18,10 @@
 /// without loading, which loads it. The static functions are safe from any
 /// thread: the installed-theme lists are built once under a once-only guard
 /// and findThemePath's copy has its own mutex. current() and currentTray() are
-/// safe from any thread too, but the theme they return belongs to the library
-/// and a later call replaces it once the configured name changes: use it at
-/// once, and do not keep the pointer or hand it to another thread. instance()
+/// safe from any thread too; the theme they return belongs to the library,
+/// and once the configured name changes a later call answers a new theme.
+/// The old one is kept, not freed, so a pointer held elsewhere stays valid
+/// (it just keeps answering for the old name). instance()
 /// is built once, loaded, and lives until exit. The cursor functions follow
 /// vyxdisplay.h for the Display and the X resources file.
 
@@ -245,8 +246,8 @@ public:
     /// The directory of the installed theme themeName (the first in search
     /// order); empty when there is none.
     static std::string findThemePath(const std::string& themeName);
-    /// The current theme, replaced when the configured name changes: use it
-    /// at once, do not keep the pointer. forceLoad loads it. Any thread may call.
+    /// The current theme; a new one once the configured name changes (the old
+    /// one stays valid). forceLoad loads it. Any thread may call.
     static VyxIconTheme* current(Vyx::tagged_bool<ForceLoad_tag> forceLoad);
     /// The theme of the tray icons, or null when the tray uses none of its own;
     /// the same rules as current().

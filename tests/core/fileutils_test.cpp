@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "support/child_process.h"
+#include "support/files.h"
 #include "support/temp_home.h"
 
 #include <vyxdirs.h>
@@ -10,7 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <fcntl.h>
@@ -25,12 +25,6 @@ using Strings = std::vector<std::string>;
 
 const Vyx::tagged_bool<FilesOnly_tag> kFilesOnly(true), kAnyEntry(false);
 
-Strings sorted(Strings list)
-{
-    std::sort(list.begin(), list.end());
-    return list;
-}
-
 TEST(FileList, DepthPatternAndHiddenEntries)
 {
     TempHome world;
@@ -44,16 +38,16 @@ TEST(FileList, DepthPatternAndHiddenEntries)
 
     Strings names;
     EXPECT_TRUE(GetFileNameList(&names, apps.c_str(), 1, "*.desktop", kFilesOnly));
-    EXPECT_EQ(sorted(names), (Strings{"a.desktop", "b.desktop"}));
+    EXPECT_EQ(vyxtest::sorted(names), (Strings{"a.desktop", "b.desktop"}));
 
     Strings paths;
     EXPECT_TRUE(GetFileList(&paths, (apps + "/").c_str(), 0, "*", kAnyEntry));
-    EXPECT_EQ(sorted(paths), (Strings{apps + "/a.desktop", apps + "/dir.desktop", apps + "/notes.txt", apps + "/sub"}));
+    EXPECT_EQ(vyxtest::sorted(paths), (Strings{apps + "/a.desktop", apps + "/dir.desktop", apps + "/notes.txt", apps + "/sub"}));
 
     Strings deep = {"kept"};
     EXPECT_TRUE(GetFileList(&deep, apps.c_str(), 5, "*.desktop", kAnyEntry));
     // A matching directory is listed but never entered.
-    EXPECT_EQ(sorted(deep), (Strings{apps + "/a.desktop", apps + "/dir.desktop", apps + "/sub/b.desktop",
+    EXPECT_EQ(vyxtest::sorted(deep), (Strings{apps + "/a.desktop", apps + "/dir.desktop", apps + "/sub/b.desktop",
                                      apps + "/sub/deeper/c.desktop", "kept"}));
 
     EXPECT_FALSE(GetFileList(nullptr, apps.c_str(), 1, "*", kAnyEntry));

@@ -6,13 +6,13 @@
 
 #include "desktopentry/desktopentry_p.h"
 #include "support/child_process.h"
+#include "support/files.h"
 #include "support/temp_home.h"
 
 #include <vyxdesktopentry.h>
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <sys/stat.h>
 
 namespace {
@@ -179,14 +179,7 @@ TEST(EntryLoad, HugeSingleLineFile)
 {
     vyxtest::TempHome world;
     std::string file = world.path("huge.desktop");
-    {
-        std::ofstream out(file, std::ios::binary);
-        out << "[Desktop Entry]\nName=Huge\nComment=";
-        std::string chunk(1 << 20, 'x');
-        for (int i = 0; i < 100; ++i)
-            out << chunk;
-        out << "\n";
-    }
+    vyxtest::writeRepeated(file, "[Desktop Entry]\nName=Huge\nComment=", 'x', 100u << 20, "\n");
     VyxDesktopEntry entry(file);
     ASSERT_TRUE(entry.isLoaded());
     EXPECT_EQ(entry.name(), "Huge");

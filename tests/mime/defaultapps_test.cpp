@@ -8,6 +8,7 @@
 
 #include "desktopentry/catalogue_p.h"
 #include "support/child_process.h"
+#include "support/files.h"
 #include "support/temp_home.h"
 
 #include <vyxmime.h>
@@ -17,7 +18,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <sys/stat.h>
-#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vyxfileutils.h>
@@ -51,12 +51,6 @@ vyxtest::ChildOptions isolated(const TempHome& world, const std::string& aliases
     options.mounts = {vyxtest::Mount::bind(world.makeDir("no-applications"), "/usr/share/applications"),
                       vyxtest::Mount::bind(world.writeFile("aliases", aliases), "/usr/share/mime/aliases")};
     return options;
-}
-
-void setTime(const std::string& path, time_t seconds)
-{
-    timeval times[2] = {{seconds, 0}, {seconds, 0}};
-    utimes(path.c_str(), times);
 }
 
 // The application lines of a cache file's text, without the sections
@@ -181,8 +175,8 @@ TEST(DefaultApps, DirectoryWithoutMimeinfoIsScanned)
     app(world, "usr/share/applications/a.desktop", "text/html;");
     app(world, "usr/share/applications/b.desktop", "text/html;", "Link");  // not an application
     std::string cache = world.writeFile("run/.vyx-mime-desktop.tbl", "/old.desktop=text/html\n");
-    setTime(cache, 1000);
-    setTime(dir, 2000);
+    vyxtest::setMtime(cache, 1000);
+    vyxtest::setMtime(dir, 2000);
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
         EXPECT_EQ(GetDesktopEntryPathForMime("text/html", kAll), Strings{dir + "/a.desktop"});
     }));
@@ -248,7 +242,7 @@ TEST(Mimeapps, AssignedApplicationsAndIcons)
 
     // A newer list is read again.
     world.writeFile("home/.config/mimeapps.list", "[Added Associations]\ntext/plain=editor.desktop\n");
-    setTime(list, time(nullptr) + 60);
+    vyxtest::setMtime(list, time(nullptr) + 60);
     EXPECT_EQ(GetAssignedDesktopEntryForMime("text/plain", kFirst)[0].filePath(),
               world.path("usr/share/applications/editor.desktop"));
 }
@@ -265,14 +259,14 @@ TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
     world.writeFile("usr/share/applications/mimeinfo.cache",
                     "[MIME Cache]\ngarbage without equals\n=\ntext/plain=ok.desktop;;\n"
                     "text/huge=" + std::string(20000, 'x') + ".desktop\n\x01\x02\xff=\xfe\n");
-    setTime(dir, 1000);
-    setTime(dir + "/mimeinfo.cache", 2000);
+    vyxtest::setMtime(dir, 1000);
+    vyxtest::setMtime(dir + "/mimeinfo.cache", 2000);
     // A binary, truncated cache file with lines far beyond 8190 characters.
     std::string binary(30000, '\0');
     for (size_t i = 0; i < binary.size(); ++i)
         binary[i] = static_cast<char>((i * 131) & 0xFF);
     std::string cache = world.writeFile("run/.vyx-mime-desktop.tbl", binary + "/x.desktop=text/plain");
-    setTime(cache, 500);  // older than the mimeinfo.cache: rebuilt from it
+    vyxtest::setMtime(cache, 500);  // older than the mimeinfo.cache: rebuilt from it
     std::string list = world.writeFile("home/.config/mimeapps.list", "[Added Associations]\ntext/plain=ok.desktop\n");
     chmod(list.c_str(), 0600);
     world.writeFile("home/.config/B-mimeapps.list", std::string(5000, '\xff'));
@@ -282,7 +276,7 @@ TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
     }));
     // Garbage however new is not a cache file: ignored and rebuilt.
     world.writeFile("run/.vyx-mime-desktop.tbl", binary);
-    setTime(cache, time(nullptr) + 100);
+    vyxtest::setMtime(cache, time(nullptr) + 100);
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings{dir + "/ok.desktop"});
         EXPECT_EQ(GetMimeCacheUse().ignored, "not a cache file of this library");

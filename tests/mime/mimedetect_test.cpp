@@ -5,6 +5,7 @@
 // MIME type detection: rules pinned on small databases the test writes, and
 // the real shared MIME database as Debian installs it.
 
+#include "support/files.h"
 #include "support/temp_home.h"
 
 #include <vyxmime.h>
@@ -255,20 +256,8 @@ TEST(MimeCache, AgreesWithTheTextFiles)
     }
 }
 
-// Rewrites the 32-bit word at offset of a cache image.
-void patch(std::string* image, uint32_t offset, uint32_t value)
-{
-    for (int i = 0; i < 4; ++i)
-        (*image)[offset + i] = static_cast<char>(value >> (24 - 8 * i));
-}
-
-uint32_t word(const std::string& image, uint32_t offset)
-{
-    uint32_t value = 0;
-    for (int i = 0; i < 4; ++i)
-        value = value << 8 | static_cast<unsigned char>(image[offset + i]);
-    return value;
-}
+using vyxtest::readBe32;
+using vyxtest::writeBe32;
 
 TEST(MimeCache, DamagedCachesGiveWhatCanBeRead)
 {
@@ -280,21 +269,21 @@ TEST(MimeCache, DamagedCachesGiveWhatCanBeRead)
     // A suffix tree whose first root links back to the roots, and magic
     // whose first rule is its own child: loops that must end.
     std::string loops = good;
-    uint32_t tree = word(good, 16), roots = word(good, tree + 4);
-    patch(&loops, roots + 8, roots);
-    patch(&loops, roots + 4, word(good, tree));
-    uint32_t magic = word(good, 24), firstMatch = word(good, magic + 8), firstMatchlet = word(good, firstMatch + 12);
-    patch(&loops, firstMatchlet + 24, 1);
-    patch(&loops, firstMatchlet + 28, firstMatchlet);
+    uint32_t tree = readBe32(good, 16), roots = readBe32(good, tree + 4);
+    writeBe32(loops, roots + 8, roots);
+    writeBe32(loops, roots + 4, readBe32(good, tree));
+    uint32_t magic = readBe32(good, 24), firstMatch = readBe32(good, magic + 8), firstMatchlet = readBe32(good, firstMatch + 12);
+    writeBe32(loops, firstMatchlet + 24, 1);
+    writeBe32(loops, firstMatchlet + 28, firstMatchlet);
     damaged.push_back(loops);
     // Lists that claim more entries than the file holds.
     std::string counts = good;
     for (uint32_t header = 4; header < 40; header += 4)
-        patch(&counts, word(good, header), 0x7FFFFFFF);
+        writeBe32(counts, readBe32(good, header), 0x7FFFFFFF);
     damaged.push_back(counts);
 
     // A name of the looping root's character walks the loop as deep as it can.
-    const std::string deepName(10000, static_cast<char>(word(good, roots)));
+    const std::string deepName(10000, static_cast<char>(readBe32(good, roots)));
     for (const std::string& bytes : damaged) {
         std::string path = world.writeFile("mime.cache", bytes);
         MimeDatabase db;

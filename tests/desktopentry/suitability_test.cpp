@@ -37,7 +37,7 @@ DisplayCode displayCode(const VyxDesktopEntry& entry, const SessionFacts& facts)
     return code;
 }
 
-TEST(ForSession, OnlyShowInAndNotShowIn)
+TEST(Displayable, SessionHiddenAndNoDisplayInOrder)
 {
     TempHome world;
     SessionFacts plain, plasma, mini;
@@ -53,11 +53,8 @@ TEST(ForSession, OnlyShowInAndNotShowIn)
     VyxDesktopEntry notMini = entryFrom(world, "nomini.desktop", "NotShowIn=Vyx-Mini;\n");
     EXPECT_EQ(displayCode(notMini, mini), VyxDesktopEntry::DisplayableNotForSession);
     EXPECT_EQ(displayCode(notMini, plain), VyxDesktopEntry::Displayable);
-}
 
-TEST(Displayable, HiddenAndNoDisplayInOrder)
-{
-    TempHome world;
+    // Hidden, then the session, then NoDisplay.
     DisplayCode code;
     EXPECT_FALSE(entryFrom(world, "h.desktop", "Hidden=true\nOnlyShowIn=GNOME\n").isDisplayable(&code));
     EXPECT_EQ(code, VyxDesktopEntry::DisplayableHidden);
@@ -98,7 +95,7 @@ bool execOk(const char* exec, const UserFacts& user = UserFacts{})
     return ok;
 }
 
-TEST(ExecRules, ProgramNameIsolation)
+TEST(ExecRules, ProgramNamesPrivilegesAndTerminals)
 {
     TempHome world;
     std::string program = world.writeFile("my app/run", "#!/bin/sh\n");
@@ -120,10 +117,8 @@ TEST(ExecRules, ProgramNameIsolation)
     EXPECT_TRUE(execOk("su-to-root -c \"ls\"", admin));
     EXPECT_TRUE(execOk("su-to-root -c ls -l", admin));
     EXPECT_EQ(execCode("su-to-root -c \"", admin), VyxDesktopEntry::SuitableBadExec);
-}
 
-TEST(ExecRules, PrivilegesAndTerminals)
-{
+    // Privileges and terminals.
     UserFacts ordinary, unchecked, noConsole;
     unchecked.noAdminCheck = true;
     noConsole.consoleAllowed = false;
@@ -203,10 +198,6 @@ TEST(Kiosk, WhitelistByFileNameAndProgram)
     EXPECT_FALSE(entryFrom(world, "apps3/editor.desktop", "Exec=/usr/bin/editor --kiosk\n").isForVyx(&code));
 }
 
-}  // namespace
-
-namespace {
-
 // Real users and groups: a private group database, a restricted /dev/pts,
 // and a child running as the test user.
 void asUser(const TempHome& world, uid_t uid, const std::string& groups, bool restrictTerminals,
@@ -233,22 +224,18 @@ Code codeOf(const char* exec)
     return code;
 }
 
-TEST(RealUsers, AdministratorGroupAllowsPrivilegeTools)
+// The administrator group allows privilege tools; restricted terminals need
+// the console group.
+TEST(RealUsers, AdministratorAndConsoleGroups)
 {
     TempHome world;
-    const std::string groups = "orvel-admin:x:3000:alice\n";
-    asUser(world, 2001, groups, false, [] {
+    const std::string admins = "orvel-admin:x:3000:alice\n", groups = "orvel-console:x:3001:alice\n";
+    asUser(world, 2001, admins, false, [] {
         EXPECT_EQ(codeOf("pkexec no-such-42"), VyxDesktopEntry::SuitableExecNotInPath);  // allowed, just missing
     });
-    asUser(world, 2002, groups, false, [] {
+    asUser(world, 2002, admins, false, [] {
         EXPECT_EQ(codeOf("pkexec no-such-42"), VyxDesktopEntry::SuitableAdminRequired);
     });
-}
-
-TEST(RealUsers, RestrictedTerminalsNeedTheConsoleGroup)
-{
-    TempHome world;
-    const std::string groups = "orvel-console:x:3001:alice\n";
     asUser(world, 2001, groups, true, [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableExecNotInPath); });
     asUser(world, 2002, groups, true, [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableAdminRequired); });
     asUser(world, 2002, groups, false, [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableExecNotInPath); });

@@ -14,7 +14,6 @@
 
 #include <gtest/gtest.h>
 
-#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -188,30 +187,6 @@ TEST_F(Themes, CacheStageAnswersFirstAndStaleCachesAreNamed)
     EXPECT_EQ(messages.find(complaint), messages.rfind(complaint));  // once per process
 }
 
-TEST_F(Themes, LookupsFromManyThreadsAgree)
-{
-    std::vector<std::string> files;
-    for (int i = 0; i < 40; ++i)
-        files.push_back("48x48/apps/icon" + std::to_string(i) + ".png");
-    theme("own", std::string(kIndexHead) + "Name=Own\nDirectories=48x48/apps\n[48x48/apps]\nType=Fixed\n", files);
-    VyxIconTheme single("own", "", true), shared("own", "", true);
-    std::vector<std::string> expected;
-    for (int i = 0; i < 50; ++i)
-        expected.push_back(single.getIconPath(("icon" + std::to_string(i)).c_str(), 48, nullptr));
-    std::vector<std::thread> threads;
-    std::vector<int> mismatches(4, 0);
-    for (int t = 0; t < 4; ++t) {
-        threads.emplace_back([&, t] {
-            for (int round = 0; round < 20; ++round)
-                for (int i = 0; i < 50; ++i)
-                    mismatches[t] += shared.getIconPath(("icon" + std::to_string(i)).c_str(), 48, nullptr) != expected[i];
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(mismatches, std::vector<int>(4, 0));
-}
-
 TEST(CurrentThemes, SettingsFileAndTrayColours)
 {
     TempHome world;
@@ -231,22 +206,6 @@ TEST(CurrentThemes, SettingsFileAndTrayColours)
     world.writeFile("home/.vyx/theme/current.themerc", "[Variables]\nUseTrayIconTheme=FALSE\n");
     EXPECT_EQ(VyxIconTheme::getCurrentTrayThemeName(""), "");
     EXPECT_EQ(VyxIconTheme::currentTray(Vyx::tagged_bool<ForceLoad_tag>(false), ""), nullptr);
-}
-
-TEST(InstalledThemes, HicolorAndAdwaitaAnswer)
-{
-    TempHome world;
-    ScopedEnv dirs("XDG_DATA_DIRS", "/usr/share");
-    std::vector<std::string> names = VyxIconTheme::getThemesNames();
-    for (const char* expected : {"hicolor", "Adwaita"})
-        EXPECT_NE(std::find(names.begin(), names.end(), expected), names.end()) << expected;
-    EXPECT_EQ(VyxIconTheme::findThemePath("Adwaita"), "/usr/share/icons/Adwaita");
-    VyxIconTheme adwaita("Adwaita", "", true);
-    ASSERT_TRUE(adwaita.isLoaded());
-    EXPECT_TRUE(adwaita.hasValidCache());
-    std::string found = adwaita.getIconPath("edit-copy", 48, "Actions");
-    EXPECT_EQ(found.compare(0, 24, "/usr/share/icons/Adwaita"), 0) << found;
-    EXPECT_TRUE(adwaita.getIconPath("edit-copy-no-such-variant", 16, nullptr).find("edit-copy") != std::string::npos);
 }
 
 }  // namespace

@@ -114,7 +114,7 @@ TEST(PathExpansion, TildeUserAndVariables)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Undefined environment variable HOME\n");
 }
 
-TEST(FileTree, CopyIntoDirectoryAndRefuseFolders)
+TEST(FileTree, CopyRemoveEmptinessAndSize)
 {
     TempHome world;
     std::string content(10000, 'x');
@@ -131,11 +131,8 @@ TEST(FileTree, CopyIntoDirectoryAndRefuseFolders)
     testing::internal::CaptureStderr();
     EXPECT_FALSE(vyxCopyFile(dest.c_str(), world.path("x").c_str()));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "libvyxcore: can't copy folder to file\n");
-}
 
-TEST(FileTree, RemoveNeverFollowsLinksOutOfTheTree)
-{
-    TempHome world;
+    // Removing never follows links out of the tree.
     std::string outside = world.writeFile("outside/precious.txt", "keep me");
     world.writeFile("tree/.directory", "[Desktop Entry]\n");
     world.writeFile("tree/a/b/file", "x");
@@ -153,11 +150,7 @@ TEST(FileTree, RemoveNeverFollowsLinksOutOfTheTree)
     EXPECT_FALSE(fileExists(tree, false));
     EXPECT_FALSE(rmdirRecursive(tree.c_str(), Vyx::tagged_bool<InsideOnly_tag>(false),
                                 Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false)));
-}
 
-TEST(FileTree, EmptinessAndSize)
-{
-    TempHome world;
     std::string dir = world.makeDir("d");
     const Vyx::tagged_bool<IgnoreDotDirectoryFile_tag> ignoreDot(true), countDot(false);
     EXPECT_TRUE(isDirEmpty(world.path("missing").c_str(), countDot));
@@ -213,7 +206,7 @@ TEST(Links, ResolveAndRelativeLinks)
     EXPECT_EQ(resolveSymLink("", check), "");
 }
 
-TEST(BusyPath, SeesAHolderAndCannotBeInjected)
+TEST(BusyPath, SeesAHolderCannotBeInjectedAndNeedsFuser)
 {
     TempHome world;
     std::string file = world.writeFile("held.txt", "x");
@@ -230,12 +223,8 @@ TEST(BusyPath, SeesAHolderAndCannotBeInjected)
     std::string evil = world.writeFile("a; touch injected #", "x");
     EXPECT_FALSE(isPathBusy(evil.c_str()));
     EXPECT_FALSE(fileExists(world.path("injected"), false));
-}
 
-TEST(BusyPath, MissingFuserMeansNotBusy)
-{
-    TempHome world;
-    std::string file = world.writeFile("held.txt", "x");
+    // Without fuser nothing is busy.
     vyxtest::ChildOptions options;
     options.mounts = {vyxtest::Mount::tmpfs("/bin")};
     VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {

@@ -27,7 +27,7 @@ std::string data(const char* name)
 
 // The language list is decided once per process: each case sets its
 // environment before the first entry is made.
-TEST(EntryLoad, FieldsTranslationsAndActions)
+TEST(EntryLoad, FieldsTranslationsActionsAndLineEnds)
 {
     ScopedEnv language("LANGUAGE", "de:fr");
     VyxDesktopEntry entry(data("browser.desktop"));
@@ -56,6 +56,17 @@ TEST(EntryLoad, FieldsTranslationsAndActions)
     EXPECT_EQ(privateWindow.icon(), "private-browsing");
     EXPECT_EQ(privateWindow.exec(), "/usr/lib/browser/browser --private-window %u");
     EXPECT_EQ(entry.actions()[0].localCommentOrFallback(), "");
+
+    // A byte order mark, CR LF line ends, and booleans that are strict.
+    VyxDesktopEntry crlf(data("crlf-bom.desktop"));
+    ASSERT_TRUE(crlf.isLoaded());
+    EXPECT_EQ(crlf.type(), "Application");
+    EXPECT_EQ(crlf.localName(), "Texteditor");
+    EXPECT_EQ(crlf.exec(), "editor %F");
+    EXPECT_EQ(crlf.categories(), (Strings{"Utility", "TextEditor"}));
+    EXPECT_TRUE(crlf.noDisplay());  // "True" counts
+    EXPECT_TRUE(crlf.hasHidden());
+    EXPECT_FALSE(crlf.hidden());  // "TRUE" does not, on purpose
 }
 
 TEST(EntryLoad, WithoutLanguagesEveryTranslationIsUnknown)
@@ -82,20 +93,6 @@ TEST(EntryLoad, LanguageListRules)
     // A field with a "." is reduced; "ru", "en", "de", "fr" anywhere decide.
     ScopedEnv language("LANGUAGE", "pt_BR:sr_RS.UTF-8@latin:de_AT.UTF-8::x");
     EXPECT_EQ(GetLangPref(), (Strings{"pt_BR", "sr", "de", "x"}));
-}
-
-TEST(EntryLoad, ByteOrderMarkCrLfAndStrictBooleans)
-{
-    ScopedEnv language("LANGUAGE", "de");
-    VyxDesktopEntry entry(data("crlf-bom.desktop"));
-    ASSERT_TRUE(entry.isLoaded());
-    EXPECT_EQ(entry.type(), "Application");
-    EXPECT_EQ(entry.localName(), "Texteditor");
-    EXPECT_EQ(entry.exec(), "editor %F");
-    EXPECT_EQ(entry.categories(), (Strings{"Utility", "TextEditor"}));
-    EXPECT_TRUE(entry.noDisplay());  // "True" counts
-    EXPECT_TRUE(entry.hasHidden());
-    EXPECT_FALSE(entry.hidden());  // "TRUE" does not, on purpose
 }
 
 TEST(EntryLoad, OddSpacingDuplicatesStrayKeysAndActionGroups)

@@ -44,7 +44,7 @@ protected:
     TempHome world;
 };
 
-TEST_F(Themes, IndexModel)
+TEST_F(Themes, IndexModelAndInheritanceCycles)
 {
     ScopedEnv language("LANGUAGE", "de");
     theme("own",
@@ -85,10 +85,8 @@ TEST_F(Themes, IndexModel)
     EXPECT_TRUE(again.hidden());
     EXPECT_EQ(again.subdirs().size(), 3u);
     EXPECT_EQ(again.localName(), "Eigen");  // keys the model does not write survive
-}
 
-TEST_F(Themes, InheritanceCyclesEnd)
-{
+    // Inheritance cycles end.
     theme("a", std::string(kIndexHead) + "Name=Alpha\nInherits=b\nDirectories=\n");
     theme("b", std::string(kIndexHead) + "Name=Beta\nInherits=c,hicolor\nDirectories=\n");
     theme("c", std::string(kIndexHead) + "Name=Gamma\nInherits=a\nDirectories=\n");

@@ -116,7 +116,7 @@ TEST(Dirs, OrdinarySessionIgnoresKioskSettings)
     EXPECT_EQ(GetVyxDir(KioskToolbarDir), world.home() + "/.vyx/toolbar");
 }
 
-TEST(XdgDirs, UserDirectoryFirstThenTheSystemList)
+TEST(XdgDirs, FindAndListTheUserDirectoryFirstThenTheSystemList)
 {
     TempHome world;
     std::string system = world.makeDir("etc/xdg/autostart");

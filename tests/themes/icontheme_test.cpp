@@ -4,8 +4,8 @@
 
 // Icon themes built in a temporary data directory: the index model, the
 // lookup order (own directories, cache, parents with hicolor last, bigger
-// sizes, generic names), the switches, the current-theme settings, and the
-// installed themes.
+// sizes, generic names), the switches and the current-theme settings. The
+// installed themes are asked with the MIME icons.
 
 #include "core/spawn_p.h"
 #include "support/temp_home.h"
@@ -47,6 +47,11 @@ protected:
 TEST_F(Themes, IndexModelAndInheritanceCycles)
 {
     ScopedEnv language("LANGUAGE", "de");
+    // Written before the first theme is loaded: where each theme lives is
+    // looked up once.
+    theme("a", std::string(kIndexHead) + "Name=Alpha\nInherits=b\nDirectories=\n");
+    theme("b", std::string(kIndexHead) + "Name=Beta\nInherits=c,hicolor\nDirectories=\n");
+    theme("c", std::string(kIndexHead) + "Name=Gamma\nInherits=a\nDirectories=\n");
     theme("own",
           std::string(kIndexHead) +
               "Name=Own\nName[de]=Eigen\nComment=Mine\nHidden=TRUE\nExample=folder\n"
@@ -87,9 +92,6 @@ TEST_F(Themes, IndexModelAndInheritanceCycles)
     EXPECT_EQ(again.localName(), "Eigen");  // keys the model does not write survive
 
     // Inheritance cycles end.
-    theme("a", std::string(kIndexHead) + "Name=Alpha\nInherits=b\nDirectories=\n");
-    theme("b", std::string(kIndexHead) + "Name=Beta\nInherits=c,hicolor\nDirectories=\n");
-    theme("c", std::string(kIndexHead) + "Name=Gamma\nInherits=a\nDirectories=\n");
     VyxIconTheme a("a", "", true);
     ASSERT_TRUE(a.isLoaded());
     ASSERT_EQ(a.parents().size(), 1u);

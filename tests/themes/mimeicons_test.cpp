@@ -4,7 +4,7 @@
 
 // Icons for MIME types, names, files, directories, file-manager locations
 // and URLs, over a theme built here, the installed MIME database and
-// default applications written to mimeapps.list.
+// default applications written to mimeapps.list; and the installed themes.
 
 #include "support/temp_home.h"
 

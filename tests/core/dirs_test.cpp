@@ -47,21 +47,16 @@ TEST(Dirs, EmptyAnswersAreRetriedUntilTheyExist)
     EXPECT_EQ(GetVyxDir(VyxHomeDir), "/later/home/.vyx");
 }
 
-TEST(Dirs, AliasesUnknownValuesAndConstants)
+TEST(Dirs, AliasesAndResetFollowingTheEnvironmentButKeepingSharedDirs)
 {
     TempHome world;
+    ScopedEnv shared("VYX_SHARED_DESKTOP_DIR", "/first/desktop"), help("VYXHELPDIR", "/help");
     EXPECT_EQ(&GetVyxDir(TempDirAlias), &GetVyxDir(TempDir));
     EXPECT_EQ(&vyxGetPath(DesktopDir), &GetVyxDir(DesktopDir));
     EXPECT_EQ(GetVyxDir(static_cast<VyxDir>(30)), "");
     EXPECT_EQ(GetVyxDir(static_cast<VyxDir>(-1)), "");
     EXPECT_EQ(GetVyxDir(SoundsDir), "/usr/share/vyx-wm/sounds");
     EXPECT_EQ(GetVyxDir(TranslationsDir), "/usr/share/vyx/translations");
-}
-
-TEST(Dirs, ResetFollowsTheEnvironmentButKeepsSharedDirs)
-{
-    TempHome world;
-    ScopedEnv shared("VYX_SHARED_DESKTOP_DIR", "/first/desktop"), help("VYXHELPDIR", "/help");
     EXPECT_EQ(GetVyxDir(HomeDir), world.home());
     EXPECT_EQ(GetVyxDir(SharedDesktopDir), "/first/desktop");
     EXPECT_EQ(GetVyxDir(SharedStartMenuDir), "/usr/share/applications/vyxstartmenu");
@@ -121,11 +116,17 @@ TEST(Dirs, OrdinarySessionIgnoresKioskSettings)
     EXPECT_EQ(GetVyxDir(KioskToolbarDir), world.home() + "/.vyx/toolbar");
 }
 
-TEST(XdgDirs, UserDirectoryFirstThenTheSystemList)
+TEST(XdgDirs, FindAndListTheUserDirectoryFirstThenTheSystemList)
 {
     TempHome world;
-    ScopedEnv dirs("XDG_CONFIG_DIRS", "/a::/b");
+    std::string system = world.makeDir("etc/xdg/autostart");
+    // The user's directory cannot be made (no .config), so the system one answers.
+    EXPECT_EQ(autostartDir(), system);
+    EXPECT_EQ(GetVyxDir(AutostartDir), system);
     world.makeDir("home/.config");
+    EXPECT_EQ(findInXDGConfigDirs("autostart"), world.home() + "/.config/autostart");
+    EXPECT_EQ(findInXDGDataDirs("nothing-here"), "");
+    ScopedEnv dirs("XDG_CONFIG_DIRS", "/a::/b");
     EXPECT_EQ(xdgConfigDirs("x"),
               (std::vector<std::string>{world.home() + "/.config/x", "/a/x", "/b/x"}));
     struct stat st;
@@ -136,7 +137,7 @@ TEST(XdgDirs, UserDirectoryFirstThenTheSystemList)
     EXPECT_EQ(xdgConfigDirs(nullptr), (std::vector<std::string>{world.home() + "/.config", "/etc/xdg"}));
 }
 
-TEST(XdgDirs, UncreatableUserDirectoryIsLeftOut)
+TEST(XdgDirs, UncreatableOrUncreatedUserDirectoryIsLeftOut)
 {
     TempHome world;
     ScopedEnv noDirs("XDG_DATA_DIRS", nullptr);
@@ -145,13 +146,8 @@ TEST(XdgDirs, UncreatableUserDirectoryIsLeftOut)
               (std::vector<std::string>{"/usr/local/share/applications", "/usr/share/applications"}));
     world.makeDir("home/.local/share");
     EXPECT_EQ(xdgDataDirs("applications").front(), world.home() + "/.local/share/applications");
-}
 
-TEST(XdgDirs, CreationSwitchedOffLeavesTheHomeAlone)
-{
-    TempHome world;
-    ScopedEnv noDirs("XDG_DATA_DIRS", nullptr);
-    world.makeDir("home/.local/share");
+    // Creation switched off leaves the home alone.
     const std::string user = world.home() + "/.local/share/sounds";
     setXdgUserDirCreation(false);
     EXPECT_EQ(xdgDataDirs("sounds"), (std::vector<std::string>{"/usr/local/share/sounds", "/usr/share/sounds"}));
@@ -159,19 +155,7 @@ TEST(XdgDirs, CreationSwitchedOffLeavesTheHomeAlone)
     world.makeDir("home/.local/share/sounds");
     EXPECT_EQ(xdgDataDirs("sounds").front(), user) << "an existing directory still leads";
     setXdgUserDirCreation(true);
-    EXPECT_EQ(xdgDataDirs("applications").front(), world.home() + "/.local/share/applications");
-}
-
-TEST(XdgDirs, FindReturnsTheFirstExisting)
-{
-    TempHome world;
-    std::string system = world.makeDir("etc/xdg/autostart");
-    // The user's directory cannot be made (no .config), so the system one answers.
-    EXPECT_EQ(autostartDir(), system);
-    EXPECT_EQ(GetVyxDir(AutostartDir), system);
-    world.makeDir("home/.config");
-    EXPECT_EQ(findInXDGConfigDirs("autostart"), world.home() + "/.config/autostart");
-    EXPECT_EQ(findInXDGDataDirs("nothing-here"), "");
+    EXPECT_EQ(xdgDataDirs("icons").front(), world.home() + "/.local/share/icons");
 }
 
 }  // namespace

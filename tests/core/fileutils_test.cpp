@@ -3,6 +3,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "support/child_process.h"
+#include "support/files.h"
 #include "support/temp_home.h"
 
 #include <vyxdirs.h>
@@ -10,7 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <climits>
 #include <cstdlib>
 #include <fcntl.h>
@@ -25,12 +25,6 @@ using Strings = std::vector<std::string>;
 
 const Vyx::tagged_bool<FilesOnly_tag> kFilesOnly(true), kAnyEntry(false);
 
-Strings sorted(Strings list)
-{
-    std::sort(list.begin(), list.end());
-    return list;
-}
-
 TEST(FileList, DepthPatternAndHiddenEntries)
 {
     TempHome world;
@@ -44,16 +38,16 @@ TEST(FileList, DepthPatternAndHiddenEntries)
 
     Strings names;
     EXPECT_TRUE(GetFileNameList(&names, apps.c_str(), 1, "*.desktop", kFilesOnly));
-    EXPECT_EQ(sorted(names), (Strings{"a.desktop", "b.desktop"}));
+    EXPECT_EQ(vyxtest::sorted(names), (Strings{"a.desktop", "b.desktop"}));
 
     Strings paths;
     EXPECT_TRUE(GetFileList(&paths, (apps + "/").c_str(), 0, "*", kAnyEntry));
-    EXPECT_EQ(sorted(paths), (Strings{apps + "/a.desktop", apps + "/dir.desktop", apps + "/notes.txt", apps + "/sub"}));
+    EXPECT_EQ(vyxtest::sorted(paths), (Strings{apps + "/a.desktop", apps + "/dir.desktop", apps + "/notes.txt", apps + "/sub"}));
 
     Strings deep = {"kept"};
     EXPECT_TRUE(GetFileList(&deep, apps.c_str(), 5, "*.desktop", kAnyEntry));
     // A matching directory is listed but never entered.
-    EXPECT_EQ(sorted(deep), (Strings{apps + "/a.desktop", apps + "/dir.desktop", apps + "/sub/b.desktop",
+    EXPECT_EQ(vyxtest::sorted(deep), (Strings{apps + "/a.desktop", apps + "/dir.desktop", apps + "/sub/b.desktop",
                                      apps + "/sub/deeper/c.desktop", "kept"}));
 
     EXPECT_FALSE(GetFileList(nullptr, apps.c_str(), 1, "*", kAnyEntry));
@@ -120,7 +114,7 @@ TEST(PathExpansion, TildeUserAndVariables)
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "Undefined environment variable HOME\n");
 }
 
-TEST(FileTree, CopyIntoDirectoryAndRefuseFolders)
+TEST(FileTree, CopyRemoveEmptinessAndSize)
 {
     TempHome world;
     std::string content(10000, 'x');
@@ -137,11 +131,8 @@ TEST(FileTree, CopyIntoDirectoryAndRefuseFolders)
     testing::internal::CaptureStderr();
     EXPECT_FALSE(vyxCopyFile(dest.c_str(), world.path("x").c_str()));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "libvyxcore: can't copy folder to file\n");
-}
 
-TEST(FileTree, RemoveNeverFollowsLinksOutOfTheTree)
-{
-    TempHome world;
+    // Removing never follows links out of the tree.
     std::string outside = world.writeFile("outside/precious.txt", "keep me");
     world.writeFile("tree/.directory", "[Desktop Entry]\n");
     world.writeFile("tree/a/b/file", "x");
@@ -159,11 +150,7 @@ TEST(FileTree, RemoveNeverFollowsLinksOutOfTheTree)
     EXPECT_FALSE(fileExists(tree, false));
     EXPECT_FALSE(rmdirRecursive(tree.c_str(), Vyx::tagged_bool<InsideOnly_tag>(false),
                                 Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false)));
-}
 
-TEST(FileTree, EmptinessAndSize)
-{
-    TempHome world;
     std::string dir = world.makeDir("d");
     const Vyx::tagged_bool<IgnoreDotDirectoryFile_tag> ignoreDot(true), countDot(false);
     EXPECT_TRUE(isDirEmpty(world.path("missing").c_str(), countDot));
@@ -219,7 +206,7 @@ TEST(Links, ResolveAndRelativeLinks)
     EXPECT_EQ(resolveSymLink("", check), "");
 }
 
-TEST(BusyPath, SeesAHolderAndCannotBeInjected)
+TEST(BusyPath, SeesAHolderCannotBeInjectedAndNeedsFuser)
 {
     TempHome world;
     std::string file = world.writeFile("held.txt", "x");
@@ -236,12 +223,8 @@ TEST(BusyPath, SeesAHolderAndCannotBeInjected)
     std::string evil = world.writeFile("a; touch injected #", "x");
     EXPECT_FALSE(isPathBusy(evil.c_str()));
     EXPECT_FALSE(fileExists(world.path("injected"), false));
-}
 
-TEST(BusyPath, MissingFuserMeansNotBusy)
-{
-    TempHome world;
-    std::string file = world.writeFile("held.txt", "x");
+    // Without fuser nothing is busy.
     vyxtest::ChildOptions options;
     options.mounts = {vyxtest::Mount::tmpfs("/bin")};
     VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {

@@ -9,15 +9,14 @@
 #include "core/inireader_p.h"
 #include "ini_difference.h"
 #include "support/child_process.h"
+#include "support/files.h"
 #include "support/temp_home.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdio>
 #include <cstdlib>
-#include <dirent.h>
 #include <fcntl.h>
-#include <fstream>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -33,7 +32,7 @@ std::string differenceOf(const std::string& text)
     return iniDifference(text.data(), text.size());
 }
 
-TEST(IniReader, ReadsEdgeCasesAsTheDocumentDoes)
+TEST(IniReader, ReadsEdgeCasesLongLinesAndManyNamesAsTheDocumentDoes)
 {
     const std::string cases[] = {
         "",
@@ -74,51 +73,27 @@ TEST(IniReader, ReadsEdgeCasesAsTheDocumentDoes)
     EXPECT_EQ(keys, (std::vector<std::string>{"Key", "other"}));
     EXPECT_STREQ(reader.value("A", "kEy"), "3");
     EXPECT_EQ(reader.value("C", "k"), nullptr);
-}
 
-TEST(IniReader, LongLinesAndManyNamesReadAsTheDocumentDoes)
-{
-    std::string text = "[A]\nlong=" + std::string(1 << 20, 'x') + " \n";
+    // Long lines and many names.
+    std::string many = "[A]\nlong=" + std::string(1 << 20, 'x') + " \n";
     for (int g = 0; g < 3000; ++g) {
-        text += "[G" + std::to_string(g % 1500) + "]\n";
+        many += "[G" + std::to_string(g % 1500) + "]\n";
         for (int k = 0; k < 5; ++k)
-            text += "Key" + std::to_string((g * 7 + k) % 11) + "=" + std::to_string(g) + "\n";
+            many += "Key" + std::to_string((g * 7 + k) % 11) + "=" + std::to_string(g) + "\n";
     }
-    EXPECT_EQ(differenceOf(text), "");
-}
-
-void collectFiles(const std::string& dir, const char* suffix, int depth, std::vector<std::string>* out)
-{
-    DIR* d = opendir(dir.c_str());
-    if (!d)
-        return;
-    while (dirent* e = readdir(d)) {
-        const std::string name = e->d_name;
-        if (name == "." || name == "..")
-            continue;
-        const std::string path = dir + "/" + name;
-        struct stat st;
-        if (stat(path.c_str(), &st) != 0)
-            continue;
-        if (S_ISDIR(st.st_mode) && depth > 0)
-            collectFiles(path, suffix, depth - 1, out);
-        else if (S_ISREG(st.st_mode) && name.size() >= std::strlen(suffix) &&
-                 name.compare(name.size() - std::strlen(suffix), std::string::npos, suffix) == 0)
-            out->push_back(path);
-    }
-    closedir(d);
+    EXPECT_EQ(differenceOf(many), "");
 }
 
 TEST(IniReader, InstalledFilesAndTheSyntheticCorpusReadAsTheDocumentReadsThem)
 {
     vyxtest::TempHome world;
     std::vector<std::string> files;
-    collectFiles("/usr/share/applications", ".desktop", 4, &files);
-    collectFiles("/usr/share/applications", "mimeapps.list", 0, &files);
-    collectFiles("/etc/xdg", "mimeapps.list", 0, &files);
-    collectFiles("/usr/share/icons", "index.theme", 1, &files);
-    collectFiles("/usr/share/sounds", "index.theme", 1, &files);
-    collectFiles("/usr/share/desktop-directories", ".directory", 0, &files);
+    vyxtest::findFiles("/usr/share/applications", ".desktop", 4, &files);
+    vyxtest::findFiles("/usr/share/applications", "mimeapps.list", 0, &files);
+    vyxtest::findFiles("/etc/xdg", "mimeapps.list", 0, &files);
+    vyxtest::findFiles("/usr/share/icons", "index.theme", 1, &files);
+    vyxtest::findFiles("/usr/share/sounds", "index.theme", 1, &files);
+    vyxtest::findFiles("/usr/share/desktop-directories", ".directory", 0, &files);
     const size_t installed = files.size();
     ASSERT_GT(installed, 0u) << "no installed theme index or desktop file found";
 
@@ -127,7 +102,7 @@ TEST(IniReader, InstalledFilesAndTheSyntheticCorpusReadAsTheDocumentReadsThem)
         const std::string corpus = world.path("corpus");
         const std::string command = std::string("bash ") + script + " '" + corpus + "' 2000 >/dev/null 2>&1";
         ASSERT_EQ(std::system(command.c_str()), 0) << command;
-        collectFiles(corpus + "/applications", ".desktop", 2, &files);
+        vyxtest::findFiles(corpus + "/applications", ".desktop", 2, &files);
         EXPECT_GE(files.size() - installed, 2000u);
     } else {
         ADD_FAILURE() << "the synthetic corpus script is missing: " << script;
@@ -192,13 +167,7 @@ TEST(IniReader, HugeFilesLoadInMemoryBoundedByTheirSize)
     vyxtest::TempHome world;
     const std::string line = world.path("line.ini");
     const size_t lineSize = 100u << 20;
-    {
-        std::ofstream out(line, std::ios::binary);
-        out << "[A]\nk=";
-        const std::string chunk(1 << 20, 'x');
-        for (size_t i = 0; i < lineSize / chunk.size(); ++i)
-            out << chunk;
-    }
+    vyxtest::writeRepeated(line, "[A]\nk=", 'x', lineSize);
     std::string keys = "[A]\n";
     for (int i = 0; i < 1000000; ++i)
         keys += "key" + std::to_string(i) + "=" + std::to_string(i % 7) + "\n";

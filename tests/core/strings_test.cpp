@@ -13,18 +13,14 @@ namespace {
 
 using Strings = std::vector<std::string>;
 
-TEST(Strings, SplitDropsEmptyFieldsAndTreatsDelimitersAsASet)
+TEST(Strings, SplitAndJoin)
 {
-    EXPECT_EQ(Vyx::split("a,,b,", ","), (Strings{"a", "b"}));
+    EXPECT_EQ(Vyx::split("a,,b,", ","), (Strings{"a", "b"}));  // empty fields dropped
     EXPECT_EQ(Vyx::split(",,", ","), Strings{});
-    EXPECT_EQ(Vyx::split("a b\tc", " \t"), (Strings{"a", "b", "c"}));
+    EXPECT_EQ(Vyx::split("a b\tc", " \t"), (Strings{"a", "b", "c"}));  // any of the delimiters
     const char input[] = "x:y";
     Vyx::split(input, ":");
     EXPECT_STREQ(input, "x:y");  // the input is never written
-}
-
-TEST(Strings, JoinHandlesNoPartsEmptyPartsAndNullSeparator)
-{
     EXPECT_EQ(Vyx::join({}, ";"), "");
     EXPECT_EQ(Vyx::join({"a", "", "c"}, "; "), "a; ; c");
     EXPECT_EQ(Vyx::join({"a", "b"}, nullptr), "ab");
@@ -48,7 +44,7 @@ TEST(Strings, QuotingEscapesOnlyWhatTheShellNeeds)
     EXPECT_EQ(special, 22);  // control bytes, DEL and bytes >= 128 are not special
 }
 
-TEST(Strings, FileNamePieces)
+TEST(Strings, FileNamePiecesAndSections)
 {
     EXPECT_EQ(Vyx::baseName("dir/a.tar.gz"), "a");
     EXPECT_EQ(Vyx::completeBaseName("dir/a.tar.gz"), "a.tar");
@@ -56,35 +52,22 @@ TEST(Strings, FileNamePieces)
     EXPECT_EQ(Vyx::completeBaseName("/x/.hidden"), "");
     EXPECT_EQ(Vyx::completeBaseName("/x/name"), "name");
     EXPECT_EQ(Vyx::baseName("a.b/c"), "c");  // dots before the last slash do not count
-}
 
-TEST(Strings, LastSectionAndCut)
-{
     EXPECT_EQ(Vyx::lastSection("abc", '/'), "");
     EXPECT_EQ(Vyx::lastSection("a/b/c", '/'), "c");
-    std::string text = "abc";
-    EXPECT_FALSE(Vyx::cutLastSection(text, '/'));
-    EXPECT_EQ(text, "abc");
-    text = "a/b/c";
-    EXPECT_TRUE(Vyx::cutLastSection(text, '/'));
-    EXPECT_EQ(text, "a/b");
-}
+    for (std::string text : {"abc", "a/b/c"}) {
+        const bool cut = text != "abc";
+        EXPECT_EQ(Vyx::cutLastSection(text, '/'), cut);
+        EXPECT_EQ(text, cut ? "a/b" : "abc");
+    }
 
-TEST(Strings, SectionWalksFromBothEnds)
-{
-    EXPECT_EQ(Vyx::section("a/b/c", '/', 0), "a");
-    EXPECT_EQ(Vyx::section("a/b/c", '/', 2), "c");
-    EXPECT_EQ(Vyx::section("a/b/c", '/', 3), "");
-    EXPECT_EQ(Vyx::section("a/b/c", '/', -1), "c");
-    EXPECT_EQ(Vyx::section("a/b/c", '/', -3), "a");
-    EXPECT_EQ(Vyx::section("a/b/c", '/', -4), "");
-    EXPECT_EQ(Vyx::section("a/b/", '/', 2), "");
-    EXPECT_EQ(Vyx::section("a/b/", '/', -1), "");
-    EXPECT_EQ(Vyx::section("/a", '/', 1), "a");
-    EXPECT_EQ(Vyx::section("/a", '/', -2), "");  // a leading separator ends the backward walk
-    EXPECT_EQ(Vyx::section("", '/', -1), "");
-    EXPECT_EQ(Vyx::section("a/b", '/', INT_MIN), "");
-    EXPECT_EQ(Vyx::section("a/b", '/', INT_MAX), "");
+    // A leading separator ends the backward walk.
+    const struct { const char* text; int index; const char* expected; } sections[] = {
+        {"a/b/c", 0, "a"}, {"a/b/c", 2, "c"},  {"a/b/c", 3, ""},   {"a/b/c", -1, "c"},      {"a/b/c", -3, "a"},
+        {"a/b/c", -4, ""}, {"a/b/", 2, ""},    {"a/b/", -1, ""},   {"/a", 1, "a"},          {"/a", -2, ""},
+        {"", -1, ""},      {"a/b", INT_MIN, ""}, {"a/b", INT_MAX, ""}};
+    for (const auto& c : sections)
+        EXPECT_EQ(Vyx::section(c.text, '/', c.index), c.expected) << c.text << " " << c.index;
 }
 
 TEST(Strings, ComparisonsOnEdges)

@@ -82,7 +82,7 @@ TEST(EntrySave, KeyOrderAndEmptyFields)
     EXPECT_EQ(text.find("URL"), std::string::npos);  // only for links
 }
 
-TEST(EntrySave, ReplacesAtomicallyThroughLinksKeepingPermissions)
+TEST(EntrySave, ReplacesAtomicallyThroughLinksKeepingPermissionsOrReportsFailure)
 {
     TempHome world;
     std::string real = world.writeFile("real/app.desktop", "[Desktop Entry]\nName=Old\n");
@@ -103,22 +103,19 @@ TEST(EntrySave, ReplacesAtomicallyThroughLinksKeepingPermissions)
     std::vector<std::string> names;
     GetFileNameList(&names, world.path("real").c_str(), 0, "*", Vyx::tagged_bool<FilesOnly_tag>(false));
     EXPECT_EQ(names, std::vector<std::string>{"app.desktop"});  // no temporary left behind
-}
 
-TEST(EntrySave, FailuresAreReported)
-{
-    TempHome world;
+    // Failures are reported.
     VyxDesktopEntry unbound;
     EXPECT_FALSE(unbound.save(kSkipEmpty));
 
-    VyxDesktopEntry entry;
-    entry.setFilePath(world.path("missing/dir/app.desktop"));
-    entry.setName("x");
+    VyxDesktopEntry lost;
+    lost.setFilePath(world.path("missing/dir/app.desktop"));
+    lost.setName("x");
     testing::internal::CaptureStderr();
-    EXPECT_FALSE(entry.save(kSkipEmpty));
+    EXPECT_FALSE(lost.save(kSkipEmpty));
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "libvyxcore: VyxDesktopEntry::save() can't save file " + world.path("missing/dir/app.desktop") + "\n");
-    EXPECT_TRUE(entry.isValid());  // set even after a failed save (kept)
+    EXPECT_TRUE(lost.isValid());  // set even after a failed save (kept)
 }
 
 TEST(EntryMerge, CopyInheritOverride)

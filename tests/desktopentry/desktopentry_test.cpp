@@ -6,13 +6,13 @@
 
 #include "desktopentry/desktopentry_p.h"
 #include "support/child_process.h"
+#include "support/files.h"
 #include "support/temp_home.h"
 
 #include <vyxdesktopentry.h>
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <sys/stat.h>
 
 namespace {
@@ -27,7 +27,7 @@ std::string data(const char* name)
 
 // The language list is decided once per process: each case sets its
 // environment before the first entry is made.
-TEST(EntryLoad, FieldsTranslationsAndActions)
+TEST(EntryLoad, FieldsTranslationsActionsAndLineEnds)
 {
     ScopedEnv language("LANGUAGE", "de:fr");
     VyxDesktopEntry entry(data("browser.desktop"));
@@ -56,6 +56,17 @@ TEST(EntryLoad, FieldsTranslationsAndActions)
     EXPECT_EQ(privateWindow.icon(), "private-browsing");
     EXPECT_EQ(privateWindow.exec(), "/usr/lib/browser/browser --private-window %u");
     EXPECT_EQ(entry.actions()[0].localCommentOrFallback(), "");
+
+    // A byte order mark, CR LF line ends, and booleans that are strict.
+    VyxDesktopEntry crlf(data("crlf-bom.desktop"));
+    ASSERT_TRUE(crlf.isLoaded());
+    EXPECT_EQ(crlf.type(), "Application");
+    EXPECT_EQ(crlf.localName(), "Texteditor");
+    EXPECT_EQ(crlf.exec(), "editor %F");
+    EXPECT_EQ(crlf.categories(), (Strings{"Utility", "TextEditor"}));
+    EXPECT_TRUE(crlf.noDisplay());  // "True" counts
+    EXPECT_TRUE(crlf.hasHidden());
+    EXPECT_FALSE(crlf.hidden());  // "TRUE" does not, on purpose
 }
 
 TEST(EntryLoad, WithoutLanguagesEveryTranslationIsUnknown)
@@ -82,20 +93,6 @@ TEST(EntryLoad, LanguageListRules)
     // A field with a "." is reduced; "ru", "en", "de", "fr" anywhere decide.
     ScopedEnv language("LANGUAGE", "pt_BR:sr_RS.UTF-8@latin:de_AT.UTF-8::x");
     EXPECT_EQ(GetLangPref(), (Strings{"pt_BR", "sr", "de", "x"}));
-}
-
-TEST(EntryLoad, ByteOrderMarkCrLfAndStrictBooleans)
-{
-    ScopedEnv language("LANGUAGE", "de");
-    VyxDesktopEntry entry(data("crlf-bom.desktop"));
-    ASSERT_TRUE(entry.isLoaded());
-    EXPECT_EQ(entry.type(), "Application");
-    EXPECT_EQ(entry.localName(), "Texteditor");
-    EXPECT_EQ(entry.exec(), "editor %F");
-    EXPECT_EQ(entry.categories(), (Strings{"Utility", "TextEditor"}));
-    EXPECT_TRUE(entry.noDisplay());  // "True" counts
-    EXPECT_TRUE(entry.hasHidden());
-    EXPECT_FALSE(entry.hidden());  // "TRUE" does not, on purpose
 }
 
 TEST(EntryLoad, OddSpacingDuplicatesStrayKeysAndActionGroups)
@@ -133,19 +130,16 @@ TEST(EntryLoad, PathsAndValidity)
     VyxDesktopEntry empty;
     EXPECT_FALSE(empty.isLoaded());
     EXPECT_FALSE(empty.load());
-}
 
-TEST(EntryLoad, ReloadResetsListsButKeepsPlainFieldsOnFailure)
-{
-    vyxtest::TempHome world;
+    // Loading again resets the lists.
     std::string file = world.writeFile("a.desktop", "[Desktop Entry]\nName=A\nCategories=X;Y\nExtra=1\n");
-    VyxDesktopEntry entry(file);
-    ASSERT_EQ(entry.categories().size(), 2u);
+    VyxDesktopEntry reloaded(file);
+    ASSERT_EQ(reloaded.categories().size(), 2u);
     world.writeFile("a.desktop", "[Desktop Entry]\nName=B\n");
-    EXPECT_TRUE(entry.load());
-    EXPECT_EQ(entry.name(), "B");
-    EXPECT_TRUE(entry.categories().empty());
-    EXPECT_TRUE(entry.unknowns().empty());
+    EXPECT_TRUE(reloaded.load());
+    EXPECT_EQ(reloaded.name(), "B");
+    EXPECT_TRUE(reloaded.categories().empty());
+    EXPECT_TRUE(reloaded.unknowns().empty());
 }
 
 TEST(EntryLoad, BadFilesGiveDefinedAnswers)
@@ -173,29 +167,14 @@ TEST(EntryLoad, BadFilesGiveDefinedAnswers)
     vyxtest::ChildOptions options;
     options.unprivileged = true;
     VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] { EXPECT_FALSE(VyxDesktopEntry(locked).isLoaded()); }));
-}
 
-TEST(EntryLoad, HugeSingleLineFile)
-{
-    vyxtest::TempHome world;
     std::string file = world.path("huge.desktop");
-    {
-        std::ofstream out(file, std::ios::binary);
-        out << "[Desktop Entry]\nName=Huge\nComment=";
-        std::string chunk(1 << 20, 'x');
-        for (int i = 0; i < 100; ++i)
-            out << chunk;
-        out << "\n";
-    }
+    vyxtest::writeRepeated(file, "[Desktop Entry]\nName=Huge\nComment=", 'x', 100u << 20, "\n");
     VyxDesktopEntry entry(file);
     ASSERT_TRUE(entry.isLoaded());
     EXPECT_EQ(entry.name(), "Huge");
     EXPECT_EQ(entry.comment().size(), 100u << 20);
 }
-
-}  // namespace
-
-namespace {
 
 // An action's translations: names and languages compare ignoring case, the
 // first non-empty one in language order wins; in the main group the

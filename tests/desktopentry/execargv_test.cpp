@@ -101,7 +101,7 @@ TEST(ExecArgv, HostileNamesStayWholeArguments)
         EXPECT_EQ(each[i], Argv({"viewer", paths[i]}));
 }
 
-TEST(ExecArgv, QuotingEscapesAndFieldCodes)
+TEST(ExecArgv, QuotingEscapesFieldCodesAndRefusals)
 {
     // The value's own escapes first, then the command line's quoting.
     // An escaped blank is still a blank of the command line.
@@ -124,10 +124,8 @@ TEST(ExecArgv, QuotingEscapesAndFieldCodes)
     // A 100 KB value is only long.
     std::string longArg(100 * 1024, 'y');
     EXPECT_EQ(expand(("prog " + longArg + " %f").c_str(), {"/a"}), Commands({{"prog", longArg, "/a"}}));
-}
 
-TEST(ExecArgv, InvalidValuesAreRefusedWithTheirReason)
-{
+    // Invalid values are refused with their reason.
     for (const char* exec : {"prog \"unbalanced", "prog \"%f\"", "prog --files=%F", "prog x%U", "prog %i%c",
                              "prog %x", "prog %", "prog %f %U", "FOO=1 prog", "", "   ", "%f", "\"\" %f"}) {
         std::string error;

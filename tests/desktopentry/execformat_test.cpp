@@ -15,77 +15,54 @@ ExecFormatString make(const char* format)
     return e;
 }
 
-TEST(Exec, SingleFileQuotingAndAddedCode)
+// One format with its inputs; toString() consumes the single file, the
+// icon and the caption, and empties the file list.
+struct Case {
+    const char* format;
+    const char* expected;
+    const char* file = nullptr;
+    const char* url = nullptr;
+    std::vector<const char*> files = {};
+    std::vector<const char*> urls = {};
+    char separator = 0;
+};
+
+TEST(Exec, FilesUrlsQuotingAndSeparators)
 {
-    ExecFormatString e = make("app");
-    e.file = "/tmp/a b";
-    EXPECT_EQ(e.toString(), "app \"/tmp/a b\"");
-    EXPECT_EQ(e.file, nullptr);  // consumed
-
-    e = make("app \"%f\"");
-    e.file = "/tmp/a b";
-    EXPECT_EQ(e.toString(), "app \"/tmp/a b\"");
-
-    e = make("app %f %f");
-    e.file = "/tmp/x";
-    EXPECT_EQ(e.toString(), "app /tmp/x");
-
-    e = make("%f --x");
-    e.file = "it's";
-    EXPECT_EQ(e.toString(), "\"it's\" --x");  // a code at the start is not behind a quote
-}
-
-TEST(Exec, ListsSeparatorsAndUrlFileParts)
-{
-    ExecFormatString e = make("app %F");
-    e.urls = {"file:///x", "trash:/y"};
-    e.separator = ' ';
-    EXPECT_EQ(e.toString(), "app //x");
-
-    e = make("app %F");
-    e.files = {"/a", "/b c", "\"/d\""};
-    e.separator = ' ';
-    EXPECT_EQ(e.toString(), "app /a \"/b c\" \"/d\"");
-    EXPECT_TRUE(e.files.empty());
-
-    e = make("app %U --end");
-    e.urls = {"trash:/y"};
-    e.separator = ',';
-    EXPECT_EQ(e.toString(), "app trash:/y --end");
-
-    // Every URL skipped: the character before the code is dropped (kept).
-    e = make("app %F");
-    e.urls = {"trash:/y"};
-    e.separator = ' ';
-    EXPECT_EQ(e.toString(), "app");
-
-    e = make("app %f");
-    e.url = "file:///home/u/a b.txt";
-    EXPECT_EQ(e.toString(), "app \"//home/u/a b.txt\"");
-}
-
-TEST(Exec, FallbacksBetweenFilesAndUrls)
-{
-    ExecFormatString e = make("app %u");
-    e.files = {"\"/quoted\""};
-    EXPECT_EQ(e.toString(), "app \"\"/quoted\"");  // the leading quote is doubled (kept)
-
-    e = make("viewer %U");
-    e.files = {"/a", "/b"};
-    e.separator = ' ';
-    EXPECT_EQ(e.toString(), "viewer /a /b");
-
-    e = make("app %F %f");  // %F leaves the single file to %f
-    e.file = "/single";
-    EXPECT_EQ(e.toString(), "app  /single");
+    const Case cases[] = {
+        {"app", "app \"/tmp/a b\"", "/tmp/a b"},  // the code is added when missing
+        {"app \"%f\"", "app \"/tmp/a b\"", "/tmp/a b"},
+        {"app %f %f", "app /tmp/x", "/tmp/x"},
+        {"%f --x", "\"it's\" --x", "it's"},  // a code at the start is not behind a quote
+        {"app %F", "app //x", nullptr, nullptr, {}, {"file:///x", "trash:/y"}, ' '},
+        {"app %F", "app /a \"/b c\" \"/d\"", nullptr, nullptr, {"/a", "/b c", "\"/d\""}, {}, ' '},
+        {"app %U --end", "app trash:/y --end", nullptr, nullptr, {}, {"trash:/y"}, ','},
+        // Every URL skipped: the character before the code is dropped (kept).
+        {"app %F", "app", nullptr, nullptr, {}, {"trash:/y"}, ' '},
+        {"app %f", "app \"//home/u/a b.txt\"", nullptr, "file:///home/u/a b.txt"},
+        {"app %u", "app \"\"/quoted\"", nullptr, nullptr, {"\"/quoted\""}},  // the leading quote is doubled (kept)
+        {"viewer %U", "viewer /a /b", nullptr, nullptr, {"/a", "/b"}, {}, ' '},
+        {"app %F %f", "app  /single", "/single"},  // %F leaves the single file to %f
+    };
+    for (const Case& c : cases) {
+        ExecFormatString e = make(c.format);
+        e.file = c.file;
+        e.url = c.url;
+        e.files = c.files;
+        e.urls = c.urls;
+        e.separator = c.separator;
+        EXPECT_EQ(e.toString(), c.expected) << c.format;
+        EXPECT_EQ(e.file, nullptr) << c.format;
+        EXPECT_TRUE(e.files.empty()) << c.format;
+    }
 }
 
 TEST(Exec, OtherCodes)
 {
-    EXPECT_EQ(make("app 100%").toString(), "");
+    for (const char* format : {"app 100%", ""})
+        EXPECT_EQ(make(format).toString(), "") << format;
     EXPECT_EQ(make("app %%").toString(), "app %%");
     EXPECT_EQ(make("app %d %n %v x").toString(), "app    x");
-    EXPECT_EQ(make("").toString(), "");
     EXPECT_EQ(ExecFormatString().toString(), "");
 
     ExecFormatString e = make("app %i %c %k");

@@ -37,7 +37,7 @@ DisplayCode displayCode(const VyxDesktopEntry& entry, const SessionFacts& facts)
     return code;
 }
 
-TEST(ForSession, OnlyShowInAndNotShowIn)
+TEST(Displayable, SessionHiddenAndNoDisplayInOrder)
 {
     TempHome world;
     SessionFacts plain, plasma, mini;
@@ -53,11 +53,8 @@ TEST(ForSession, OnlyShowInAndNotShowIn)
     VyxDesktopEntry notMini = entryFrom(world, "nomini.desktop", "NotShowIn=Vyx-Mini;\n");
     EXPECT_EQ(displayCode(notMini, mini), VyxDesktopEntry::DisplayableNotForSession);
     EXPECT_EQ(displayCode(notMini, plain), VyxDesktopEntry::Displayable);
-}
 
-TEST(Displayable, HiddenAndNoDisplayInOrder)
-{
-    TempHome world;
+    // Hidden, then the session, then NoDisplay.
     DisplayCode code;
     EXPECT_FALSE(entryFrom(world, "h.desktop", "Hidden=true\nOnlyShowIn=GNOME\n").isDisplayable(&code));
     EXPECT_EQ(code, VyxDesktopEntry::DisplayableHidden);
@@ -82,61 +79,55 @@ TEST(Displayable, PlasmaShellOnTheMachineTurnsKdeEntriesAway)
     VYX_EXPECT_CHILD(vyxtest::runInChild(none, [&] { EXPECT_TRUE(VyxDesktopEntry(entry).isDisplayable()); }));
 }
 
-Code execCode(const char* exec, const UserFacts& user = UserFacts{}, bool adminOnly = false)
-{
-    Code code = static_cast<Code>(99);
-    bool ok = Vyx::detail::isExecSuitableFor(exec, adminOnly, user, &code);
-    EXPECT_EQ(ok, false) << exec;  // callers below expect failures unless noted
-    return code;
-}
-
-bool execOk(const char* exec, const UserFacts& user = UserFacts{})
-{
-    Code code;
-    bool ok = Vyx::detail::isExecSuitableFor(exec, false, user, &code);
-    EXPECT_EQ(code, VyxDesktopEntry::Suitable) << exec;
-    return ok;
-}
-
-TEST(ExecRules, ProgramNameIsolation)
+TEST(ExecRules, ProgramNamesPrivilegesAndTerminals)
 {
     TempHome world;
     std::string program = world.writeFile("my app/run", "#!/bin/sh\n");
     chmod(program.c_str(), 0755);
-    EXPECT_TRUE(execOk(("\"" + program + "\" --x").c_str()));
-    EXPECT_EQ(execCode("\""), VyxDesktopEntry::SuitableBadExec);
-    EXPECT_EQ(execCode("\"\" x"), VyxDesktopEntry::SuitableBadExec);
-    EXPECT_EQ(execCode(""), VyxDesktopEntry::SuitableBadExec);
-    EXPECT_TRUE(execOk("env LANG=C ls --all"));
-    EXPECT_EQ(execCode("env LANG=C no-such-program-42"), VyxDesktopEntry::SuitableExecNotInPath);
-    EXPECT_EQ(execCode("env foo"), VyxDesktopEntry::Suitable);  // false with code 0, kept
-    EXPECT_TRUE(execOk("ls;rm -rf /"));
-    EXPECT_TRUE(execOk("VYXWM_RESTART"));  // a window-manager command, not a program
-    EXPECT_EQ(execCode("VYXWM_"), VyxDesktopEntry::SuitableExecNotInPath);
-    EXPECT_EQ(execCode("/no/such/program %f"), VyxDesktopEntry::SuitableExecNotFound);
-    UserFacts admin;
+    const std::string quoted = "\"" + program + "\" --x";
+    UserFacts ordinary, admin, unchecked, noConsole, root;
     admin.administrator = true;
-    EXPECT_EQ(execCode("su-to-root -X ls", admin), VyxDesktopEntry::Suitable);  // no "-c": code 0, kept
-    EXPECT_TRUE(execOk("su-to-root -c \"ls\"", admin));
-    EXPECT_TRUE(execOk("su-to-root -c ls -l", admin));
-    EXPECT_EQ(execCode("su-to-root -c \"", admin), VyxDesktopEntry::SuitableBadExec);
-}
-
-TEST(ExecRules, PrivilegesAndTerminals)
-{
-    UserFacts ordinary, unchecked, noConsole;
     unchecked.noAdminCheck = true;
     noConsole.consoleAllowed = false;
-    EXPECT_EQ(execCode("pkexec ls"), VyxDesktopEntry::SuitableAdminRequired);
-    EXPECT_EQ(execCode("vyx-su ls"), VyxDesktopEntry::SuitableAdminRequired);
-    EXPECT_EQ(execCode("ls", ordinary, true), VyxDesktopEntry::SuitableAdminRequired);
-    EXPECT_EQ(execCode("pkexec no-such-42", unchecked), VyxDesktopEntry::SuitableExecNotInPath);  // no rights check
-    EXPECT_EQ(execCode("su-to-root", ordinary), VyxDesktopEntry::SuitableExecNotInPath);  // no blank: no rights check
-    EXPECT_EQ(execCode("x-terminal-emulator -e top", noConsole), VyxDesktopEntry::SuitableAdminRequired);
-    EXPECT_EQ(execCode("mc", noConsole), VyxDesktopEntry::SuitableAdminRequired);
-    UserFacts root = noConsole;
+    root = noConsole;
     root.root = true;
-    EXPECT_TRUE(execOk("ls --color", root));
+    const struct {
+        const char* exec;
+        const UserFacts& user;
+        Code code;
+        bool ok = false;
+        bool adminOnly = false;
+    } cases[] = {
+        {quoted.c_str(), ordinary, VyxDesktopEntry::Suitable, true},
+        {"\"", ordinary, VyxDesktopEntry::SuitableBadExec},
+        {"\"\" x", ordinary, VyxDesktopEntry::SuitableBadExec},
+        {"", ordinary, VyxDesktopEntry::SuitableBadExec},
+        {"env LANG=C ls --all", ordinary, VyxDesktopEntry::Suitable, true},
+        {"env LANG=C no-such-program-42", ordinary, VyxDesktopEntry::SuitableExecNotInPath},
+        {"env foo", ordinary, VyxDesktopEntry::Suitable},  // false with code 0, kept
+        {"ls;rm -rf /", ordinary, VyxDesktopEntry::Suitable, true},
+        {"VYXWM_RESTART", ordinary, VyxDesktopEntry::Suitable, true},  // a window-manager command, not a program
+        {"VYXWM_", ordinary, VyxDesktopEntry::SuitableExecNotInPath},
+        {"/no/such/program %f", ordinary, VyxDesktopEntry::SuitableExecNotFound},
+        {"su-to-root -X ls", admin, VyxDesktopEntry::Suitable},  // no "-c": code 0, kept
+        {"su-to-root -c \"ls\"", admin, VyxDesktopEntry::Suitable, true},
+        {"su-to-root -c ls -l", admin, VyxDesktopEntry::Suitable, true},
+        {"su-to-root -c \"", admin, VyxDesktopEntry::SuitableBadExec},
+        // Privileges and terminals.
+        {"pkexec ls", ordinary, VyxDesktopEntry::SuitableAdminRequired},
+        {"vyx-su ls", ordinary, VyxDesktopEntry::SuitableAdminRequired},
+        {"ls", ordinary, VyxDesktopEntry::SuitableAdminRequired, false, true},
+        {"pkexec no-such-42", unchecked, VyxDesktopEntry::SuitableExecNotInPath},  // no rights check
+        {"su-to-root", ordinary, VyxDesktopEntry::SuitableExecNotInPath},  // no blank: no rights check
+        {"x-terminal-emulator -e top", noConsole, VyxDesktopEntry::SuitableAdminRequired},
+        {"mc", noConsole, VyxDesktopEntry::SuitableAdminRequired},
+        {"ls --color", root, VyxDesktopEntry::Suitable, true},
+    };
+    for (const auto& c : cases) {
+        Code code = static_cast<Code>(99);
+        EXPECT_EQ(Vyx::detail::isExecSuitableFor(c.exec, c.adminOnly, c.user, &code), c.ok) << c.exec;
+        EXPECT_EQ(code, c.code) << c.exec;
+    }
 }
 
 TEST(Suitable, TypeLinkTryExecOriginAndModes)
@@ -203,10 +194,6 @@ TEST(Kiosk, WhitelistByFileNameAndProgram)
     EXPECT_FALSE(entryFrom(world, "apps3/editor.desktop", "Exec=/usr/bin/editor --kiosk\n").isForVyx(&code));
 }
 
-}  // namespace
-
-namespace {
-
 // Real users and groups: a private group database, a restricted /dev/pts,
 // and a child running as the test user.
 void asUser(const TempHome& world, uid_t uid, const std::string& groups, bool restrictTerminals,
@@ -233,22 +220,18 @@ Code codeOf(const char* exec)
     return code;
 }
 
-TEST(RealUsers, AdministratorGroupAllowsPrivilegeTools)
+// The administrator group allows privilege tools; restricted terminals need
+// the console group.
+TEST(RealUsers, AdministratorAndConsoleGroups)
 {
     TempHome world;
-    const std::string groups = "orvel-admin:x:3000:alice\n";
-    asUser(world, 2001, groups, false, [] {
+    const std::string admins = "orvel-admin:x:3000:alice\n", groups = "orvel-console:x:3001:alice\n";
+    asUser(world, 2001, admins, false, [] {
         EXPECT_EQ(codeOf("pkexec no-such-42"), VyxDesktopEntry::SuitableExecNotInPath);  // allowed, just missing
     });
-    asUser(world, 2002, groups, false, [] {
+    asUser(world, 2002, admins, false, [] {
         EXPECT_EQ(codeOf("pkexec no-such-42"), VyxDesktopEntry::SuitableAdminRequired);
     });
-}
-
-TEST(RealUsers, RestrictedTerminalsNeedTheConsoleGroup)
-{
-    TempHome world;
-    const std::string groups = "orvel-console:x:3001:alice\n";
     asUser(world, 2001, groups, true, [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableExecNotInPath); });
     asUser(world, 2002, groups, true, [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableAdminRequired); });
     asUser(world, 2002, groups, false, [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableExecNotInPath); });

@@ -8,6 +8,7 @@
 
 #include "desktopentry/catalogue_p.h"
 #include "support/child_process.h"
+#include "support/files.h"
 #include "support/temp_home.h"
 
 #include <vyxmime.h>
@@ -17,7 +18,6 @@
 #include <algorithm>
 #include <cstdlib>
 #include <sys/stat.h>
-#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <vyxfileutils.h>
@@ -51,12 +51,6 @@ vyxtest::ChildOptions isolated(const TempHome& world, const std::string& aliases
     options.mounts = {vyxtest::Mount::bind(world.makeDir("no-applications"), "/usr/share/applications"),
                       vyxtest::Mount::bind(world.writeFile("aliases", aliases), "/usr/share/mime/aliases")};
     return options;
-}
-
-void setTime(const std::string& path, time_t seconds)
-{
-    timeval times[2] = {{seconds, 0}, {seconds, 0}};
-    utimes(path.c_str(), times);
 }
 
 // The application lines of a cache file's text, without the sections
@@ -131,28 +125,6 @@ TEST(Catalogue, PathsEntriesAndFolders)
     }));
 }
 
-// The catalogue's table and the MIME database read one aliases text alike.
-TEST(Catalogue, AliasesFile)
-{
-    TempHome world;
-    const std::string text = "# comment\n!x\n\napplication/x-foo application/foo\n"
-                             "application/x-foo2\t\tapplication/foo\nnoseparator\n"
-                             "application/x-foo3 application/foo \r\nlonely \t\n";
-    std::string aliases = world.writeFile("aliases", text);
-    world.writeFile("usr/share/mime/aliases", text);
-    vyxtest::ChildOptions options;
-    options.mounts = {vyxtest::Mount::bind(aliases, "/usr/share/mime/aliases")};
-    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [] {
-        EXPECT_EQ(GetMimeAliases("application/foo"),
-                  (Strings{"application/x-foo", "application/x-foo2", "application/x-foo3"}));
-        EXPECT_TRUE(GetMimeAliases("application/x-foo").empty());
-        for (const char* alias : {"application/x-foo", "application/x-foo2", "application/x-foo3"})
-            EXPECT_STREQ(xdg_mime_unalias_mime_type(alias), "application/foo") << alias;
-        EXPECT_STREQ(xdg_mime_unalias_mime_type("lonely"), "lonely");
-        EXPECT_TRUE(GetMimeAliases("").empty());  // "lonely" names no canonical type
-    }));
-}
-
 TEST(DefaultApps, FromMimeinfoCacheThenFromTheCacheFile)
 {
     TempHome world;
@@ -190,14 +162,16 @@ TEST(DefaultApps, DirectoryWithoutMimeinfoIsScanned)
     app(world, "usr/share/applications/a.desktop", "text/html;");
     app(world, "usr/share/applications/b.desktop", "text/html;", "Link");  // not an application
     std::string cache = world.writeFile("run/.vyx-mime-desktop.tbl", "/old.desktop=text/html\n");
-    setTime(cache, 1000);
-    setTime(dir, 2000);
+    vyxtest::setMtime(cache, 1000);
+    vyxtest::setMtime(dir, 2000);
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
         EXPECT_EQ(GetDesktopEntryPathForMime("text/html", kAll), Strings{dir + "/a.desktop"});
     }));
     EXPECT_EQ(applicationLines(cache), dir + "/a.desktop=text/html\n");
 }
 
+// Comments, blank lines, tabs and lines without a separator in the aliases
+// file; the aliases widen the lookup both ways.
 TEST(DefaultApps, AliasesWidenTheLookup)
 {
     TempHome world;
@@ -205,8 +179,18 @@ TEST(DefaultApps, AliasesWidenTheLookup)
     app(world, "usr/share/applications/foo.desktop", "application/x-foo;");
     app(world, "usr/share/applications/bar.desktop", "application/bar;");
     updateDatabase(dir);
-    VYX_EXPECT_CHILD(vyxtest::runInChild(
-        isolated(world, "application/x-foo application/foo\napplication/x-bar application/bar\n"), [&] {
+    const char aliases[] = "# comment\n!x\n\napplication/x-foo application/foo\napplication/x-foo2\t\tapplication/foo\n"
+                           "noseparator\napplication/x-bar application/bar\n"
+                           "application/x-foo3 application/foo \r\nlonely \t\n";
+    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world, aliases), [&] {
+        EXPECT_EQ(GetMimeAliases("application/foo"),
+                  (Strings{"application/x-foo", "application/x-foo2", "application/x-foo3"}));
+        EXPECT_TRUE(GetMimeAliases("application/x-foo").empty());
+        EXPECT_TRUE(GetMimeAliases("").empty());  // "lonely" names no canonical type
+        // The MIME database reads the same text the same way.
+        for (const char* alias : {"application/x-foo", "application/x-foo2", "application/x-foo3"})
+            EXPECT_STREQ(xdg_mime_unalias_mime_type(alias), "application/foo") << alias;
+        EXPECT_STREQ(xdg_mime_unalias_mime_type("lonely"), "lonely");
         EXPECT_EQ(GetDesktopEntryPathForMime("application/foo", kAll), Strings{dir + "/foo.desktop"});
         EXPECT_EQ(GetDesktopEntryPathForMime("application/x-bar", kAll), Strings{dir + "/bar.desktop"});
     }));
@@ -228,12 +212,7 @@ TEST(Mimeapps, ListingOrderAndWritableLists)
     EXPECT_EQ(GetWritableMimeappsList(), world.home() + "/.config/mimeapps.list");
     ScopedEnv session("DESKTOP_SESSION", "vyx");
     EXPECT_EQ(GetWritableDesktopMimeappsList(), "");
-}
-
-TEST(Mimeapps, DesktopSpecificWritableList)
-{
-    TempHome world;
-    ScopedEnv session("DESKTOP_SESSION", "vyx-mini");
+    ScopedEnv mini("DESKTOP_SESSION", "vyx-mini");  // an empty answer is not kept
     EXPECT_EQ(GetWritableDesktopMimeappsList(), world.home() + "/.config/vyx-mini-mimeapps.list");
 }
 
@@ -257,14 +236,10 @@ TEST(Mimeapps, AssignedApplicationsAndIcons)
 
     // A newer list is read again.
     world.writeFile("home/.config/mimeapps.list", "[Added Associations]\ntext/plain=editor.desktop\n");
-    setTime(list, time(nullptr) + 60);
+    vyxtest::setMtime(list, time(nullptr) + 60);
     EXPECT_EQ(GetAssignedDesktopEntryForMime("text/plain", kFirst)[0].filePath(),
               world.path("usr/share/applications/editor.desktop"));
 }
-
-}  // namespace
-
-namespace {
 
 TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
 {
@@ -274,14 +249,14 @@ TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
     world.writeFile("usr/share/applications/mimeinfo.cache",
                     "[MIME Cache]\ngarbage without equals\n=\ntext/plain=ok.desktop;;\n"
                     "text/huge=" + std::string(20000, 'x') + ".desktop\n\x01\x02\xff=\xfe\n");
-    setTime(dir, 1000);
-    setTime(dir + "/mimeinfo.cache", 2000);
+    vyxtest::setMtime(dir, 1000);
+    vyxtest::setMtime(dir + "/mimeinfo.cache", 2000);
     // A binary, truncated cache file with lines far beyond 8190 characters.
     std::string binary(30000, '\0');
     for (size_t i = 0; i < binary.size(); ++i)
         binary[i] = static_cast<char>((i * 131) & 0xFF);
     std::string cache = world.writeFile("run/.vyx-mime-desktop.tbl", binary + "/x.desktop=text/plain");
-    setTime(cache, 500);  // older than the mimeinfo.cache: rebuilt from it
+    vyxtest::setMtime(cache, 500);  // older than the mimeinfo.cache: rebuilt from it
     std::string list = world.writeFile("home/.config/mimeapps.list", "[Added Associations]\ntext/plain=ok.desktop\n");
     chmod(list.c_str(), 0600);
     world.writeFile("home/.config/B-mimeapps.list", std::string(5000, '\xff'));
@@ -291,7 +266,7 @@ TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
     }));
     // Garbage however new is not a cache file: ignored and rebuilt.
     world.writeFile("run/.vyx-mime-desktop.tbl", binary);
-    setTime(cache, time(nullptr) + 100);
+    vyxtest::setMtime(cache, time(nullptr) + 100);
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings{dir + "/ok.desktop"});
         EXPECT_EQ(GetMimeCacheUse().ignored, "not a cache file of this library");
@@ -304,10 +279,6 @@ TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
         EXPECT_TRUE(GetAssignedDesktopEntryForMime("text/plain", kAll).empty());
     }));
 }
-
-}  // namespace
-
-namespace {
 
 // The cache file of a world whose runtime directory is its own.
 std::string runtimeCache(const TempHome& world)

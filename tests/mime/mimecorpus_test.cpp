@@ -82,12 +82,26 @@ TEST(MimeCorpus, InstalledFilesGetTheirKnownTypes)
     xdg_mime_shutdown();
 }
 
-// Two types claim "*.pm" with the same weight and the content of a short
-// text file settles nothing: the type the database lists first is taken.
-TEST(MimeCorpus, TiedNamesKeepTheDatabaseOrder)
+// Common names and contents of the real database. Two types claim "*.pm"
+// with the same weight and the content of a short text file settles
+// nothing: the type the database lists first is taken.
+TEST(MimeCorpus, RealDatabaseNamesContentsAndTies)
 {
     vyxtest::TempHome world;
     vyxtest::ScopedEnv dirs("XDG_DATA_DIRS", "/usr/share");
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("notes.txt"), "text/plain");
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("NOTES.TXT"), "text/plain");
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.tar.gz"), "application/x-compressed-tar");
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("Makefile"), "text/x-makefile");
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("x.c"), "text/x-csrc");
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("x.C"), "text/x-c++src");
+    int priority = 0;
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("\x89PNG\r\n\x1a\n\0\0\0\rIHDR", 16, &priority), "image/png");
+    EXPECT_GT(priority, 0);
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("%PDF-1.4\n", 9, nullptr), "application/pdf");
+    EXPECT_STREQ(xdg_mime_unalias_mime_type("application/x-pdf"), "application/pdf");
+    EXPECT_TRUE(xdg_mime_mime_type_subclass("application/x-shellscript", "text/plain"));
+    EXPECT_GT(xdg_mime_get_max_buffer_extents(), 256);
     const char* types[4];
     ASSERT_EQ(xdg_mime_get_mime_types_from_file_name("u.pm", types, 4), 2);
     EXPECT_STREQ(types[0], "application/x-perl");

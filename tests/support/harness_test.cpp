@@ -39,7 +39,7 @@ TEST(Harness, TempHomeIsolatesAndCleansUp)
     EXPECT_FALSE(exists(root));
 }
 
-TEST(Harness, MountsOverMissingPathsStayInTheChild)
+TEST(Harness, ChildrenMountPrivatelyDropRightsAndReportFailures)
 {
     // A path that does not exist on the machine: the harness must make the
     // mount point without writing the real file system.
@@ -56,19 +56,13 @@ TEST(Harness, MountsOverMissingPathsStayInTheChild)
     }));
     EXPECT_FALSE(exists("/usr/share/vyxcore-harness-probe"));
     EXPECT_FALSE(exists("/etc/vyxcore-probe-file"));
-}
 
-TEST(Harness, ChildFailuresReachTheParent)
-{
+    // Failures in the child reach the parent; an unprivileged child is not root.
     vyxtest::ChildResult result = vyxtest::runInChild({}, [] { ADD_FAILURE() << "expected failure in child"; });
     EXPECT_EQ(result.outcome, vyxtest::ChildResult::Outcome::Failed);
-}
-
-TEST(Harness, UnprivilegedChildIsNotRoot)
-{
-    vyxtest::ChildOptions options;
-    options.unprivileged = true;
-    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [] { EXPECT_NE(geteuid(), 0u); }));
+    vyxtest::ChildOptions unprivileged;
+    unprivileged.unprivileged = true;
+    VYX_EXPECT_CHILD(vyxtest::runInChild(unprivileged, [] { EXPECT_NE(geteuid(), 0u); }));
 }
 
 }  // namespace

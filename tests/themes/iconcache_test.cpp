@@ -7,20 +7,17 @@
 // installed on the system.
 
 #include "core/spawn_p.h"
+#include "support/files.h"
 #include "support/temp_home.h"
 
 #include <vyxicontheme.h>
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <dirent.h>
-#include <fcntl.h>
 #include <functional>
 #include <map>
 #include <memory>
 #include <set>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -31,48 +28,32 @@ using Strings = std::vector<std::string>;
 const char kGenerator[] = "/usr/bin/gtk-update-icon-cache";
 const time_t kThen = 1600000000;
 
-uint32_t get32(const std::string& b, uint32_t at)
-{
-    return uint32_t(uint8_t(b[at])) << 24 | uint32_t(uint8_t(b[at + 1])) << 16 | uint32_t(uint8_t(b[at + 2])) << 8 |
-           uint8_t(b[at + 3]);
-}
-
-void put32(std::string& b, uint32_t at, uint32_t v)
-{
-    for (int i = 0; i < 4; ++i)
-        b[at + i] = static_cast<char>(v >> (24 - 8 * i));
-}
-
-void setMtime(const std::string& path, time_t when)
-{
-    struct timespec times[2] = {{when, 0}, {when, 0}};
-    ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0) << path;
-}
+using vyxtest::readBe32;
+using vyxtest::setMtime;
+using vyxtest::writeBe32;
 
 Strings sorted(const std::vector<const char*>& names)
 {
-    Strings list(names.begin(), names.end());
-    std::sort(list.begin(), list.end());
-    return list;
+    return vyxtest::sorted(Strings(names.begin(), names.end()));
 }
 
 // The directory names the cache lists, read straight from its bytes.
 Strings listedDirs(const std::string& cache)
 {
     Strings dirs;
-    uint32_t list = get32(cache, 8);
-    for (uint32_t i = 0; i < get32(cache, list); ++i)
-        dirs.push_back(cache.c_str() + get32(cache, list + 4 + 4 * i));
+    uint32_t list = readBe32(cache, 8);
+    for (uint32_t i = 0; i < readBe32(cache, list); ++i)
+        dirs.push_back(cache.c_str() + readBe32(cache, list + 4 + 4 * i));
     return dirs;
 }
 
 // The offset of the hash entry for name, found by walking every chain.
 uint32_t entryOf(const std::string& cache, const std::string& name)
 {
-    uint32_t hash = get32(cache, 4);
-    for (uint32_t i = 0; i < get32(cache, hash); ++i)
-        for (uint32_t e = get32(cache, hash + 4 + 4 * i); uint64_t(e) + 12 <= cache.size(); e = get32(cache, e))
-            if (name == cache.c_str() + get32(cache, e + 4))
+    uint32_t hash = readBe32(cache, 4);
+    for (uint32_t i = 0; i < readBe32(cache, hash); ++i)
+        for (uint32_t e = readBe32(cache, hash + 4 + 4 * i); uint64_t(e) + 12 <= cache.size(); e = readBe32(cache, e))
+            if (name == cache.c_str() + readBe32(cache, e + 4))
                 return e;
     return 0;
 }
@@ -105,9 +86,8 @@ protected:
         world.writeFile("usr/share/icons/own/icon-theme.cache", bytes);
         for (const std::string& dir : listedDirs(cache))
             if (access((theme + "/" + dir).c_str(), F_OK) == 0)
-                setMtime(theme + "/" + dir, dirTime);
-        setMtime(theme, dirTime);
-        setMtime(cachePath, cacheTime);
+                EXPECT_TRUE(setMtime(theme + "/" + dir, dirTime));
+        EXPECT_TRUE(setMtime(theme, dirTime) && setMtime(cachePath, cacheTime));
         testing::internal::CaptureStderr();
         auto reader = std::make_unique<VyxIconCacheGtkReader>(theme);
         *messages = testing::internal::GetCapturedStderr();
@@ -155,8 +135,7 @@ TEST_F(SmallTheme, RefusesACacheOlderThanItsDirectories)
     EXPECT_EQ(messages, "libvyxcore: outdated cache " + cachePath + ", 1600000010 < 1600000000\n");
 
     world.writeFile("usr/share/icons/own/icon-theme.cache", cache);
-    setMtime(cachePath, kThen + 10);
-    setMtime(theme + "/48x48/apps", kThen + 20);
+    ASSERT_TRUE(setMtime(cachePath, kThen + 10) && setMtime(theme + "/48x48/apps", kThen + 20));
     testing::internal::CaptureStderr();
     EXPECT_FALSE(VyxIconCacheGtkReader(theme).isValid());
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "libvyxcore: theme subdir " + theme +
@@ -179,11 +158,11 @@ TEST_F(SmallTheme, RefusesACacheOlderThanItsDirectories)
 
 TEST_F(SmallTheme, DamagedCachesGiveDefinedAnswers)
 {
-    const uint32_t hash = get32(cache, 4), buckets = get32(cache, hash), entryA = entryOf(cache, "a");
-    const uint32_t images = get32(cache, entryA + 8);
+    const uint32_t hash = readBe32(cache, 4), buckets = readBe32(cache, hash), entryA = entryOf(cache, "a");
+    const uint32_t images = readBe32(cache, entryA + 8);
     ASSERT_NE(entryA, 0u);
-    ASSERT_EQ(get32(cache, images), 3u);
-    const std::string firstDirOfA = listedDirs(cache).at(get32(cache, images + 4) >> 16);
+    ASSERT_EQ(readBe32(cache, images), 3u);
+    const std::string firstDirOfA = listedDirs(cache).at(readBe32(cache, images + 4) >> 16);
     const uint32_t pastEnd = (static_cast<uint32_t>(cache.size()) + 64) & ~3u;
     const std::string prefix = "libvyxcore: cache " + cachePath;
     struct Damage {
@@ -196,38 +175,38 @@ TEST_F(SmallTheme, DamagedCachesGiveDefinedAnswers)
     };
     const Damage cases[] = {
         {"major version 2", [](std::string& b) { b[1] = 2; }, "libvyxcore: can't mmap file " + cachePath + "\n"},
-        {"directory name past the end", [&](std::string& b) { put32(b, get32(b, 8) + 8, pastEnd); },
+        {"directory name past the end", [&](std::string& b) { writeBe32(b, readBe32(b, 8) + 8, pastEnd); },
          prefix + " has invalid data/size\n"},
         {"directory name without NUL at the end",
          [&](std::string& b) {
-             put32(b, get32(b, 8) + 4, static_cast<uint32_t>(b.size()));
+             writeBe32(b, readBe32(b, 8) + 4, static_cast<uint32_t>(b.size()));
              b += "16x16/apps";
          },
          prefix + " has invalid data/size\n"},
-        {"no buckets", [&](std::string& b) { put32(b, hash, 0); }, "", "a", prefix + " has invalid hash\n"},
-        {"hash table past the end", [&](std::string& b) { put32(b, 4, pastEnd); }, "", "a",
+        {"no buckets", [&](std::string& b) { writeBe32(b, hash, 0); }, "", "a", prefix + " has invalid hash\n"},
+        {"hash table past the end", [&](std::string& b) { writeBe32(b, 4, pastEnd); }, "", "a",
          prefix + " has invalid hash\n"},
         {"buckets point past the end",
          [&](std::string& b) {
              for (uint32_t i = 0; i < buckets; ++i)
-                 put32(b, hash + 4 + 4 * i, pastEnd);
+                 writeBe32(b, hash + 4 + 4 * i, pastEnd);
          },
          "", "a", ""},
         {"chain loops",
          [&](std::string& b) {
              for (uint32_t i = 0; i < buckets; ++i)
-                 put32(b, hash + 4 + 4 * i, entryA);
-             put32(b, entryA, entryA);
+                 writeBe32(b, hash + 4 + 4 * i, entryA);
+             writeBe32(b, entryA, entryA);
          },
          "", "n7", ""},
-        {"image list past the end", [&](std::string& b) { put32(b, images, 0x10000000); }, "", "a",
+        {"image list past the end", [&](std::string& b) { writeBe32(b, images, 0x10000000); }, "", "a",
          prefix + " read hash length failed\n"},
         // The second of a's three images; the first is still answered.
         {"directory index out of range", [&](std::string& b) { b[images + 12] = 0x7f; }, "", "a",
          prefix + " read hash item failed\n", Strings{firstDirOfA}},
         {"icon name without NUL at the end",
          [&](std::string& b) {
-             put32(b, entryA + 4, static_cast<uint32_t>(b.size()));
+             writeBe32(b, entryA + 4, static_cast<uint32_t>(b.size()));
              b += "a";
          },
          "", "a", ""},
@@ -248,7 +227,7 @@ TEST_F(SmallTheme, DamagedCachesGiveDefinedAnswers)
         EXPECT_EQ(lookupMessages(*reader, c.lookupName), "") << "reported once";
     }
     std::string bytes = cache, messages;
-    put32(bytes, 8, pastEnd);
+    writeBe32(bytes, 8, pastEnd);
     EXPECT_FALSE(open(bytes, &messages)->isValid()) << "directory list past the end";
 }
 
@@ -267,12 +246,9 @@ TEST(InstalledThemes, AgreeWithTheirDirectories)
             continue;
         std::map<std::string, std::set<std::string>> expected;
         for (const std::string& dir : listedDirs(vyxtest::readFile(theme + "/icon-theme.cache"))) {
-            std::unique_ptr<DIR, int (*)(DIR*)> d(opendir((theme + "/" + dir).c_str()), closedir);
-            ASSERT_TRUE(d) << dir;
             // Only the last extension goes: "x-symbolic.symbolic.png" is
             // the icon "x-symbolic.symbolic".
-            while (dirent* e = readdir(d.get())) {
-                std::string file = e->d_name;
+            for (const std::string& file : vyxtest::listDirectory(theme + "/" + dir)) {
                 size_t dot = file.rfind('.');
                 if (dot != std::string::npos && dot > 0 && kImageTypes.count(file.substr(dot)))
                     expected[file.substr(0, dot)].insert(dir);

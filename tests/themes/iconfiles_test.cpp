@@ -8,6 +8,7 @@
 // changes under a theme that has already answered.
 
 #include "core/spawn_p.h"
+#include "support/files.h"
 #include "support/temp_home.h"
 #include "themes/iconfiles_p.h"
 
@@ -18,10 +19,8 @@
 
 #include <algorithm>
 #include <chrono>
-#include <fcntl.h>
 #include <random>
 #include <set>
-#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
@@ -126,15 +125,7 @@ protected:
         // take them from the cache.
         for (const char* dir : {"", "/48x48", "/48x48/apps", "/48x48/actions", "/scalable", "/scalable/apps",
                                 "/32x32", "/32x32/apps"})
-            age(own + dir);
-    }
-    static void age(const std::string& path)
-    {
-        struct timespec times[2];
-        clock_gettime(CLOCK_REALTIME, &times[0]);
-        times[0].tv_sec -= 3600;
-        times[1] = times[0];
-        ASSERT_EQ(utimensat(AT_FDCWD, path.c_str(), times, 0), 0) << path;
+            ASSERT_TRUE(vyxtest::setMtime(own + dir, time(nullptr) - 3600)) << dir;
     }
 
     TempHome world;

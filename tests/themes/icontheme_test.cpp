@@ -4,8 +4,8 @@
 
 // Icon themes built in a temporary data directory: the index model, the
 // lookup order (own directories, cache, parents with hicolor last, bigger
-// sizes, generic names), the switches, the current-theme settings, and the
-// installed themes.
+// sizes, generic names), the switches and the current-theme settings. The
+// installed themes are asked with the MIME icons.
 
 #include "core/spawn_p.h"
 #include "support/temp_home.h"
@@ -46,9 +46,14 @@ protected:
     TempHome world;
 };
 
-TEST_F(Themes, IndexModel)
+TEST_F(Themes, IndexModelAndInheritanceCycles)
 {
     ScopedEnv language("LANGUAGE", "de");
+    // Written before the first theme is loaded: where each theme lives is
+    // looked up once.
+    theme("a", std::string(kIndexHead) + "Name=Alpha\nInherits=b\nDirectories=\n");
+    theme("b", std::string(kIndexHead) + "Name=Beta\nInherits=c,hicolor\nDirectories=\n");
+    theme("c", std::string(kIndexHead) + "Name=Gamma\nInherits=a\nDirectories=\n");
     theme("own",
           std::string(kIndexHead) +
               "Name=Own\nName[de]=Eigen\nComment=Mine\nHidden=TRUE\nExample=folder\n"
@@ -87,13 +92,8 @@ TEST_F(Themes, IndexModel)
     EXPECT_TRUE(again.hidden());
     EXPECT_EQ(again.subdirs().size(), 3u);
     EXPECT_EQ(again.localName(), "Eigen");  // keys the model does not write survive
-}
 
-TEST_F(Themes, InheritanceCyclesEnd)
-{
-    theme("a", std::string(kIndexHead) + "Name=Alpha\nInherits=b\nDirectories=\n");
-    theme("b", std::string(kIndexHead) + "Name=Beta\nInherits=c,hicolor\nDirectories=\n");
-    theme("c", std::string(kIndexHead) + "Name=Gamma\nInherits=a\nDirectories=\n");
+    // Inheritance cycles end.
     VyxIconTheme a("a", "", true);
     ASSERT_TRUE(a.isLoaded());
     ASSERT_EQ(a.parents().size(), 1u);
@@ -189,30 +189,6 @@ TEST_F(Themes, CacheStageAnswersFirstAndStaleCachesAreNamed)
     EXPECT_EQ(messages.find(complaint), messages.rfind(complaint));  // once per process
 }
 
-TEST_F(Themes, LookupsFromManyThreadsAgree)
-{
-    std::vector<std::string> files;
-    for (int i = 0; i < 40; ++i)
-        files.push_back("48x48/apps/icon" + std::to_string(i) + ".png");
-    theme("own", std::string(kIndexHead) + "Name=Own\nDirectories=48x48/apps\n[48x48/apps]\nType=Fixed\n", files);
-    VyxIconTheme single("own", "", true), shared("own", "", true);
-    std::vector<std::string> expected;
-    for (int i = 0; i < 50; ++i)
-        expected.push_back(single.getIconPath(("icon" + std::to_string(i)).c_str(), 48, nullptr));
-    std::vector<std::thread> threads;
-    std::vector<int> mismatches(4, 0);
-    for (int t = 0; t < 4; ++t) {
-        threads.emplace_back([&, t] {
-            for (int round = 0; round < 20; ++round)
-                for (int i = 0; i < 50; ++i)
-                    mismatches[t] += shared.getIconPath(("icon" + std::to_string(i)).c_str(), 48, nullptr) != expected[i];
-        });
-    }
-    for (std::thread& thread : threads)
-        thread.join();
-    EXPECT_EQ(mismatches, std::vector<int>(4, 0));
-}
-
 TEST(CurrentThemes, SettingsFileAndTrayColours)
 {
     TempHome world;
@@ -262,21 +238,4 @@ TEST(CurrentThemes, ThreadsAskingWhileTheNameChanges)
         thread.join();
     EXPECT_EQ(wrong, std::vector<int>(3, 0));
 }
-
-TEST(InstalledThemes, HicolorAndAdwaitaAnswer)
-{
-    TempHome world;
-    ScopedEnv dirs("XDG_DATA_DIRS", "/usr/share");
-    std::vector<std::string> names = VyxIconTheme::getThemesNames();
-    for (const char* expected : {"hicolor", "Adwaita"})
-        EXPECT_NE(std::find(names.begin(), names.end(), expected), names.end()) << expected;
-    EXPECT_EQ(VyxIconTheme::findThemePath("Adwaita"), "/usr/share/icons/Adwaita");
-    VyxIconTheme adwaita("Adwaita", "", true);
-    ASSERT_TRUE(adwaita.isLoaded());
-    EXPECT_TRUE(adwaita.hasValidCache());
-    std::string found = adwaita.getIconPath("edit-copy", 48, "Actions");
-    EXPECT_EQ(found.compare(0, 24, "/usr/share/icons/Adwaita"), 0) << found;
-    EXPECT_TRUE(adwaita.getIconPath("edit-copy-no-such-variant", 16, nullptr).find("edit-copy") != std::string::npos);
-}
-
 }  // namespace

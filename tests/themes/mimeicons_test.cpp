@@ -4,7 +4,7 @@
 
 // Icons for MIME types, names, files, directories, file-manager locations
 // and URLs, over a theme built here, the installed MIME database and
-// default applications written to mimeapps.list.
+// default applications written to mimeapps.list; and the installed themes.
 
 #include "support/temp_home.h"
 
@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <unistd.h>
 
@@ -156,8 +157,16 @@ TEST_F(MimeIcons, PathsLocationsAndUrls)
 
 TEST_F(MimeIcons, InstalledThemeShowsRealFilesByTheirDetectedType)
 {
+    std::vector<std::string> names = VyxIconTheme::getThemesNames();
+    for (const char* expected : {"hicolor", "Adwaita", "own"})
+        EXPECT_NE(std::find(names.begin(), names.end(), expected), names.end()) << expected;
+    EXPECT_EQ(VyxIconTheme::findThemePath("Adwaita"), "/usr/share/icons/Adwaita");
     VyxIconTheme adwaita("Adwaita", "", true);
     ASSERT_TRUE(adwaita.isLoaded());
+    EXPECT_TRUE(adwaita.hasValidCache());
+    std::string found = adwaita.getIconPath("edit-copy", 48, "Actions");
+    EXPECT_EQ(found.compare(0, 24, "/usr/share/icons/Adwaita"), 0) << found;
+    EXPECT_NE(adwaita.getIconPath("edit-copy-no-such-variant", 16, nullptr).find("edit-copy"), std::string::npos);
     std::string context, name;
     // A C header, detected by this library, shown by the theme's generic
     // text icon: the header type has no icon of its own there.

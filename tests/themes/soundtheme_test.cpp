@@ -89,7 +89,7 @@ TEST_F(SoundThemes, ModelAndLookupOrder)
     EXPECT_EQ(own.getSoundPath(nullptr), "");
 }
 
-TEST_F(SoundThemes, UnknownThemeStillFallsBack)
+TEST_F(SoundThemes, UnknownThemesFallBackAndTheCurrentOneFollowsTheSession)
 {
     theme("freedesktop", "Directories=stereo\n");
     std::string bell = sound("freedesktop/stereo/bell.oga");
@@ -100,10 +100,8 @@ TEST_F(SoundThemes, UnknownThemeStillFallsBack)
         EXPECT_EQ(theme.searchedThemes(), std::vector<std::string>{"freedesktop"}) << name;
         EXPECT_EQ(theme.getSoundPath("bell"), bell) << name;
     }
-}
 
-TEST_F(SoundThemes, CurrentThemeFromSessionSettings)
-{
+    // The current theme comes from the session's settings.
     EXPECT_EQ(VyxSoundTheme::getCurrentThemeName(), "freedesktop");
     world.writeFile("home/.vyx/theme/current.themerc", "[Variables]\nIconTheme=icons\nSoundTheme=ordinary\n");
     world.writeFile("home/.vyx/theme/current.themerc.vyx-tablet", "[Variables]\nSoundTheme=touch\n");

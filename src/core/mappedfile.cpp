@@ -5,6 +5,7 @@
 #include "core/mappedfile_p.h"
 
 #include "core/readfile_p.h"
+#include "core/uniquefd_p.h"
 
 #include <cstring>
 #include <sys/mman.h>
@@ -21,20 +22,19 @@ MappedFile::~MappedFile()
 
 bool MappedFile::open(const std::string& path)
 {
-    int fd = openRegularFile(path.c_str());
-    if (fd < 0)
+    const UniqueFd fd(openRegularFile(path.c_str()));
+    if (!fd)
         return false;
     struct stat st;
-    bool ok = fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0;
+    bool ok = fstat(fd.get(), &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0;
     if (ok) {
-        void* map = mmap(nullptr, static_cast<size_t>(st.st_size), PROT_READ, MAP_SHARED, fd, 0);
+        void* map = mmap(nullptr, static_cast<size_t>(st.st_size), PROT_READ, MAP_SHARED, fd.get(), 0);
         ok = map != MAP_FAILED;
         if (ok) {
             m_data = static_cast<unsigned char*>(map);
             m_size = static_cast<size_t>(st.st_size);
         }
     }
-    close(fd);
     return ok;
 }
 

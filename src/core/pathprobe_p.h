@@ -5,6 +5,8 @@
 #ifndef VYXCORE_PATHPROBE_P_H
 #define VYXCORE_PATHPROBE_P_H
 
+#include "core/uniquefd_p.h"
+
 #include <cstddef>
 #include <string>
 #include <unordered_map>
@@ -14,6 +16,8 @@ namespace Vyx::detail {
 // Whether path is a regular file (or a link to one): a directory that
 // happens to carry a file's name is not what a lookup wants.
 bool isRegularFile(const std::string& path);
+// Whether path is a directory (or a link to one).
+bool isDirectory(const std::string& path);
 
 // The first base + extension, in the order given, that is a regular file;
 // empty when none is.
@@ -43,7 +47,7 @@ private:
     bool statIsDirectory(const std::string& relative) const;
 
     std::string m_root;
-    int m_rootFd = -1;
+    UniqueFd m_rootFd;
     std::unordered_map<std::string, Listing> m_listings;
 };
 

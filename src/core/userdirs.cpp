@@ -143,8 +143,8 @@ extern "C" char* xdg_user_dir_lookup(const char* type)
 
     const char* home = Vyx::detail::envValue("HOME");
     if (home) {
-        std::string path = Vyx::detail::envString("XDG_CONFIG_HOME");
-        path = path.empty() ? std::string(home) + "/.config/user-dirs.dirs" : path + "/user-dirs.dirs";
+        // With HOME set, the configuration home's own fallback is under it.
+        const std::string path = Vyx::detail::userConfigHome() + "/user-dirs.dirs";
         if (FILE* file = Vyx::detail::fopenRegularFile(path.c_str())) {
             bool outOfMemory = false;
             char* value = Vyx::detail::readUserDirs(file, type, home, &outOfMemory);

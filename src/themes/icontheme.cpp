@@ -8,11 +8,11 @@
 #include "core/ini_p.h"
 #include "core/inireader_p.h"
 #include "core/pathprobe_p.h"
+#include "core/session_p.h"
 #include "vyxdesktopentry.h"
 #include "vyxdirs.h"
 #include "vyxdisplay.h"
 #include "vyxfileutils.h"
-#include "vyxsession.h"
 #include "vyxsystem.h"
 
 #include <algorithm>
@@ -43,12 +43,6 @@ const IconSwitches& iconSwitches()
     return switches;
 }
 
-bool isDirectory(const std::string& path)
-{
-    struct stat st;
-    return stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
-}
-
 std::string settingsFile(const char* name)
 {
     const std::string& dir = GetVyxDir(ThemeDir);
@@ -58,7 +52,7 @@ std::string settingsFile(const char* name)
 std::string themeSettingsFile()
 {
     std::string file = settingsFile("current.themerc");
-    return file.empty() ? file : file + vyxSessionConfigSuffix(whatVyxSession());
+    return file.empty() ? file : file + Vyx::detail::sessionConfigSuffix();
 }
 
 std::string themeSetting(const char* key)

@@ -6,6 +6,7 @@
 #include "core/userdirs_p.h"
 
 #include "core/environment_p.h"
+#include "core/session_p.h"
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
 
@@ -117,7 +118,8 @@ const std::string& kioskDesktopDir()
     static std::string dir;
     static std::once_flag once;
     std::call_once(once, [] {
-        const char* session = Vyx::detail::envValue("DESKTOP_SESSION");
+        // Any session whose name holds a kiosk name, not only the kiosk kinds.
+        const char* session = Vyx::detail::sessionName();
         const char* desktop = Vyx::detail::envValue("VYX_KIOSK_DESKTOP_DIR");
         if (session && (std::strstr(session, "vyx-kiosk") || std::strstr(session, "vyx-tablet-kiosk")) && desktop &&
             fileExists(desktop, false))

@@ -111,7 +111,7 @@ bool chooseRRPrimary(XServer& server, Window root, int major, int minor, unsigne
         if (!server.outputInfo(output, &info))
             continue;
         Vyx::detail::diag(nullptr, "libvyxcore SetRRPrimary(): output is %s wmm=%lu hmm=%lu\n", info.name.c_str(),
-                     info.mmWidth, info.mmHeight);
+                          info.mmWidth, info.mmHeight);
         if (!info.connected)
             continue;
         Vyx::detail::diag(nullptr, "  connected\n");
@@ -131,7 +131,7 @@ bool chooseRRPrimary(XServer& server, Window root, int major, int minor, unsigne
                 continue;
             }
             Vyx::detail::diag(nullptr, "    crtc[%d]: %d %d %d %d\n", int(i), crtc.x, crtc.y, int(crtc.width),
-                         int(crtc.height));
+                              int(crtc.height));
             if (atOrigin(crtc)) {
                 *chosen = output;
                 return true;
@@ -179,7 +179,7 @@ bool rrPrimaryDPI(XServer& server, Window root, double* dpix, double* dpiy, Prim
     const char* name = info.name.empty() ? "unknown" : info.name.c_str();
     if (info.mmWidth == 0 || info.mmHeight == 0) {
         Vyx::detail::diag(nullptr, "libvyxcore GetRRPrimaryDPI(): %s no size in mm (%lux%lu), bad EDID/driver/etc ?\n",
-                     name, info.mmWidth, info.mmHeight);
+                          name, info.mmWidth, info.mmHeight);
         return false;
     }
     RandrCrtcInfo crtc;
@@ -189,8 +189,8 @@ bool rrPrimaryDPI(XServer& server, Window root, double* dpix, double* dpiy, Prim
     }
     if (crtc.width == 0 || crtc.height == 0) {
         Vyx::detail::diag(nullptr, "libvyxcore GetRRPrimaryDPI(): %s no crtc size in pixels (%lux%lu mm, %ux%u pix), "
-                     "rotation=%d, disconnected?\n",
-                     name, info.mmWidth, info.mmHeight, crtc.width, crtc.height, crtc.rotation);
+                          "rotation=%d, disconnected?\n",
+                          name, info.mmWidth, info.mmHeight, crtc.width, crtc.height, crtc.rotation);
         return false;
     }
 
@@ -212,9 +212,9 @@ bool rrPrimaryDPI(XServer& server, Window root, double* dpix, double* dpiy, Prim
         y = *dpiy = snapNearlyNinetySix(measuredY);
     }
     Vyx::detail::diag(nullptr, "libvyxcore GetRRPrimaryDPI(): mm_width=%lu mm_height=%lu, rotation=%d main crtc: %d %d %d %d, "
-                 "dpix=%f(%f) dpiy=%f(%f)\n",
-                 info.mmWidth, info.mmHeight, crtc.rotation, crtc.x, crtc.y, int(crtc.width), int(crtc.height), x,
-                 measuredX, y, measuredY);
+                      "dpix=%f(%f) dpiy=%f(%f)\n",
+                      info.mmWidth, info.mmHeight, crtc.rotation, crtc.x, crtc.y, int(crtc.width), int(crtc.height), x,
+                      measuredX, y, measuredY);
     return true;
 }
 

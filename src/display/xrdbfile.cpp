@@ -74,7 +74,7 @@ bool editFile(const std::string& file, const std::string& name, const std::strin
         // The writer picks the temporary file's exact name; its stem is named.
         const int error = errno;
         Vyx::detail::diag(Vyx::detail::kToolPrefix, "rename(%s,%s) failed due to %s\n", (file + ".tmp").c_str(), file.c_str(),
-                     std::strerror(error));
+                          std::strerror(error));
     }
     return true;
 }

@@ -72,9 +72,9 @@ bool SendCommandToDMWithReply(Display* display, const char* command, FILE* out)
     const char* path = socketPath.first.c_str();
     if (!socketPath.second) {
         Vyx::detail::diag(nullptr, "SendCommandToDM: Can't access DM fifo/socket file '%s'.\n"
-                     "                 May be other user uses it.\n"
-                     "                 Ask administrator to check it.\n",
-                     path);
+                          "                 May be other user uses it.\n"
+                          "                 Ask administrator to check it.\n",
+                          path);
         return false;
     }
     if (!command)
@@ -107,12 +107,12 @@ bool SendCommandToDMWithReply(Display* display, const char* command, FILE* out)
     if (getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &peerSize) != 0) {
         int error = errno;
         Vyx::detail::diag(nullptr, "SendCommandToDM: %s not used: its listener cannot be known (%s)\n", path,
-                     std::strerror(error));
+                          std::strerror(error));
         return false;
     }
     if (peer.uid != 0 && peer.uid != geteuid()) {
         Vyx::detail::diag(nullptr, "SendCommandToDM: %s not used: its listener runs as uid %u\n", path,
-                     unsigned(peer.uid));
+                          unsigned(peer.uid));
         return false;
     }
 
@@ -131,7 +131,7 @@ bool SendCommandToDMWithReply(Display* display, const char* command, FILE* out)
     if (written < 0 || static_cast<size_t>(written) < length) {
         int error = errno;
         Vyx::detail::diag(nullptr, "SendCommandToDM: Cannot write command to socket %s error=%s\n", path,
-                     std::strerror(error));
+                          std::strerror(error));
         return false;
     }
 

@@ -91,7 +91,7 @@ std::string section(const char* name)
     if (Vyx::detail::IniDocument::isWritableGroup(group.c_str()))
         return group;
     Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "can't keep a position for '%s': not a name a group can hold\n",
-                 Vyx::detail::encodeEntryValue(name).c_str());
+                      Vyx::detail::encodeEntryValue(name).c_str());
     return std::string();
 }
 

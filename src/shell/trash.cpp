@@ -49,7 +49,7 @@ TrashDirs TrashDirs::current()
             continue;
         if (!S_ISDIR(st.st_mode) || st.st_uid != geteuid()) {
             Vyx::detail::diag(Vyx::detail::kToolPrefix, "%s is not a directory of this user's, the trash is not used\n",
-                         dir->c_str());
+                              dir->c_str());
             return TrashDirs();
         }
     }
@@ -504,7 +504,7 @@ bool VyxTrash::moveToTrash(const char* path)
                 continue;  // the name just given up is free again
         }
         Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't trash file, rename(%s,%s) failed due to %s, will try vyx-fops\n",
-                     source.c_str(), target.c_str(), std::strerror(error));
+                          source.c_str(), target.c_str(), std::strerror(error));
         return false;
     }
 }
@@ -531,7 +531,7 @@ bool VyxTrash::restoreFromTrash(const char* path)
     if (renameNoReplace(source.c_str(), destination.c_str()) != 0) {
         int error = errno;
         Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't restore file, rename(%s,%s) failed due to %s\n", source.c_str(),
-                     destination.c_str(), std::strerror(error));
+                          destination.c_str(), std::strerror(error));
         if (lstat(source.c_str(), &st) != 0)
             Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't find file in trash to restore: %s\n", source.c_str());
         return false;

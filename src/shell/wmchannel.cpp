@@ -220,9 +220,9 @@ bool SendCommandToWM(Display* display, const char* command)
         for (const auto& [path, reason] : fifo.refused)
             notUsed(path, reason);
         Vyx::detail::diag(nullptr, "SendCommandToWM: Can't access WM fifo file %s.\n"
-                     "                 May be other user uses it.\n"
-                     "                 Ask administrator to check it.\n",
-                     fifo.path.empty() ? "<undefined>" : fifo.path.c_str());
+                          "                 May be other user uses it.\n"
+                          "                 Ask administrator to check it.\n",
+                          fifo.path.empty() ? "<undefined>" : fifo.path.c_str());
         return false;
     }
     // Non-blocking, so that a FIFO nobody reads fails at once (ENXIO)

@@ -4,6 +4,8 @@
 
 #include "core/atomicfile_p.h"
 
+#include "core/uniquefd_p.h"
+
 #include <atomic>
 #include <cerrno>
 #include <climits>
@@ -41,9 +43,9 @@ std::atomic<unsigned> g_counter{0};
 
 // Closes the temporary file fd and, when it was written whole (ok), puts it
 // in place of target; otherwise removes it, so the old file stays.
-bool closeAndRename(int fd, bool ok, const std::string& temp, const std::string& target)
+bool closeAndRename(UniqueFd& fd, bool ok, const std::string& temp, const std::string& target)
 {
-    ok = close(fd) == 0 && ok;
+    ok = fd.close() && ok;
     if (ok)
         ok = rename(temp.c_str(), target.c_str()) == 0;
     if (!ok)
@@ -82,19 +84,19 @@ bool writeFileAtomically(const std::string& path, const std::string& content, bo
     // A fresh name beside the target; O_EXCL guards against a race with
     // another writer, and the mode 0666 lets the umask decide for new files.
     std::string temp;
-    int fd = -1;
-    for (int attempt = 0; attempt < 100 && fd < 0; ++attempt) {
+    UniqueFd fd;
+    for (int attempt = 0; attempt < 100 && !fd; ++attempt) {
         temp = target + ".tmp-" + std::to_string(getpid()) + "-" + std::to_string(g_counter++);
-        fd = open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-        if (fd < 0 && errno != EEXIST)
+        fd.reset(open(temp.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+        if (!fd && errno != EEXIST)
             return false;
     }
-    if (fd < 0)
+    if (!fd)
         return false;
 
-    bool ok = writeAll(fd, content) && (!durable || fsync(fd) == 0);
+    bool ok = writeAll(fd.get(), content) && (!durable || fsync(fd.get()) == 0);
     if (ok && existed)
-        ok = fchmod(fd, old.st_mode & 07777) == 0;
+        ok = fchmod(fd.get(), old.st_mode & 07777) == 0;
     return closeAndRename(fd, ok, temp, target);
 }
 
@@ -103,10 +105,11 @@ bool replacePrivateFile(const std::string& path, const std::string& content)
     if (path.empty())
         return false;
     std::string temp = path + ".XXXXXX";
-    int fd = mkostemp(&temp[0], O_CLOEXEC);
-    if (fd < 0)
+    UniqueFd fd(mkostemp(&temp[0], O_CLOEXEC));
+    if (!fd)
         return false;
-    return closeAndRename(fd, writeAll(fd, content), temp, path);
+    const bool written = writeAll(fd.get(), content);
+    return closeAndRename(fd, written, temp, path);
 }
 
 }  // namespace Vyx::detail

@@ -5,8 +5,8 @@
 #include "vyxdirs.h"
 
 #include "core/environment_p.h"
+#include "core/session_p.h"
 #include "vyxfileutils.h"
-#include "vyxsession.h"
 #include "vyxstrings.h"
 
 #include <mutex>
@@ -54,7 +54,7 @@ std::string compute(VyxDir dir, const std::string& home, const std::string& vyxH
         const char* rc = Vyx::detail::envValue("VYX_RC_FILE");
         // A plain substring test: any settings file below the system
         // directory selects the system theme directory.
-        if (isVyxKioskSession() && rc && Vyx::contains(rc, kWmDataDir))
+        if (Vyx::detail::isKioskSession() && rc && Vyx::contains(rc, kWmDataDir))
             return kWmDataDir + "/theme";
         return vyxHome + "/theme";
     }
@@ -67,10 +67,10 @@ std::string compute(VyxDir dir, const std::string& home, const std::string& vyxH
         return userDir("DESKTOP", home, "/Desktop");
     case DocumentsDir:
         return userDir("DOCUMENTS", home, "/Documents");
-    case TrashFilesDir:
-        if (const char* data = Vyx::detail::envValue("XDG_DATA_HOME"))
-            return Vyx::concat(data, "/Trash/files");
-        return home.empty() ? std::string() : home + "/.local/share/Trash/files";
+    case TrashFilesDir: {
+        const std::string data = Vyx::detail::userDataHome(home);
+        return data.empty() ? data : data + "/Trash/files";
+    }
     case HelpDir:
         return orDefault("VYXHELPDIR", "/usr/share/doc/vyx");
     case QtHelpDir:
@@ -79,7 +79,7 @@ std::string compute(VyxDir dir, const std::string& home, const std::string& vyxH
         return "/usr/share/doc/vyx/qthelp";
     case KioskToolbarDir: {
         const char* toolbar = Vyx::detail::envValue("VYX_KIOSK_TOOLBAR_DIR");
-        if (isVyxKioskSession() && toolbar && fileExists(toolbar, false))
+        if (Vyx::detail::isKioskSession() && toolbar && fileExists(toolbar, false))
             return toolbar;
         return vyxHome + "/toolbar";
     }
@@ -100,9 +100,7 @@ std::string compute(VyxDir dir, const std::string& home, const std::string& vyxH
     case AutostartDir:
         return autostartDir();
     case CacheDir:
-        if (const char* cache = Vyx::detail::envValue("XDG_CACHE_HOME"))
-            return cache;
-        return home.empty() ? std::string() : home + "/.cache";
+        return Vyx::detail::userCacheHome(home);
     case SharedDesktopDir:
         return orDefault("VYX_SHARED_DESKTOP_DIR", "/usr/share/applications/vyxdesktop");
     case SharedStartMenuDir:

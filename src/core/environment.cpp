@@ -34,12 +34,16 @@ std::string homeFromEnvironment()
 
 namespace {
 
-std::string userHomeDir(const char* variable, const char* underHome)
+std::string userHomeDir(const char* variable, const char* underHome, const std::string& home)
 {
     if (const char* dir = envValue(variable))
         return dir;
-    const std::string home = homeFromEnvironment();
     return home.empty() ? home : home + underHome;
+}
+
+std::string userHomeDir(const char* variable, const char* underHome)
+{
+    return userHomeDir(variable, underHome, homeFromEnvironment());
 }
 
 }  // namespace
@@ -52,6 +56,16 @@ std::string userConfigHome()
 std::string userDataHome()
 {
     return userHomeDir("XDG_DATA_HOME", "/.local/share");
+}
+
+std::string userDataHome(const std::string& home)
+{
+    return userHomeDir("XDG_DATA_HOME", "/.local/share", home);
+}
+
+std::string userCacheHome(const std::string& home)
+{
+    return userHomeDir("XDG_CACHE_HOME", "/.cache", home);
 }
 
 namespace {

@@ -34,6 +34,11 @@ std::string userConfigHome();
 // The user's own data directory: "XDG_DATA_HOME", else home +
 // "/.local/share"; empty when there is no home either.
 std::string userDataHome();
+// The same with the home already known, for a caller that keeps its own.
+std::string userDataHome(const std::string& home);
+// The user's cache directory: "XDG_CACHE_HOME", else home + "/.cache";
+// empty when there is no home either.
+std::string userCacheHome(const std::string& home);
 
 // The system data directories: "XDG_DATA_DIRS" split at ':' with empty
 // pieces dropped, else "/usr/local/share" then "/usr/share".

@@ -4,7 +4,8 @@
 
 #include "vyxfileutils.h"
 
-#include <dirent.h>
+#include "core/dirwalker_p.h"
+
 #include <fnmatch.h>
 #include <sys/stat.h>
 
@@ -14,13 +15,11 @@ namespace {
 void listInto(std::vector<std::string>* out, const std::string& dir, int depth, const char* pattern,
               bool filesOnly, bool namesOnly)
 {
-    DIR* handle = opendir(dir.c_str());
-    if (!handle)
-        return;
+    Vyx::detail::DirWalker handle(dir);
     const bool needsSlash = dir.empty() || dir.back() != '/';
-    while (dirent* entry = readdir(handle)) {
+    while (const dirent* entry = handle.next()) {
         const char* name = entry->d_name;
-        if (Vyx::equal(name, ".") || Vyx::equal(name, "..") || Vyx::equal(name, ".hidden"))
+        if (Vyx::equal(name, ".hidden"))
             continue;
         bool isDir = entry->d_type == DT_DIR;
         bool matches = fnmatch(pattern, name, 0) == 0 && !(filesOnly && isDir);
@@ -39,7 +38,6 @@ void listInto(std::vector<std::string>* out, const std::string& dir, int depth, 
         }
         out->push_back(namesOnly ? std::string(name) : std::move(path));
     }
-    closedir(handle);
 }
 
 bool list(std::vector<std::string>* out, const char* dir, int depth, const char* pattern, bool filesOnly,

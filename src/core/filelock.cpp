@@ -4,6 +4,7 @@
 
 #include "vyxfileutils.h"
 
+#include "core/diag_p.h"
 #include "core/spawn_p.h"
 
 #include <cerrno>
@@ -53,7 +54,7 @@ bool vyxLockFile(int fd, Vyx::tagged_bool<LockRead_tag> lockRead, Vyx::tagged_bo
     if (setLock(fd, lockRead ? F_RDLCK : F_WRLCK, static_cast<bool>(blocking)))
         return true;
     if (errno != EINTR && errno != EAGAIN)
-        std::fprintf(stderr, "VyxLockedFile::lock(): fcntl: %s", std::strerror(errno));
+        Vyx::detail::diag(nullptr, "VyxLockedFile::lock(): fcntl: %s", std::strerror(errno));
     return false;
 }
 
@@ -62,6 +63,6 @@ bool vyxUnlockFile(int fd)
     if (setLock(fd, F_UNLCK, true))
         return true;
     // The unlock path reuses the lock message on purpose.
-    std::fprintf(stderr, "VyxLockedFile::lock(): fcntl: %s", std::strerror(errno));
+    Vyx::detail::diag(nullptr, "VyxLockedFile::lock(): fcntl: %s", std::strerror(errno));
     return false;
 }

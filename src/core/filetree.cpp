@@ -4,22 +4,18 @@
 
 #include "vyxfileutils.h"
 
+#include "core/diag_p.h"
+#include "core/dirwalker_p.h"
+#include "core/pathprobe_p.h"
 #include "core/readfile_p.h"
 
 #include <cstdio>
-#include <dirent.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
 
 constexpr size_t kCopyChunk = 4095;
-
-bool isDirectory(const char* path)
-{
-    struct stat st;
-    return stat(path, &st) == 0 && S_ISDIR(st.st_mode);
-}
 
 bool isSymbolicLink(const char* path)
 {
@@ -33,11 +29,11 @@ bool vyxCopyFile(const char* src, const char* dst)
 {
     if (!src || !dst)
         return false;
-    if (isDirectory(src)) {
-        std::fprintf(stderr, "libvyxcore: can't copy folder to file\n");
+    if (Vyx::detail::isDirectory(src)) {
+        Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "can't copy folder to file\n");
         return false;
     }
-    std::string target = isDirectory(dst) ? Vyx::concat(dst, '/', Vyx::lastSection(src, '/')) : std::string(dst);
+    std::string target = Vyx::detail::isDirectory(dst) ? Vyx::concat(dst, '/', Vyx::lastSection(src, '/')) : std::string(dst);
     // The source is opened first, and a file is never copied onto itself:
     // either would truncate a file the caller still needs. Only a file is
     // copied: a FIFO would never end, and a device has no content to copy.
@@ -77,11 +73,9 @@ bool rmdirRecursive(const char* path, Vyx::tagged_bool<InsideOnly_tag> insideOnl
         return unlink(path) == 0;
 
     bool ok = true;
-    if (DIR* dir = opendir(path)) {
-        while (dirent* entry = readdir(dir)) {
+    if (Vyx::detail::DirWalker dir(path); dir.isOpen()) {
+        while (const dirent* entry = dir.next()) {
             const char* name = entry->d_name;
-            if (Vyx::equal(name, ".") || Vyx::equal(name, ".."))
-                continue;
             if (insideOnly && keepDotDirectory && Vyx::equal(name, ".directory"))
                 continue;
             std::string child = Vyx::concat(path, '/', name);
@@ -89,7 +83,6 @@ bool rmdirRecursive(const char* path, Vyx::tagged_bool<InsideOnly_tag> insideOnl
                                 Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false)))
                 ok = false;  // go on with the rest
         }
-        closedir(dir);
     } else {
         ok = false;
     }
@@ -100,21 +93,12 @@ bool rmdirRecursive(const char* path, Vyx::tagged_bool<InsideOnly_tag> insideOnl
 
 bool isDirEmpty(const char* path, Vyx::tagged_bool<IgnoreDotDirectoryFile_tag> ignoreDotDirectory)
 {
-    DIR* dir = path ? opendir(path) : nullptr;
-    if (!dir)
-        return true;
-    bool empty = true;
-    while (dirent* entry = readdir(dir)) {
-        const char* name = entry->d_name;
-        if (Vyx::equal(name, ".") || Vyx::equal(name, ".."))
-            continue;
-        if (ignoreDotDirectory && Vyx::equal(name, ".directory"))
-            continue;
-        empty = false;
-        break;
+    Vyx::detail::DirWalker dir(path);
+    while (const dirent* entry = dir.next()) {
+        if (!(ignoreDotDirectory && Vyx::equal(entry->d_name, ".directory")))
+            return false;
     }
-    closedir(dir);
-    return empty;
+    return true;
 }
 
 int64_t vyxSizeOfPath(const char* path)
@@ -127,13 +111,8 @@ int64_t vyxSizeOfPath(const char* path)
     if (!S_ISDIR(st.st_mode))
         return 0;
     int64_t total = 0;
-    if (DIR* dir = opendir(path)) {
-        while (dirent* entry = readdir(dir)) {
-            if (Vyx::equal(entry->d_name, ".") || Vyx::equal(entry->d_name, ".."))
-                continue;
-            total += vyxSizeOfPath(Vyx::concat(path, '/', entry->d_name).c_str());
-        }
-        closedir(dir);
-    }
+    Vyx::detail::DirWalker dir(path);
+    while (const dirent* entry = dir.next())
+        total += vyxSizeOfPath(Vyx::concat(path, '/', entry->d_name).c_str());
     return total;
 }

@@ -2,6 +2,8 @@
 //
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
+// Internal interface of core, open to every folder of the library.
+
 #ifndef VYXCORE_INI_P_H
 #define VYXCORE_INI_P_H
 

@@ -4,6 +4,7 @@
 
 #include "core/inireader_p.h"
 
+#include "core/diag_p.h"
 #include "core/readfile_p.h"
 
 #include <algorithm>
@@ -174,7 +175,7 @@ bool IniReader::loadText(std::string&& text)
 {
     clear();
     if (text.size() >= UINT32_MAX) {
-        std::fprintf(stderr, "vyxcore: INI text of %zu bytes is too large to read\n", text.size());
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "INI text of %zu bytes is too large to read\n", text.size());
         return false;
     }
     m_text = std::move(text);

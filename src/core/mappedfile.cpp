@@ -5,6 +5,7 @@
 #include "core/mappedfile_p.h"
 
 #include "core/readfile_p.h"
+#include "core/uniquefd_p.h"
 
 #include <cstring>
 #include <sys/mman.h>
@@ -21,13 +22,13 @@ MappedFile::~MappedFile()
 
 bool MappedFile::open(const std::string& path, int64_t* modified)
 {
-    int fd = openRegularFile(path.c_str());
-    if (fd < 0)
+    const UniqueFd fd(openRegularFile(path.c_str()));
+    if (!fd)
         return false;
     struct stat st;
-    bool ok = fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0;
+    bool ok = fstat(fd.get(), &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0;
     if (ok) {
-        void* map = mmap(nullptr, static_cast<size_t>(st.st_size), PROT_READ, MAP_SHARED, fd, 0);
+        void* map = mmap(nullptr, static_cast<size_t>(st.st_size), PROT_READ, MAP_SHARED, fd.get(), 0);
         ok = map != MAP_FAILED;
         if (ok) {
             m_data = static_cast<unsigned char*>(map);
@@ -36,7 +37,6 @@ bool MappedFile::open(const std::string& path, int64_t* modified)
                 *modified = int64_t(st.st_mtim.tv_sec) * 1'000'000'000 + st.st_mtim.tv_nsec;
         }
     }
-    close(fd);
     return ok;
 }
 

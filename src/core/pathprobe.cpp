@@ -4,8 +4,9 @@
 
 #include "core/pathprobe_p.h"
 
+#include "core/dirwalker_p.h"
+
 #include <cerrno>
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -36,19 +37,14 @@ std::string firstRegularFile(const std::string& base, const char* const* extensi
 
 DirectoryProbe::DirectoryProbe(std::string root) : m_root(std::move(root))
 {
-    m_rootFd = open(m_root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    m_rootFd.reset(open(m_root.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
 }
 
-DirectoryProbe::~DirectoryProbe()
-{
-    if (m_rootFd >= 0)
-        close(m_rootFd);
-}
+DirectoryProbe::~DirectoryProbe() = default;
 
 bool DirectoryProbe::statIsDirectory(const std::string& relative) const
 {
-    struct stat st;
-    return stat((m_root + "/" + relative).c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+    return Vyx::detail::isDirectory(m_root + "/" + relative);
 }
 
 const DirectoryProbe::Listing& DirectoryProbe::listing(const std::string& parent)
@@ -57,9 +53,9 @@ const DirectoryProbe::Listing& DirectoryProbe::listing(const std::string& parent
     if (found != m_listings.end())
         return found->second;
     Listing& listing = m_listings[parent];
-    const int fd = parent.empty() ? openat(m_rootFd, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)
-                                  : openat(m_rootFd, parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (fd < 0) {
+    UniqueFd fd(parent.empty() ? openat(m_rootFd.get(), ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC)
+                               : openat(m_rootFd.get(), parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!fd) {
         // A parent that is missing or not a directory holds no directory;
         // any other failure (a parent we may pass but not list) goes to stat.
         listing.listed = errno == ENOENT || errno == ENOTDIR;
@@ -67,25 +63,20 @@ const DirectoryProbe::Listing& DirectoryProbe::listing(const std::string& parent
     }
     // A parent we may list but not pass: stat of what it holds fails, so
     // the listing would answer otherwise.
-    if (faccessat(fd, ".", X_OK, AT_EACCESS) != 0) {
-        close(fd);
+    if (faccessat(fd.get(), ".", X_OK, AT_EACCESS) != 0)
         return listing;
-    }
-    DIR* dir = fdopendir(fd);
-    if (!dir) {
-        close(fd);
+    DirWalker dir = DirWalker::fromDescriptor(fd.release());
+    if (!dir.isOpen())
         return listing;
-    }
-    while (const dirent* entry = readdir(dir))
+    while (const dirent* entry = dir.next())
         listing.types.emplace(entry->d_name, entry->d_type);
-    closedir(dir);
     listing.listed = true;
     return listing;
 }
 
 bool DirectoryProbe::isDirectory(const std::string& relative)
 {
-    if (m_rootFd < 0)
+    if (!m_rootFd)
         return statIsDirectory(relative);
     // Only plain relative paths are listed: ".", ".." and "//" would need
     // the walk stat does.

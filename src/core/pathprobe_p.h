@@ -2,8 +2,12 @@
 //
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
+// Internal interface of core, open to every folder of the library.
+
 #ifndef VYXCORE_PATHPROBE_P_H
 #define VYXCORE_PATHPROBE_P_H
+
+#include "core/uniquefd_p.h"
 
 #include <cstddef>
 #include <string>
@@ -45,7 +49,7 @@ private:
     bool statIsDirectory(const std::string& relative) const;
 
     std::string m_root;
-    int m_rootFd = -1;
+    UniqueFd m_rootFd;
     std::unordered_map<std::string, Listing> m_listings;
 };
 

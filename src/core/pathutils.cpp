@@ -4,6 +4,7 @@
 
 #include "vyxfileutils.h"
 
+#include "core/diag_p.h"
 #include "core/environment_p.h"
 #include "vyxdirs.h"
 
@@ -34,7 +35,7 @@ std::string leadingName(const char* text, const char** rest)
     *rest = slash ? slash : text + std::strlen(text);
     size_t length = static_cast<size_t>(*rest - text);
     if (length > kMaxNameLength) {
-        std::fprintf(stderr, "Too long before delim: %s\n", text);
+        Vyx::detail::diag(nullptr, "Too long before delim: %s\n", text);
         return std::string();
     }
     return std::string(text, length);
@@ -92,7 +93,7 @@ std::string ExtractPathName(const char* path)
     if (path[0] == '~' && (path[1] == '\0' || path[1] == '/')) {
         const char* home = Vyx::detail::envValue("HOME");
         if (!home) {
-            std::fprintf(stderr, "Undefined environment variable HOME\n");
+            Vyx::detail::diag(nullptr, "Undefined environment variable HOME\n");
             return std::string(path + 1);
         }
         return Vyx::concat(home, path + 1);
@@ -104,7 +105,7 @@ std::string ExtractPathName(const char* path)
         std::string home = homeOfUser(user, &found);
         if (!found) {
             if (!user.empty())
-                std::fprintf(stderr, "No user %s or failed to get info\n", user.c_str());
+                Vyx::detail::diag(nullptr, "No user %s or failed to get info\n", user.c_str());
             return std::string(path);
         }
         return home + rest;
@@ -115,7 +116,7 @@ std::string ExtractPathName(const char* path)
         const char* value = name.empty() ? nullptr : Vyx::detail::envValue(name.c_str());
         if (!value) {
             if (!name.empty())
-                std::fprintf(stderr, "No environment variable %s\n", name.c_str());
+                Vyx::detail::diag(nullptr, "No environment variable %s\n", name.c_str());
             return std::string(rest);
         }
         return Vyx::concat(value, rest);

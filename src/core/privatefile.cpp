@@ -4,6 +4,8 @@
 
 #include "core/privatefile_p.h"
 
+#include "core/uniquefd_p.h"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
@@ -25,26 +27,24 @@ int openPrivateFile(const std::string& path, PrivateFileState* state)
 {
     // Non-blocking: opening a FIFO for reading would otherwise wait for a
     // writer that never comes.
-    int fd = open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    if (fd < 0) {
+    UniqueFd fd(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!fd) {
         *state = errno == ENOENT || errno == ENOTDIR ? PrivateFileState::Missing
                  : errno == ELOOP                    ? PrivateFileState::SymbolicLink
                                                      : PrivateFileState::Unreadable;
         return -1;
     }
     struct stat st;
-    *state = fstat(fd, &st) != 0  ? PrivateFileState::Unreadable
+    *state = fstat(fd.get(), &st) != 0  ? PrivateFileState::Unreadable
              : !S_ISREG(st.st_mode) ? PrivateFileState::NotRegular
              : st.st_uid != geteuid() ? PrivateFileState::ForeignOwner
              : !ownedPrivately(st)    ? PrivateFileState::WritableByOthers
                                       : PrivateFileState::Opened;
-    if (*state != PrivateFileState::Opened) {
-        close(fd);
+    if (*state != PrivateFileState::Opened)
         return -1;
-    }
     // Reads block again as usual.
-    fcntl(fd, F_SETFL, fcntl(fd, F_GETFL) & ~O_NONBLOCK);
-    return fd;
+    fcntl(fd.get(), F_SETFL, fcntl(fd.get(), F_GETFL) & ~O_NONBLOCK);
+    return fd.release();
 }
 
 const char* describe(PrivateFileState state)

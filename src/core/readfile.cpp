@@ -4,6 +4,8 @@
 
 #include "core/readfile_p.h"
 
+#include "core/uniquefd_p.h"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -51,8 +53,8 @@ int openRegularFile(const char* path)
     }
     // O_NOCTTY: a terminal at the path must not become our controlling one
     // merely because we looked at it.
-    const int fd = ::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-    if (fd < 0) {
+    UniqueFd fd(::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    if (!fd) {
         // A socket cannot be opened at all; it is refused like every other
         // thing that is not a file.
         if (errno == ENXIO)
@@ -60,45 +62,45 @@ int openRegularFile(const char* path)
         return -1;
     }
     struct stat st;
-    if (fstat(fd, &st) != 0 || !S_ISREG(st.st_mode)) {
-        close(fd);
+    if (fstat(fd.get(), &st) != 0 || !S_ISREG(st.st_mode)) {
+        fd.reset();
         errno = ENOENT;
         return -1;
     }
-    const int flags = fcntl(fd, F_GETFL);
-    if (flags < 0 || fcntl(fd, F_SETFL, flags & ~O_NONBLOCK) < 0) {
+    const int flags = fcntl(fd.get(), F_GETFL);
+    if (flags < 0 || fcntl(fd.get(), F_SETFL, flags & ~O_NONBLOCK) < 0) {
         const int saved = errno;
-        close(fd);
+        fd.reset();
         errno = saved;
         return -1;
     }
-    return fd;
+    return fd.release();
 }
 
 FILE* fopenRegularFile(const char* path)
 {
-    const int fd = openRegularFile(path);
-    if (fd < 0)
+    UniqueFd fd(openRegularFile(path));
+    if (!fd)
         return nullptr;
-    FILE* file = fdopen(fd, "r");
+    FILE* file = fdopen(fd.get(), "r");
     if (!file) {
         const int saved = errno;
-        close(fd);
+        fd.reset();
         errno = saved;
+        return nullptr;
     }
+    fd.release();  // the stream owns it now
     return file;
 }
 
 bool readRegularFile(const char* path, std::string& out)
 {
     out.clear();
-    const int fd = openRegularFile(path);
-    if (fd < 0)
+    const UniqueFd fd(openRegularFile(path));
+    if (!fd)
         return false;
     struct stat st;
-    const bool ok = fstat(fd, &st) == 0 && readFrom(fd, st, out);
-    close(fd);
-    return ok;
+    return fstat(fd.get(), &st) == 0 && readFrom(fd.get(), st, out);
 }
 
 bool readRegularDescriptor(int fd, std::string& out)

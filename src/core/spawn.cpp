@@ -4,6 +4,8 @@
 
 #include "core/spawn_p.h"
 
+#include "core/uniquefd_p.h"
+
 #include <cerrno>
 #include <csignal>
 #include <cstring>
@@ -24,11 +26,12 @@ ProgramResult runProgram(const std::vector<std::string>& argv, size_t maxOutput)
     int fds[2];
     if (pipe2(fds, O_CLOEXEC) != 0)
         return result;
+    UniqueFd output(fds[0]), input(fds[1]);
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, fds[1], STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, input.get(), STDOUT_FILENO);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
 
     std::vector<char*> args;
@@ -39,16 +42,14 @@ ProgramResult runProgram(const std::vector<std::string>& argv, size_t maxOutput)
     pid_t pid = -1;
     int rc = posix_spawn(&pid, args[0], &actions, nullptr, args.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
-    close(fds[1]);
-    if (rc != 0) {
-        close(fds[0]);
+    input.reset();
+    if (rc != 0)
         return result;
-    }
     result.started = true;
 
     char buffer[4096];
     ssize_t n;
-    while ((n = read(fds[0], buffer, sizeof buffer)) != 0) {
+    while ((n = read(output.get(), buffer, sizeof buffer)) != 0) {
         if (n < 0) {
             if (errno == EINTR)
                 continue;
@@ -57,7 +58,8 @@ ProgramResult runProgram(const std::vector<std::string>& argv, size_t maxOutput)
         size_t room = maxOutput - result.output.size();
         result.output.append(buffer, static_cast<size_t>(n) < room ? static_cast<size_t>(n) : room);
     }
-    close(fds[0]);
+    // Before the wait: a child still writing must find the pipe gone.
+    output.reset();
 
     int status = 0;
     while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {

@@ -36,6 +36,10 @@ public:
     // Gives the descriptor up without closing it.
     int release() { return std::exchange(m_fd, -1); }
 
+    // Closes what is held now and tells whether that worked: after a write,
+    // a failed close can mean the data never reached the file.
+    bool close() { return m_fd < 0 || ::close(release()) == 0; }
+
     // Closes what is held, then holds fd.
     void reset(int fd = -1)
     {

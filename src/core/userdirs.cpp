@@ -6,6 +6,7 @@
 #include "core/userdirs_p.h"
 
 #include "core/environment_p.h"
+#include "core/session_p.h"
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
 
@@ -117,7 +118,8 @@ const std::string& kioskDesktopDir()
     static std::string dir;
     static std::once_flag once;
     std::call_once(once, [] {
-        const char* session = Vyx::detail::envValue("DESKTOP_SESSION");
+        // Any session whose name holds a kiosk name, not only the kiosk kinds.
+        const char* session = Vyx::detail::sessionName();
         const char* desktop = Vyx::detail::envValue("VYX_KIOSK_DESKTOP_DIR");
         if (session && (std::strstr(session, "vyx-kiosk") || std::strstr(session, "vyx-tablet-kiosk")) && desktop &&
             fileExists(desktop, false))
@@ -143,8 +145,8 @@ extern "C" char* xdg_user_dir_lookup(const char* type)
 
     const char* home = Vyx::detail::envValue("HOME");
     if (home) {
-        std::string path = Vyx::detail::envString("XDG_CONFIG_HOME");
-        path = path.empty() ? std::string(home) + "/.config/user-dirs.dirs" : path + "/user-dirs.dirs";
+        // With HOME set, the configuration home's own fallback is under it.
+        const std::string path = Vyx::detail::userConfigHome() + "/user-dirs.dirs";
         if (FILE* file = Vyx::detail::fopenRegularFile(path.c_str())) {
             bool outOfMemory = false;
             char* value = Vyx::detail::readUserDirs(file, type, home, &outOfMemory);

@@ -2,6 +2,9 @@
 //
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
+// Internal interface of desktopentry, open to shell, whose position and
+// recent-item files carry desktop-entry values.
+
 #ifndef VYXCORE_ENTRYVALUE_P_H
 #define VYXCORE_ENTRYVALUE_P_H
 

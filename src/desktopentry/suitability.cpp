@@ -5,8 +5,8 @@
 #include "desktopentry/suitability_p.h"
 
 #include "core/environment_p.h"
+#include "core/session_p.h"
 #include "vyxfileutils.h"
-#include "vyxsession.h"
 #include "vyxsystem.h"
 
 #include <cstdlib>
@@ -98,10 +98,10 @@ const SessionFacts& sessionFacts()
     static SessionFacts facts;
     static std::once_flag once;
     std::call_once(once, [] {
-        if (const char* name = vyxSessionName())
+        if (const char* name = Vyx::detail::sessionName())
             facts.sessionName = name;
         facts.plasmaPresent = fileExists("/usr/bin/plasmashell", false);
-        facts.kiosk = isVyxKioskSession();
+        facts.kiosk = Vyx::detail::isKioskSession();
     });
     return facts;
 }

@@ -4,6 +4,7 @@
 
 #include "vyxdisplay.h"
 
+#include "core/diag_p.h"
 #include "display/xserver_p.h"
 
 #include <X11/Xlib.h>
@@ -84,19 +85,19 @@ bool chooseRRPrimary(XServer& server, Window root, int major, int minor, unsigne
         return false;
     if (major == 0 && minor == 0) {
         if (!server.hasRandr()) {
-            std::fprintf(stderr, "libvyxcore SetRRPrimary(): No RANDR support!");
+            Vyx::detail::diag(nullptr, "libvyxcore SetRRPrimary(): No RANDR support!");
             return false;
         }
         server.randrVersion(&major, &minor);
     }
     // Both tests on purpose: 1.3 and every 2.x pass, 1.2 does not.
     if (major < 2 && minor < 3) {
-        std::fprintf(stderr, "libvyxcore SetRRPrimary(): too old RANDR version %d.%d\n", major, minor);
+        Vyx::detail::diag(nullptr, "libvyxcore SetRRPrimary(): too old RANDR version %d.%d\n", major, minor);
         return false;
     }
     std::vector<unsigned long> outputs;
     if (!loadResources(server, root, &outputs)) {
-        std::fprintf(stderr, "libvyxcore SetRRPrimary(): cant get screen resources\n");
+        Vyx::detail::diag(nullptr, "libvyxcore SetRRPrimary(): cant get screen resources\n");
         return false;
     }
     if ((*chosen = server.primaryOutput(root))) {
@@ -109,28 +110,28 @@ bool chooseRRPrimary(XServer& server, Window root, int major, int minor, unsigne
         RandrOutputInfo info;
         if (!server.outputInfo(output, &info))
             continue;
-        std::fprintf(stderr, "libvyxcore SetRRPrimary(): output is %s wmm=%lu hmm=%lu\n", info.name.c_str(),
-                     info.mmWidth, info.mmHeight);
+        Vyx::detail::diag(nullptr, "libvyxcore SetRRPrimary(): output is %s wmm=%lu hmm=%lu\n", info.name.c_str(),
+                          info.mmWidth, info.mmHeight);
         if (!info.connected)
             continue;
-        std::fprintf(stderr, "  connected\n");
+        Vyx::detail::diag(nullptr, "  connected\n");
         RandrCrtcInfo crtc;
         if (!server.crtcInfo(info.crtc, &crtc)) {
-            std::fprintf(stderr, "  can't get crtc info - skipped");
+            Vyx::detail::diag(nullptr, "  can't get crtc info - skipped");
             continue;
         }
-        std::fprintf(stderr, "    main crtc: %d %d %d %d\n", crtc.x, crtc.y, int(crtc.width), int(crtc.height));
+        Vyx::detail::diag(nullptr, "    main crtc: %d %d %d %d\n", crtc.x, crtc.y, int(crtc.width), int(crtc.height));
         if (atOrigin(crtc)) {
             *chosen = output;
             return true;
         }
         for (size_t i = 0; i < info.crtcs.size(); ++i) {
             if (!server.crtcInfo(info.crtcs[i], &crtc)) {
-                std::fprintf(stderr, "    can't get crtc info - skipped");
+                Vyx::detail::diag(nullptr, "    can't get crtc info - skipped");
                 continue;
             }
-            std::fprintf(stderr, "    crtc[%d]: %d %d %d %d\n", int(i), crtc.x, crtc.y, int(crtc.width),
-                         int(crtc.height));
+            Vyx::detail::diag(nullptr, "    crtc[%d]: %d %d %d %d\n", int(i), crtc.x, crtc.y, int(crtc.width),
+                              int(crtc.height));
             if (atOrigin(crtc)) {
                 *chosen = output;
                 return true;
@@ -177,20 +178,19 @@ bool rrPrimaryDPI(XServer& server, Window root, double* dpix, double* dpiy, Prim
         *outputName = info.name;
     const char* name = info.name.empty() ? "unknown" : info.name.c_str();
     if (info.mmWidth == 0 || info.mmHeight == 0) {
-        std::fprintf(stderr, "libvyxcore GetRRPrimaryDPI(): %s no size in mm (%lux%lu), bad EDID/driver/etc ?\n",
-                     name, info.mmWidth, info.mmHeight);
+        Vyx::detail::diag(nullptr, "libvyxcore GetRRPrimaryDPI(): %s no size in mm (%lux%lu), bad EDID/driver/etc ?\n",
+                          name, info.mmWidth, info.mmHeight);
         return false;
     }
     RandrCrtcInfo crtc;
     if (!server.crtcInfo(info.crtc, &crtc)) {
-        std::fprintf(stderr, "libvyxcore GetRRPrimaryDPI(): %s cant get ctrc info\n", name);
+        Vyx::detail::diag(nullptr, "libvyxcore GetRRPrimaryDPI(): %s cant get ctrc info\n", name);
         return false;
     }
     if (crtc.width == 0 || crtc.height == 0) {
-        std::fprintf(stderr,
-                     "libvyxcore GetRRPrimaryDPI(): %s no crtc size in pixels (%lux%lu mm, %ux%u pix), "
-                     "rotation=%d, disconnected?\n",
-                     name, info.mmWidth, info.mmHeight, crtc.width, crtc.height, crtc.rotation);
+        Vyx::detail::diag(nullptr, "libvyxcore GetRRPrimaryDPI(): %s no crtc size in pixels (%lux%lu mm, %ux%u pix), "
+                          "rotation=%d, disconnected?\n",
+                          name, info.mmWidth, info.mmHeight, crtc.width, crtc.height, crtc.rotation);
         return false;
     }
 
@@ -211,11 +211,10 @@ bool rrPrimaryDPI(XServer& server, Window root, double* dpix, double* dpiy, Prim
         measuredY = double(crtc.height) / (double(mmDown) / 25.4);
         y = *dpiy = snapNearlyNinetySix(measuredY);
     }
-    std::fprintf(stderr,
-                 "libvyxcore GetRRPrimaryDPI(): mm_width=%lu mm_height=%lu, rotation=%d main crtc: %d %d %d %d, "
-                 "dpix=%f(%f) dpiy=%f(%f)\n",
-                 info.mmWidth, info.mmHeight, crtc.rotation, crtc.x, crtc.y, int(crtc.width), int(crtc.height), x,
-                 measuredX, y, measuredY);
+    Vyx::detail::diag(nullptr, "libvyxcore GetRRPrimaryDPI(): mm_width=%lu mm_height=%lu, rotation=%d main crtc: %d %d %d %d, "
+                      "dpix=%f(%f) dpiy=%f(%f)\n",
+                      info.mmWidth, info.mmHeight, crtc.rotation, crtc.x, crtc.y, int(crtc.width), int(crtc.height), x,
+                      measuredX, y, measuredY);
     return true;
 }
 

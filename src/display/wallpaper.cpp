@@ -4,6 +4,7 @@
 
 #include "vyxdisplay.h"
 
+#include "core/diag_p.h"
 #include "core/environment_p.h"
 #include "core/pathprobe_p.h"
 #include "vyxdirs.h"
@@ -86,6 +87,6 @@ std::string FindWallPaperByName(const char* name)
                 return path;
         }
     }
-    std::fprintf(stderr, "vyxcore: wallpaper '%s' not found\n", name);
+    Vyx::detail::diag(Vyx::detail::kToolPrefix, "wallpaper '%s' not found\n", name);
     return std::string();
 }

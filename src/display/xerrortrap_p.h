@@ -2,6 +2,9 @@
 //
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
+// Internal interface of display, open to shell: the library has one X
+// error trap, and the folders above display use it rather than their own.
+
 #ifndef VYXCORE_XERRORTRAP_P_H
 #define VYXCORE_XERRORTRAP_P_H
 

@@ -6,6 +6,7 @@
 // and merging the file into the server's resources.
 
 #include "vyxdisplay.h"
+#include "core/diag_p.h"
 #include "vyxfileutils.h"
 
 #include "core/atomicfile_p.h"
@@ -37,7 +38,7 @@ bool editFile(const std::string& file, const std::string& name, const std::strin
     if (!in && lstat(file.c_str(), &st) == 0 && !S_ISLNK(st.st_mode)) {
         // Something that is not a file (a FIFO, a directory) holds the
         // name: replacing it would destroy what the user put there.
-        std::fprintf(stderr, "vyxcore: %s is not a regular file, not changed\n", file.c_str());
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "%s is not a regular file, not changed\n", file.c_str());
         return false;
     }
     if (!in) {
@@ -72,8 +73,8 @@ bool editFile(const std::string& file, const std::string& name, const std::strin
     if (!Vyx::detail::writeFileAtomically(file, content)) {
         // The writer picks the temporary file's exact name; its stem is named.
         const int error = errno;
-        std::fprintf(stderr, "vyxcore: rename(%s,%s) failed due to %s\n", (file + ".tmp").c_str(), file.c_str(),
-                     std::strerror(error));
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "rename(%s,%s) failed due to %s\n", (file + ".tmp").c_str(), file.c_str(),
+                          std::strerror(error));
     }
     return true;
 }
@@ -93,7 +94,7 @@ bool safeForXrdb(const std::string& file)
 void mergeWithXrdb(const std::string& file)
 {
     if (!safeForXrdb(file)) {
-        std::fprintf(stderr, "vyxcore: %s not merged by xrdb: its name would reach a shell\n", file.c_str());
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "%s not merged by xrdb: its name would reach a shell\n", file.c_str());
         return;
     }
     std::string xrdb = access("/usr/bin/xrdb", X_OK) == 0 ? "/usr/bin/xrdb" : FindFileInPATH("xrdb");

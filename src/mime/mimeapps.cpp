@@ -8,9 +8,9 @@
 
 #include "core/environment_p.h"
 #include "core/inireader_p.h"
+#include "core/session_p.h"
 #include "vyxfileutils.h"
 #include "vyxstrings.h"
-#include "vyxsession.h"
 
 #include <map>
 #include <mutex>
@@ -187,7 +187,7 @@ std::string GetWritableDesktopMimeappsList()
     static std::string cached;
     return cachedOnceKnown(cached, mutex, [] {
         Locations l = locations();
-        std::string name = Vyx::makeString(vyxSessionName());
+        std::string name = Vyx::makeString(Vyx::detail::sessionName());
         if (name.empty() && !l.desktops.empty())
             name = l.desktops.front();
         if (l.configHome.empty() || name.empty() || name == "vyx")

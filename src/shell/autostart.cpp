@@ -7,6 +7,7 @@
 // the user's file of the same name overrides them.
 
 #include "core/atomicfile_p.h"
+#include "core/diag_p.h"
 #include "core/readfile_p.h"
 #include "core/environment_p.h"
 #include "core/makedirs_p.h"
@@ -53,7 +54,7 @@ Decision decide(const AutostartName& program, const std::string& ignored = std::
     Decision decision;
     const std::vector<std::string> dirs = autostartDirs();
     if (dirs.empty()) {
-        std::fprintf(stderr, "Can't find 'autostart' directories\n");
+        Vyx::detail::diag(nullptr, "Can't find 'autostart' directories\n");
         return decision;
     }
     for (const std::string& dir : dirs) {
@@ -234,7 +235,7 @@ bool vyxEnableAutostart(const char* name, bool enable, const char* command,
         return true;
     const std::string dir = userAutostartDir();
     if (dir.empty()) {
-        std::fprintf(stderr, "Can't find 'autostart' directory\n");
+        Vyx::detail::diag(nullptr, "Can't find 'autostart' directory\n");
         return false;
     }
     const std::string userFile = dir + "/" + program.fileName;

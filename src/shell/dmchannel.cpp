@@ -7,8 +7,10 @@
 
 #include "vyxsession.h"
 
+#include "core/diag_p.h"
 #include "core/environment_p.h"
 #include "core/spawn_p.h"
+#include "core/uniquefd_p.h"
 #include "shell/channels_p.h"
 #include "vyxstrings.h"
 
@@ -69,19 +71,19 @@ bool SendCommandToDMWithReply(Display* display, const char* command, FILE* out)
     const std::pair<std::string, bool> socketPath = GetVyxDMFIFOPath(display);
     const char* path = socketPath.first.c_str();
     if (!socketPath.second) {
-        std::fprintf(stderr,
-                     "SendCommandToDM: Can't access DM fifo/socket file '%s'.\n"
-                     "                 May be other user uses it.\n"
-                     "                 Ask administrator to check it.\n",
-                     path);
+        Vyx::detail::diag(nullptr, "SendCommandToDM: Can't access DM fifo/socket file '%s'.\n"
+                          "                 May be other user uses it.\n"
+                          "                 Ask administrator to check it.\n",
+                          path);
         return false;
     }
     if (!command)
         return true;
 
-    int fd = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    const Vyx::detail::UniqueFd socketFd(socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    const int fd = socketFd.get();
     if (fd < 0) {
-        std::fprintf(stderr, "SendCommandToDM: Cannot create UNIX socket error=%s\n", std::strerror(errno));
+        Vyx::detail::diag(nullptr, "SendCommandToDM: Cannot create UNIX socket error=%s\n", std::strerror(errno));
         return false;
     }
     sockaddr_un address;
@@ -91,8 +93,7 @@ bool SendCommandToDMWithReply(Display* display, const char* command, FILE* out)
     std::strncpy(address.sun_path, path, sizeof address.sun_path - 1);
     if (connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof address) != 0) {
         int error = errno;
-        close(fd);
-        std::fprintf(stderr, "SendCommandToDM: Cannot connect socket %s error=%s\n", path, std::strerror(error));
+        Vyx::detail::diag(nullptr, "SendCommandToDM: Cannot connect socket %s error=%s\n", path, std::strerror(error));
         return false;
     }
     // Only the display manager (which runs as root) or a display manager of
@@ -105,15 +106,13 @@ bool SendCommandToDMWithReply(Display* display, const char* command, FILE* out)
     socklen_t peerSize = sizeof peer;
     if (getsockopt(fd, SOL_SOCKET, SO_PEERCRED, &peer, &peerSize) != 0) {
         int error = errno;
-        close(fd);
-        std::fprintf(stderr, "SendCommandToDM: %s not used: its listener cannot be known (%s)\n", path,
-                     std::strerror(error));
+        Vyx::detail::diag(nullptr, "SendCommandToDM: %s not used: its listener cannot be known (%s)\n", path,
+                          std::strerror(error));
         return false;
     }
     if (peer.uid != 0 && peer.uid != geteuid()) {
-        close(fd);
-        std::fprintf(stderr, "SendCommandToDM: %s not used: its listener runs as uid %u\n", path,
-                     unsigned(peer.uid));
+        Vyx::detail::diag(nullptr, "SendCommandToDM: %s not used: its listener runs as uid %u\n", path,
+                          unsigned(peer.uid));
         return false;
     }
 
@@ -131,9 +130,8 @@ bool SendCommandToDMWithReply(Display* display, const char* command, FILE* out)
     ssize_t written = send(fd, buffer, length, MSG_NOSIGNAL);
     if (written < 0 || static_cast<size_t>(written) < length) {
         int error = errno;
-        close(fd);
-        std::fprintf(stderr, "SendCommandToDM: Cannot write command to socket %s error=%s\n", path,
-                     std::strerror(error));
+        Vyx::detail::diag(nullptr, "SendCommandToDM: Cannot write command to socket %s error=%s\n", path,
+                          std::strerror(error));
         return false;
     }
 
@@ -144,14 +142,13 @@ bool SendCommandToDMWithReply(Display* display, const char* command, FILE* out)
         if (n < 0 && errno == EINTR)
             continue;
         if (n <= 0) {
-            std::fprintf(stderr, "SendCommandToDM: Cannot receive reply\n");
+            Vyx::detail::diag(nullptr, "SendCommandToDM: Cannot receive reply\n");
             break;
         }
         std::fwrite(buffer, 1, static_cast<size_t>(n), out);
         if (buffer[n - 1] == '\n')
             break;
     }
-    close(fd);
     return true;
 }
 

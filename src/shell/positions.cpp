@@ -5,7 +5,9 @@
 // Where the desktop's icons stand, in the desktop directory's ".directory",
 // and the common time stamp of the user's desktop-entry files.
 
+#include "core/diag_p.h"
 #include "core/ini_p.h"
+#include "core/uniquefd_p.h"
 #include "desktopentry/entryvalue_p.h"
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
@@ -29,28 +31,25 @@ std::mutex g_positionMutex;
 // lock is exclusive: a shared lock would let two writers read the same old
 // text and the later save would drop the other's item. The file is replaced
 // by rename when saved, so a lock won on a file that was replaced meanwhile
-// is given up and taken again on the current one. -1 when the file cannot
-// be opened (the edit then goes ahead without a lock). The file must then be
+// is given up and taken again on the current one. No descriptor when the
+// file cannot be opened (the edit then goes ahead without a lock). The file must then be
 // read through this descriptor: closing any other descriptor of it would
 // release the lock.
-int lockPositionFile(const std::string& file)
+Vyx::detail::UniqueFd lockPositionFile(const std::string& file)
 {
     for (int attempt = 0; attempt < 100; ++attempt) {
-        const int fd = open(file.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
-        if (fd < 0)
-            return -1;
-        if (!vyxLockFile(fd, Vyx::tagged_bool<LockRead_tag>(false), Vyx::tagged_bool<BlockingCall_tag>(true))) {
-            close(fd);
-            return -1;
-        }
+        Vyx::detail::UniqueFd fd(open(file.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC));
+        if (!fd)
+            return fd;
+        if (!vyxLockFile(fd.get(), Vyx::tagged_bool<LockRead_tag>(false), Vyx::tagged_bool<BlockingCall_tag>(true)))
+            return Vyx::detail::UniqueFd();
         struct stat locked, current;
-        if (fstat(fd, &locked) == 0 && stat(file.c_str(), &current) == 0 && locked.st_dev == current.st_dev &&
+        if (fstat(fd.get(), &locked) == 0 && stat(file.c_str(), &current) == 0 && locked.st_dev == current.st_dev &&
             locked.st_ino == current.st_ino)
             return fd;
-        vyxUnlockFile(fd);
-        close(fd);
+        vyxUnlockFile(fd.get());
     }
-    return -1;
+    return Vyx::detail::UniqueFd();
 }
 
 // Loads the position file, lets edit change it and saves it, under the
@@ -66,23 +65,21 @@ bool editPositions(const std::function<bool(Vyx::detail::IniDocument&)>& edit)
         return false;
     const std::string file = desktop + "/.directory";
     std::lock_guard<std::mutex> lock(g_positionMutex);
-    int fd = lockPositionFile(file);
-    const bool locked = fd >= 0;
+    Vyx::detail::UniqueFd fd = lockPositionFile(file);
+    const bool locked = static_cast<bool>(fd);
     if (!locked)
-        fd = open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);  // not writable: read, then replace
+        fd.reset(open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));  // not writable: read, then replace
     Vyx::detail::IniDocument ini;
     std::string text;
     bool saved = false;
-    if (fd >= 0 && ini.loadDescriptor(fd, &text)) {
+    if (fd && ini.loadDescriptor(fd.get(), &text)) {
         if (!ini.keepsEveryLine(text))
-            std::fprintf(stderr, "libvyxcore: %s holds lines that would be lost, not rewritten\n", file.c_str());
+            Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "%s holds lines that would be lost, not rewritten\n", file.c_str());
         else if (edit(ini))
             saved = ini.saveAtomically(file);
     }
     if (locked)
-        vyxUnlockFile(fd);
-    if (fd >= 0)
-        close(fd);
+        vyxUnlockFile(fd.get());
     return saved;
 }
 
@@ -93,8 +90,8 @@ std::string section(const char* name)
     std::string group = std::string("IconPosition::") + name;
     if (Vyx::detail::IniDocument::isWritableGroup(group.c_str()))
         return group;
-    std::fprintf(stderr, "libvyxcore: can't keep a position for '%s': not a name a group can hold\n",
-                 Vyx::detail::encodeEntryValue(name).c_str());
+    Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "can't keep a position for '%s': not a name a group can hold\n",
+                      Vyx::detail::encodeEntryValue(name).c_str());
     return std::string();
 }
 
@@ -119,7 +116,7 @@ bool SaveDesktopItemPosition(const char* name, int x, int y, const std::string& 
     if (group.empty())
         return false;
     if (!Vyx::detail::IniDocument::isWritableValue(monitor)) {
-        std::fprintf(stderr, "libvyxcore: can't keep a position on a monitor named with a line break or edge blanks\n");
+        Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "can't keep a position on a monitor named with a line break or edge blanks\n");
         return false;
     }
     return editPositions([&](Vyx::detail::IniDocument& ini) {

@@ -5,6 +5,8 @@
 // The recent-items menu: a folder of at most ten desktop entries that the
 // window manager shows, the oldest giving way to the newest.
 
+#include "core/dirwalker_p.h"
+#include "core/uniquefd_p.h"
 #include "desktopentry/entryvalue_p.h"
 #include "vyxdesktopentry.h"
 #include "vyxdirs.h"
@@ -16,7 +18,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -69,28 +70,25 @@ struct Item {
 // brings it back to the limit.
 Room makeRoom(const std::string& folder, const VyxDesktopEntry* recorded)
 {
-    DIR* dir = opendir(folder.c_str());
-    if (!dir)
+    Vyx::detail::DirWalker dir(folder);
+    if (!dir.isOpen())
         return Room::Unlistable;
     size_t count = 0;
     std::vector<Item> dated;
-    while (struct dirent* entry = readdir(dir)) {
+    while (const dirent* entry = dir.next()) {
         if (entry->d_name[0] == '.')
             continue;
         const std::string file = folder + "/" + entry->d_name;
         if (recorded && Vyx::endsWith(file, ".desktop")) {
             VyxDesktopEntry item(file);
-            if (item.isLoaded() && item.exec() == recorded->exec()) {
-                closedir(dir);
+            if (item.isLoaded() && item.exec() == recorded->exec())
                 return unlink(file.c_str()) == 0 ? Room::Replaced : Room::Failed;
-            }
         }
         ++count;
         struct stat st;
         if (stat(file.c_str(), &st) == 0)
             dated.push_back({file, st.st_mtime});
     }
-    closedir(dir);
     // Among equal times the first listed stays the oldest.
     std::stable_sort(dated.begin(), dated.end(), [](const Item& a, const Item& b) { return a.mtime < b.mtime; });
     for (size_t i = 0; count >= kMostItems && i < dated.size(); ++i) {
@@ -109,19 +107,12 @@ public:
     explicit FolderLock(const std::string& folder)
         : m_fd(open((folder + "/.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600))
     {
-        while (m_fd >= 0 && flock(m_fd, LOCK_EX) != 0 && errno == EINTR) {
+        while (m_fd && flock(m_fd.get(), LOCK_EX) != 0 && errno == EINTR) {
         }
     }
-    ~FolderLock()
-    {
-        if (m_fd >= 0)
-            close(m_fd);
-    }
-    FolderLock(const FolderLock&) = delete;
-    FolderLock& operator=(const FolderLock&) = delete;
 
 private:
-    int m_fd;
+    Vyx::detail::UniqueFd m_fd;
 };
 
 }  // namespace

@@ -6,9 +6,12 @@
 
 #include "vyxtrash.h"
 
-#include "core/readfile_p.h"
 #include "core/atomicfile_p.h"
+#include "core/diag_p.h"
+#include "core/dirwalker_p.h"
 #include "core/makedirs_p.h"
+#include "core/readfile_p.h"
+#include "core/uniquefd_p.h"
 #include "shell/trash_p.h"
 #include "shell/trashrecord_p.h"
 #include "vyxdirs.h"
@@ -19,7 +22,6 @@
 #include <cstdlib>
 #include <cstdio>
 #include <cstring>
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -46,8 +48,8 @@ TrashDirs TrashDirs::current()
         if (lstat(dir->c_str(), &st) != 0)
             continue;
         if (!S_ISDIR(st.st_mode) || st.st_uid != geteuid()) {
-            std::fprintf(stderr, "vyxcore: %s is not a directory of this user's, the trash is not used\n",
-                         dir->c_str());
+            Vyx::detail::diag(Vyx::detail::kToolPrefix, "%s is not a directory of this user's, the trash is not used\n",
+                              dir->c_str());
             return TrashDirs();
         }
     }
@@ -132,8 +134,8 @@ std::string createRecord(const TrashDirs& dirs, const std::string& name, const s
         std::string record = dirs.recordPath(trashName);
         if (record.empty())
             break;
-        int fd = open(record.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
-        if (fd < 0) {
+        Vyx::detail::UniqueFd fd(open(record.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600));
+        if (!fd) {
             if (errno == EEXIST) {
                 ++*counter;
                 continue;
@@ -146,16 +148,16 @@ std::string createRecord(const TrashDirs& dirs, const std::string& name, const s
                 if (Vyx::detail::makePrivateDirectories(dirs.info) && Vyx::detail::makePrivateDirectories(dirs.files))
                     continue;
             }
-            std::fprintf(stderr, "vyxcore: can't create trashinfo file: %s\n", record.c_str());
+            Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't create trashinfo file: %s\n", record.c_str());
             return std::string();
         }
-        bool written = Vyx::detail::writeAll(fd, text);
-        if (close(fd) != 0)
+        bool written = Vyx::detail::writeAll(fd.get(), text);
+        if (!fd.close())
             written = false;
         if (!written) {
             // A full disk: no half record may stay behind.
             unlink(record.c_str());
-            std::fprintf(stderr, "vyxcore: can't create trashinfo file: %s\n", record.c_str());
+            Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't create trashinfo file: %s\n", record.c_str());
             return std::string();
         }
         return trashName;
@@ -173,11 +175,11 @@ void restoreLostRecord(const TrashDirs& dirs, const std::string& trashName, cons
     struct stat st;
     if (lstat(record.c_str(), &st) == 0 || errno != ENOENT)
         return;
-    const int fd = open(record.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600);
-    if (fd < 0)
+    Vyx::detail::UniqueFd fd(open(record.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600));
+    if (!fd)
         return;
-    bool written = Vyx::detail::writeAll(fd, Vyx::detail::trashRecordText(Vyx::concat(directory, '/', name), time(nullptr)));
-    if (close(fd) != 0 || !written)
+    bool written = Vyx::detail::writeAll(fd.get(), Vyx::detail::trashRecordText(Vyx::concat(directory, '/', name), time(nullptr)));
+    if (!fd.close() || !written)
         unlink(record.c_str());
 }
 
@@ -228,7 +230,7 @@ std::string trashNameOf(const TrashDirs& dirs, const std::string& path)
     else
         return VyxTrash::getFileNameInTrash(path.c_str());
     if (!isDirectEntryName(name)) {
-        std::fprintf(stderr, "vyxcore: %s is not an object directly in the trash\n", path.c_str());
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "%s is not an object directly in the trash\n", path.c_str());
         return std::string();
     }
     return name;
@@ -266,7 +268,7 @@ std::string readRecordLine(const TrashDirs& dirs, const char* name, bool origina
     std::string record = dirs.recordPath(name);
     FILE* file = record.empty() ? nullptr : Vyx::detail::fopenRegularFile(record.c_str());
     if (!file) {
-        std::fprintf(stderr, "vyxcore: can't find trashinfo file: %s\n", record.empty() ? name : record.c_str());
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't find trashinfo file: %s\n", record.empty() ? name : record.c_str());
         return std::string();
     }
     std::string answer = originalPath ? Vyx::detail::recordOriginalPath(file, dirs.top)
@@ -274,7 +276,7 @@ std::string readRecordLine(const TrashDirs& dirs, const char* name, bool origina
     if (originalPath && answer.empty()) {
         std::rewind(file);
         if (!Vyx::detail::firstRecordLine(file, "Path=").empty())
-            std::fprintf(stderr, "vyxcore: trashinfo file %s holds no usable path\n", record.c_str());
+            Vyx::detail::diag(Vyx::detail::kToolPrefix, "trashinfo file %s holds no usable path\n", record.c_str());
     }
     std::fclose(file);
     return answer;
@@ -286,7 +288,7 @@ bool removeRecord(const TrashDirs& dirs, const char* name)
         return false;
     std::string record = dirs.recordPath(name);
     if (record.empty() || unlink(record.c_str()) != 0) {
-        std::fprintf(stderr, "vyxcore: can't remove trashinfo file: %s\n", record.empty() ? name : record.c_str());
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't remove trashinfo file: %s\n", record.empty() ? name : record.c_str());
         return false;
     }
     return true;
@@ -397,7 +399,7 @@ time_t VyxTrash::getDeletionDate(const char* path)
         return -1;
     time_t when = -1;
     if (!Vyx::detail::parseDeletionDate(line, &when)) {
-        std::fprintf(stderr, "vyxcore: can't convert '%s' to time_t\n", line.c_str());
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't convert '%s' to time_t\n", line.c_str());
         return -1;
     }
     return when;
@@ -420,22 +422,20 @@ std::string VyxTrash::getFileNameInTrash(const char* path)
     stripTrailingSlashes(original);
     if (original.empty() || original[0] != '/' || original == dirs.files ||
         Vyx::startsWith(original, dirs.files + "/")) {
-        std::fprintf(stderr, "libvyxcore: path %s must be absolute original path before trash\n", path);
+        Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "path %s must be absolute original path before trash\n", path);
         return std::string();
     }
     Vyx::detail::ensureTrashDir(dirs.info);
-    DIR* dir = opendir(dirs.info.c_str());
-    if (!dir) {
-        std::fprintf(stderr, "libvyxcore: cant open %s\n", dirs.info.c_str());
+    Vyx::detail::DirWalker dir(dirs.info);
+    if (!dir.isOpen()) {
+        Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "cant open %s\n", dirs.info.c_str());
         return std::string();
     }
     // Of several records of one path, the newest: the version the user
     // trashed last is the one they mean, whatever the directory order.
     std::string found;
     time_t foundWhen = 0;
-    while (dirent* entry = readdir(dir)) {
-        if (Vyx::equal(entry->d_name, ".") || Vyx::equal(entry->d_name, ".."))
-            continue;
+    while (const dirent* entry = dir.next()) {
         FILE* record = Vyx::detail::fopenRegularFile(Vyx::concat(dirs.info, '/', entry->d_name).c_str());
         if (!record)
             continue;
@@ -452,7 +452,6 @@ std::string VyxTrash::getFileNameInTrash(const char* path)
             foundWhen = when;
         }
     }
-    closedir(dir);
     std::string::size_type dot = found.rfind('.');
     if (dot != std::string::npos)
         found.erase(dot);
@@ -476,7 +475,7 @@ bool VyxTrash::moveToTrash(const char* path)
         return false;
     const std::string source = directory == "/" ? "/" + name : Vyx::concat(directory, '/', name);
     if (isPartOfTrash(dirs, directory, name)) {
-        std::fprintf(stderr, "vyxcore: can't trash %s, it is part of the trash itself\n", source.c_str());
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't trash %s, it is part of the trash itself\n", source.c_str());
         return false;
     }
     bool madeFilesDir = false;
@@ -504,8 +503,8 @@ bool VyxTrash::moveToTrash(const char* path)
             if (Vyx::detail::makePrivateDirectories(dirs.files))
                 continue;  // the name just given up is free again
         }
-        std::fprintf(stderr, "vyxcore: can't trash file, rename(%s,%s) failed due to %s, will try vyx-fops\n",
-                     source.c_str(), target.c_str(), std::strerror(error));
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't trash file, rename(%s,%s) failed due to %s, will try vyx-fops\n",
+                          source.c_str(), target.c_str(), std::strerror(error));
         return false;
     }
 }
@@ -531,10 +530,10 @@ bool VyxTrash::restoreFromTrash(const char* path)
     bool isDirectory = lstat(source.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
     if (renameNoReplace(source.c_str(), destination.c_str()) != 0) {
         int error = errno;
-        std::fprintf(stderr, "vyxcore: can't restore file, rename(%s,%s) failed due to %s\n", source.c_str(),
-                     destination.c_str(), std::strerror(error));
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't restore file, rename(%s,%s) failed due to %s\n", source.c_str(),
+                          destination.c_str(), std::strerror(error));
         if (lstat(source.c_str(), &st) != 0)
-            std::fprintf(stderr, "vyxcore: can't find file in trash to restore: %s\n", source.c_str());
+            Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't find file in trash to restore: %s\n", source.c_str());
         return false;
     }
     bool unregistered;
@@ -543,7 +542,7 @@ bool VyxTrash::restoreFromTrash(const char* path)
         unregistered = removeRecord(dirs, name.c_str());
     }
     if (!unregistered) {
-        std::fprintf(stderr, "vyxcore: can't unregister trashed file %s\n", source.c_str());
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't unregister trashed file %s\n", source.c_str());
         return false;
     }
     // A later directory trashed under the same name within the same second
@@ -592,12 +591,12 @@ bool removeTrashed(const TrashDirs& dirs, const std::string& name)
     if (lstat(object.c_str(), &st) == 0 &&
         !rmdirRecursive(object.c_str(), Vyx::tagged_bool<InsideOnly_tag>(false),
                         Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false))) {
-        std::fprintf(stderr, "vyxcore: can't remove %s from the trash, its record is kept\n", object.c_str());
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't remove %s from the trash, its record is kept\n", object.c_str());
         return false;
     }
     const std::string record = dirs.recordPath(name);
     if (unlink(record.c_str()) != 0 && errno != ENOENT) {
-        std::fprintf(stderr, "vyxcore: can't remove trashinfo file: %s\n", record.c_str());
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't remove trashinfo file: %s\n", record.c_str());
         return false;
     }
     return true;
@@ -607,13 +606,9 @@ bool removeTrashed(const TrashDirs& dirs, const std::string& name)
 std::vector<std::string> entriesOf(const std::string& dir)
 {
     std::vector<std::string> names;
-    if (DIR* d = opendir(dir.c_str())) {
-        while (dirent* entry = readdir(d)) {
-            if (!Vyx::equal(entry->d_name, ".") && !Vyx::equal(entry->d_name, ".."))
-                names.emplace_back(entry->d_name);
-        }
-        closedir(d);
-    }
+    Vyx::detail::DirWalker d(dir);
+    while (const dirent* entry = d.next())
+        names.emplace_back(entry->d_name);
     return names;
 }
 
@@ -637,7 +632,7 @@ bool VyxTrash::cleanAll()
             ok = removeTrashed(dirs, entry.substr(0, entry.size() - suffix.size())) && ok;
         } else if (!rmdirRecursive(Vyx::concat(dirs.info, '/', entry).c_str(), Vyx::tagged_bool<InsideOnly_tag>(false),
                                    Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false))) {
-            std::fprintf(stderr, "vyxcore: can't remove %s/%s from the trash\n", dirs.info.c_str(), entry.c_str());
+            Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't remove %s/%s from the trash\n", dirs.info.c_str(), entry.c_str());
             ok = false;
         }
     }
@@ -650,7 +645,7 @@ bool VyxTrash::cleanAll()
         const std::string object = Vyx::concat(dirs.files, '/', entry);
         if (!rmdirRecursive(object.c_str(), Vyx::tagged_bool<InsideOnly_tag>(false),
                             Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false))) {
-            std::fprintf(stderr, "vyxcore: can't remove %s from the trash\n", object.c_str());
+            Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't remove %s from the trash\n", object.c_str());
             ok = false;
         }
     }

@@ -7,9 +7,11 @@
 
 #include "vyxtrash.h"
 
-#include "core/readfile_p.h"
 #include "core/atomicfile_p.h"
+#include "core/dirwalker_p.h"
+#include "core/readfile_p.h"
 #include "core/textlines_p.h"
+#include "core/uniquefd_p.h"
 #include "shell/trash_p.h"
 #include "shell/trashsizes_p.h"
 #include "vyxfileutils.h"
@@ -18,7 +20,6 @@
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -93,16 +94,12 @@ int64_t VyxTrash::size()
         cache = Vyx::detail::readSizeCache(file);
         std::fclose(file);
     }
-    DIR* dir = opendir(dirs.files.c_str());
-    if (!dir)
-        return 0;
+    Vyx::detail::DirWalker dir(dirs.files);
     int64_t total = 0;
-    while (dirent* entry = readdir(dir)) {
+    while (const dirent* entry = dir.next()) {
         const char* name = entry->d_name;
-        if (Vyx::equal(name, ".") || Vyx::equal(name, ".."))
-            continue;
         struct stat st;
-        if (fstatat(dirfd(dir), name, &st, AT_SYMLINK_NOFOLLOW) != 0)
+        if (fstatat(dir.descriptor(), name, &st, AT_SYMLINK_NOFOLLOW) != 0)
             continue;
         if (S_ISLNK(st.st_mode) || S_ISREG(st.st_mode)) {
             total += st.st_size;
@@ -124,7 +121,6 @@ int64_t VyxTrash::size()
             total += vyxSizeOfPath(Vyx::concat(dirs.files, '/', name).c_str());
         }
     }
-    closedir(dir);
     return total;
 }
 
@@ -161,8 +157,8 @@ void VyxTrash::registerDirSizeHelper(const char* name, int64_t size)
     std::lock_guard<std::mutex> lock(Vyx::detail::trashMutex());
     // A file with no name until it is complete: a crash or a full disk
     // leaves the old cache in place and nothing behind.
-    int fd = open(dirs.top.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0644);
-    if (fd < 0)
+    const Vyx::detail::UniqueFd fd(open(dirs.top.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, 0644));
+    if (!fd)
         return;
     std::string content;
     if (FILE* old = Vyx::detail::fopenRegularFile(cachePath.c_str())) {
@@ -174,8 +170,8 @@ void VyxTrash::registerDirSizeHelper(const char* name, int64_t size)
     }
     if (size >= 0)
         content += Vyx::concat(size, ' ', recordTime(dirs, name), suffix, '\n');
-    if (Vyx::detail::writeAll(fd, content)) {
-        std::string self = Vyx::concat("/proc/self/fd/", fd);
+    if (Vyx::detail::writeAll(fd.get(), content)) {
+        std::string self = Vyx::concat("/proc/self/fd/", fd.get());
         for (int number = 0; number <= 18; ++number) {
             std::string linked = Vyx::concat(cachePath, number);
             if (linkat(AT_FDCWD, self.c_str(), AT_FDCWD, linked.c_str(), AT_SYMLINK_FOLLOW) == 0) {
@@ -187,7 +183,6 @@ void VyxTrash::registerDirSizeHelper(const char* name, int64_t size)
                 break;
         }
     }
-    close(fd);
 }
 
 bool VyxTrash::hasSizeCache()

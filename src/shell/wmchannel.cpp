@@ -7,7 +7,10 @@
 
 #include "vyxsession.h"
 
+#include "core/diag_p.h"
+#include "core/dirwalker_p.h"
 #include "core/environment_p.h"
+#include "core/uniquefd_p.h"
 #include "shell/channels_p.h"
 #include "vyxdirs.h"
 #include "vyxstrings.h"
@@ -21,7 +24,6 @@
 #include <cstring>
 #include <cstdlib>
 #include <ctime>
-#include <dirent.h>
 #include <fcntl.h>
 #include <mutex>
 #include <pthread.h>
@@ -60,20 +62,12 @@ bool administrator()
 template <typename Visit>
 bool forEachEntry(const std::string& dir, Visit visit)
 {
-    DIR* d = opendir(dir.c_str());
-    if (!d)
-        return false;
-    bool accepted = false;
-    while (dirent* entry = readdir(d)) {
-        if (std::strcmp(entry->d_name, ".") == 0 || std::strcmp(entry->d_name, "..") == 0)
-            continue;
-        if (visit(entry->d_name)) {
-            accepted = true;
-            break;
-        }
+    Vyx::detail::DirWalker d(dir);
+    while (const dirent* entry = d.next()) {
+        if (visit(entry->d_name))
+            return true;
     }
-    closedir(d);
-    return accepted;
+    return false;
 }
 
 // A window manager that vanished between our open and our write must not
@@ -113,7 +107,7 @@ std::string refusal(const struct stat& st, uid_t owner)
 
 void notUsed(const std::string& path, const std::string& reason)
 {
-    std::fprintf(stderr, "SendCommandToWM: %s not used: %s\n", path.c_str(), reason.c_str());
+    Vyx::detail::diag(nullptr, "SendCommandToWM: %s not used: %s\n", path.c_str(), reason.c_str());
 }
 
 // The uid a directory entry under the runtime root is named after; false
@@ -225,18 +219,18 @@ bool SendCommandToWM(Display* display, const char* command)
     if (!fifo.found) {
         for (const auto& [path, reason] : fifo.refused)
             notUsed(path, reason);
-        std::fprintf(stderr,
-                     "SendCommandToWM: Can't access WM fifo file %s.\n"
-                     "                 May be other user uses it.\n"
-                     "                 Ask administrator to check it.\n",
-                     fifo.path.empty() ? "<undefined>" : fifo.path.c_str());
+        Vyx::detail::diag(nullptr, "SendCommandToWM: Can't access WM fifo file %s.\n"
+                          "                 May be other user uses it.\n"
+                          "                 Ask administrator to check it.\n",
+                          fifo.path.empty() ? "<undefined>" : fifo.path.c_str());
         return false;
     }
     // Non-blocking, so that a FIFO nobody reads fails at once (ENXIO)
     // instead of hanging the caller until a window manager starts. The path
     // was looked at before; what is opened is checked again, since the name
     // may have been replaced in between.
-    int fd = open(fifo.path.c_str(), O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY);
+    const Vyx::detail::UniqueFd fifoFd(open(fifo.path.c_str(), O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY));
+    const int fd = fifoFd.get();
     if (fd < 0) {
         if (errno == ELOOP)
             notUsed(fifo.path, "it is a symbolic link");
@@ -245,13 +239,11 @@ bool SendCommandToWM(Display* display, const char* command)
     struct stat st;
     const std::string reason = fstat(fd, &st) == 0 ? refusal(st, fifo.owner) : std::string("it cannot be examined");
     if (!reason.empty()) {
-        close(fd);
         notUsed(fifo.path, reason);
         return false;
     }
     if (command && *command)
         writeWithoutSigpipe(fd, command, std::strlen(command));
-    close(fd);
     return true;
 }
 

@@ -4,8 +4,9 @@
 
 #include "vyxsystem.h"
 
-#include "core/readfile_p.h"
 #include "core/environment_p.h"
+#include "core/readfile_p.h"
+#include "core/textlines_p.h"
 #include "vyxstrings.h"
 
 #include <cstdio>
@@ -17,22 +18,16 @@ namespace {
 constexpr unsigned kLightCpuMhz = 999;
 constexpr unsigned kLightMemoryKb = 253680;
 
-// The first line of path that starts with prefix, or empty. Lines longer
-// than the buffer arrive in pieces; only a piece that begins a line is
-// compared, so the tail of a long "flags" line can never pass for a match.
+// The first line of path that starts with prefix, or empty. Whole lines are
+// compared, so the middle of a long "flags" line can never pass for a match.
 std::string firstLineStarting(const char* path, const char* prefix)
 {
     std::string found;
     if (FILE* file = Vyx::detail::fopenRegularFile(path)) {
-        char piece[512];
-        bool atLineStart = true;
-        while (std::fgets(piece, sizeof piece, file)) {
-            if (atLineStart && Vyx::startsWith(piece, prefix)) {
-                found = piece;
-                break;
-            }
-            atLineStart = std::strchr(piece, '\n') != nullptr;
-        }
+        Vyx::detail::forEachLine(file, [&](std::string& line) {
+            if (found.empty() && Vyx::startsWith(line, prefix))
+                found.swap(line);
+        });
         std::fclose(file);
     }
     return found;

@@ -6,11 +6,11 @@
 
 #include "vyxstrings.h"
 
+#include "core/dirwalker_p.h"
 #include "core/readfile_p.h"
 
 #include <cctype>
 #include <cstdlib>
-#include <dirent.h>
 #include <iterator>
 #include <mutex>
 #include <sstream>
@@ -84,12 +84,12 @@ int findInPS(const char* name)
 {
     if (!name || !*name)
         return -1;
-    DIR* proc = opendir("/proc");
-    if (!proc)
+    Vyx::detail::DirWalker proc("/proc");
+    if (!proc.isOpen())
         return -1;
     int self = static_cast<int>(getpid());
     int best = -1;
-    while (dirent* entry = readdir(proc)) {
+    while (const dirent* entry = proc.next()) {
         if (!std::isdigit(static_cast<unsigned char>(entry->d_name[0])))
             continue;
         int pid = std::atoi(entry->d_name);
@@ -98,7 +98,6 @@ int findInPS(const char* name)
         if (programName(pid) == name)
             best = pid;
     }
-    closedir(proc);
     return best;
 }
 

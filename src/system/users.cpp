@@ -4,6 +4,7 @@
 
 #include "vyxsystem.h"
 
+#include "core/diag_p.h"
 #include "core/environment_p.h"
 #include "vyxstrings.h"
 
@@ -70,7 +71,7 @@ bool isUserInGroup(const char* group)
         return false;
     std::string user = getUserName();
     if (user.empty()) {
-        std::fprintf(stderr, "libvyxcore: isUserInGroup() can't get user name\n");
+        Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "isUserInGroup() can't get user name\n");
         return false;
     }
     if (Vyx::equal(group, kAdminGroup) && (user == "root" || getuid() == 0))
@@ -92,19 +93,19 @@ bool isUserInGroup(const char* group, const char* user)
 
     passwd* entry = getpwnam(user);
     if (!entry) {
-        std::fprintf(stderr, "libvyxcore: getpwnam(%s) failed\n", user);
+        Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "getpwnam(%s) failed\n", user);
         return false;
     }
     std::unique_ptr<gid_t[]> groups(new (std::nothrow) gid_t[kMaxGroups]);
     if (!groups) {
-        std::fprintf(stderr, "libvyxcore: isUserInGroup() memory allocation error\n");
+        Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "isUserInGroup() memory allocation error\n");
         return false;
     }
     int count = kMaxGroups;
     // Deliberately not retried with a larger list: a user in more than 256
     // groups is answered false.
     if (getgrouplist(user, entry->pw_gid, groups.get(), &count) == -1) {
-        std::fprintf(stderr, "libvyxcore: getgrouplist(%s,...) returned -1; ngroups = %d\n", user, count);
+        Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "getgrouplist(%s,...) returned -1; ngroups = %d\n", user, count);
         return false;
     }
     for (int i = 0; i < count; ++i) {

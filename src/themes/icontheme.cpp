@@ -14,7 +14,6 @@
 #include "vyxdirs.h"
 #include "vyxdisplay.h"
 #include "vyxfileutils.h"
-#include "vyxsession.h"
 #include "vyxsystem.h"
 
 #include <algorithm>

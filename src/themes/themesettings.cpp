@@ -6,7 +6,7 @@
 
 #include "core/inireader_p.h"
 #include "vyxdirs.h"
-#include "vyxsession.h"
+#include "core/session_p.h"
 
 namespace Vyx::detail {
 
@@ -19,7 +19,7 @@ std::string settingsFile(const char* name)
 std::string themeSettingsFile()
 {
     std::string file = settingsFile("current.themerc");
-    return file.empty() ? file : file + vyxSessionConfigSuffix(whatVyxSession());
+    return file.empty() ? file : file + Vyx::detail::sessionConfigSuffix();
 }
 
 std::string themeSetting(const char* key)

@@ -2,7 +2,7 @@
 //
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
-#include "shell/session_p.h"
+#include "display/session_p.h"
 #include "support/temp_home.h"
 #include "support/xvfb.h"
 

@@ -4,9 +4,10 @@
 
 #include "vyxsession.h"
 
+#include "core/diag_p.h"
 #include "core/environment_p.h"
 #include "display/xerrortrap_p.h"
-#include "shell/session_p.h"
+#include "display/session_p.h"
 #include "vyxstrings.h"
 
 #include <X11/Xatom.h>
@@ -137,7 +138,7 @@ int GetDisplayNumberByName(const char* name, Display* display)
         return 0;
     const char* colon = std::strchr(resolved, ':');
     if (!colon) {
-        std::fprintf(stderr, "Wrong display name %s\n", resolved);
+        Vyx::detail::diag(nullptr, "Wrong display name %s\n", resolved);
         return -1;
     }
     std::string number(colon + 1);

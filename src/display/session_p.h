@@ -2,8 +2,8 @@
 //
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
-#ifndef VYXCORE_SESSION_P_H
-#define VYXCORE_SESSION_P_H
+#ifndef VYXCORE_DISPLAY_SESSION_P_H
+#define VYXCORE_DISPLAY_SESSION_P_H
 
 namespace Vyx::detail {
 

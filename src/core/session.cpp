@@ -6,6 +6,7 @@
 
 #include "core/environment_p.h"
 #include "core/readfile_p.h"
+#include "core/session_p.h"
 #include "vyxdirs.h"
 #include "vyxstrings.h"
 
@@ -24,9 +25,34 @@ std::string savedNamePath()
 
 }  // namespace
 
+namespace Vyx::detail {
+
+const char* sessionName()
+{
+    return envValue("DESKTOP_SESSION");
+}
+
+bool isKioskSession()
+{
+    // Decided once: a later change of DESKTOP_SESSION does not turn a
+    // running program into a kiosk or out of one.
+    static const bool kiosk = [] {
+        WhatVyxSession kind = whatVyxSession();
+        return kind == VyxKioskSession || kind == VyxTabletKioskSession;
+    }();
+    return kiosk;
+}
+
+std::string sessionConfigSuffix()
+{
+    return vyxSessionConfigSuffix(whatVyxSession());
+}
+
+}  // namespace Vyx::detail
+
 const char* vyxSessionName()
 {
-    return Vyx::detail::envValue("DESKTOP_SESSION");
+    return Vyx::detail::sessionName();
 }
 
 WhatVyxSession whatVyxSession()
@@ -54,13 +80,7 @@ WhatVyxSession whatVyxSession()
 
 bool isVyxKioskSession()
 {
-    // Decided once: a later change of DESKTOP_SESSION does not turn a
-    // running program into a kiosk or out of one.
-    static const bool kiosk = [] {
-        WhatVyxSession kind = whatVyxSession();
-        return kind == VyxKioskSession || kind == VyxTabletKioskSession;
-    }();
-    return kiosk;
+    return Vyx::detail::isKioskSession();
 }
 
 std::string vyxSessionConfigSuffix(WhatVyxSession kind)

@@ -239,23 +239,6 @@ TEST_F(Trash, SizeTakesCachedDirectoriesWithoutWalkingThem)
     EXPECT_EQ(listDir(trash), (Names{"directorysizes", "files", "info"}));
 }
 
-TEST_F(Trash, EmptyingKeepsTheFilesDirectorysDotDirectory)
-{
-    EXPECT_TRUE(VyxTrash::isEmpty());
-    const std::string dotDirectory = file("home/.local/share/Trash/files/.directory", "[Desktop Entry]\n");
-    EXPECT_TRUE(VyxTrash::isEmpty());
-    file("d/inner/x");
-    for (const std::string& path : {file("one"), world.path("d")})
-        ASSERT_TRUE(VyxTrash::moveToTrash(path.c_str()));
-    file("home/.local/share/Trash/info/.directory");
-    EXPECT_FALSE(VyxTrash::isEmpty());
-    EXPECT_TRUE(VyxTrash::cleanAll());
-    EXPECT_EQ(listDir(files), Names{".directory"});
-    EXPECT_EQ(listDir(info), Names{});
-    EXPECT_TRUE(VyxTrash::isEmpty());
-    EXPECT_EQ(VyxTrash::size(), int64_t(readFile(dotDirectory).size()));
-}
-
 TEST_F(Trash, DirectoriesAreMadeInCodeAndWithoutAHomeNothingIsDone)
 {
     const std::string data = world.path("x$(touch pwned)/deep `touch pwned`;/share");
@@ -437,15 +420,21 @@ TEST_F(Trash, TheTrashItselfAndALinkedTrashAreRefused)
 
 // Emptying goes object by object: what cannot be removed (here a mount
 // point inside a trashed directory) keeps its record and the result says
-// so; records without objects and objects without records go too.
-TEST_F(Trash, EmptyingKeepsTheRecordOfWhatStays)
+// so; records without objects and objects without records go too. The
+// files directory's ".directory" is no object: it stays, and a trash with
+// only that is empty.
+TEST_F(Trash, EmptyingKeepsTheRecordOfWhatStaysAndTheDotDirectory)
 {
+    EXPECT_TRUE(VyxTrash::isEmpty());
+    const std::string dotDirectory = file("home/.local/share/Trash/files/.directory", "[Desktop Entry]\n");
+    EXPECT_TRUE(VyxTrash::isEmpty());
     file("busy/inner/x");
     ASSERT_TRUE(VyxTrash::moveToTrash(world.path("busy").c_str()));
     ASSERT_TRUE(VyxTrash::moveToTrash(file("plain.txt").c_str()));
     file("home/.local/share/Trash/info/ghost.trashinfo", "[Trash Info]\nPath=/ghost\n");
+    file("home/.local/share/Trash/info/.directory");
     file("home/.local/share/Trash/files/orphan", "no record");
-    file("home/.local/share/Trash/files/.directory", "[Desktop Entry]\n");
+    EXPECT_FALSE(VyxTrash::isEmpty());
     VyxTrash::registerDirSizeHelper("busy", 7);
     const std::string cache = readFile(trash + "/directorysizes");
     vyxtest::ChildOptions options;
@@ -460,6 +449,8 @@ TEST_F(Trash, EmptyingKeepsTheRecordOfWhatStays)
     EXPECT_EQ(listDir(files), Names{".directory"});
     EXPECT_EQ(listDir(info), Names{});
     EXPECT_EQ(readFile(trash + "/directorysizes"), cache);
+    EXPECT_TRUE(VyxTrash::isEmpty());
+    EXPECT_EQ(VyxTrash::size(), int64_t(readFile(dotDirectory).size()));
 }
 
 // Emptying killed at any moment, and emptying beside a process that puts,

@@ -5,9 +5,11 @@
 // Screen DPI: the rules against a scripted server (for sizes no Xvfb
 // reports), the public functions against a real Xvfb, resource files on disk.
 
-#include "core/spawn_p.h"
 #include "display/xserver_p.h"
+#include "support/file_facts.h"
+#include "support/run_program.h"
 #include "support/temp_home.h"
+#include "support/text_checks.h"
 #include "support/xvfb.h"
 
 #include <vyxdisplay.h>
@@ -18,10 +20,8 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <climits>
 #include <cstdlib>
-#include <filesystem>
 #include <map>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -298,16 +298,9 @@ TEST_F(DpiOnXvfb, FindDpiGoesPastTheScreenSizeOnlyAtNinetySix)
     EXPECT_EQ(resourceOf(XrmGetDatabase(tuned), "Xft.dpi"), "120.0");  // equal, so left as written
 }
 
-TEST_F(DpiOnXvfb, SetXftDpiPublishesXftsOwnValue)
-{
-    SetXftDPI(display(), 0, 144, InXrdb(false));
-    EXPECT_EQ(resourceOf(XrmGetDatabase(display()), "Xft.dpi"), "(none)");
-    SetXftDPI(display(), 0, 144, InXrdb(true));
-    EXPECT_EQ(resourceOf(XrmGetDatabase(display()), "Xft.dpi"), "100");
-    EXPECT_NEAR(GetXftDPI(display(), 0), 1024 * 25.4 / 260, 1e-9);
-}
-
-TEST_F(DpiOnXvfb, BadArgumentsGetEmptyAnswers)
+// Bad arguments get empty answers and publish nothing; Xft's own value is
+// published only when asked to.
+TEST_F(DpiOnXvfb, BadArgumentsGetEmptyAnswersAndSetXftDpiPublishesXftsOwnValue)
 {
     const Window child = XCreateSimpleWindow(display(), root(), 0, 0, 1, 1, 0, 0, 0);
     for (Display* dpy : {display(), static_cast<Display*>(nullptr)}) {
@@ -322,7 +315,11 @@ TEST_F(DpiOnXvfb, BadArgumentsGetEmptyAnswers)
     }
     EXPECT_FALSE(SetRRPrimary(nullptr, root(), 0, 0));
     EXPECT_EQ(GetXftDPI(nullptr, 0), 0.0);
+    SetXftDPI(display(), 0, 144, InXrdb(false));
     EXPECT_EQ(resourceOf(XrmGetDatabase(display()), "Xft.dpi"), "(none)");
+    SetXftDPI(display(), 0, 144, InXrdb(true));
+    EXPECT_EQ(resourceOf(XrmGetDatabase(display()), "Xft.dpi"), "100");
+    EXPECT_NEAR(GetXftDPI(display(), 0), 1024 * 25.4 / 260, 1e-9);
 }
 
 TEST(DpiWithoutRandr, ScreenSizeStillAnswers)
@@ -341,15 +338,6 @@ TEST(DpiWithoutRandr, ScreenSizeStillAnswers)
 
 // ---- X resource files -----------------------------------------------------
 
-std::vector<std::string> entries(const std::string& dir)
-{
-    std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(dir))
-        names.push_back(entry.path().filename());
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 TEST(XrdbFile, ReplacesAppendsAndRemovesLinesInPlace)
 {
     vyxtest::TempHome world;
@@ -361,10 +349,8 @@ TEST(XrdbFile, ReplacesAppendsAndRemovesLinesInPlace)
     EXPECT_TRUE(setXrdbParameterInFile(file.c_str(), "Xft.dpi", ":", "", ApplyByXrdb(false)));
     EXPECT_TRUE(setXrdbParameterInFile(file.c_str(), "b:", nullptr, nullptr, ApplyByXrdb(false)));
     EXPECT_EQ(vyxtest::readFile(file), "a: 1\nc: 3\nXcursor.theme: dmz\n");
-    struct stat st {};
-    ASSERT_EQ(stat(file.c_str(), &st), 0);
-    EXPECT_EQ(st.st_mode & 07777, 0640u);
-    EXPECT_EQ(entries(world.path("res")), std::vector<std::string>{"Xresources"});
+    EXPECT_EQ(vyxtest::fileMode(file), 0640u);
+    EXPECT_EQ(vyxtest::listDir(world.path("res")), std::vector<std::string>{"Xresources"});
 }
 
 TEST(XrdbFile, MissingFilesAreCreatedAndBadArgumentsRefused)
@@ -374,7 +360,7 @@ TEST(XrdbFile, MissingFilesAreCreatedAndBadArgumentsRefused)
     EXPECT_TRUE(setXrdbParameterInFile(file.c_str(), "Xft.dpi", ": ", "96", ApplyByXrdb(false)));
     EXPECT_TRUE(setXrdbParameterInFile(empty.c_str(), "Xft.dpi", ": ", "", ApplyByXrdb(false)));
     EXPECT_TRUE(setXrdbParameterInFile(lost.c_str(), "Xft.dpi", ": ", "96", ApplyByXrdb(false)));
-    EXPECT_EQ(entries(world.root()), (std::vector<std::string>{"empty", "etc", "home", "new", "run", "tmp", "usr"}));
+    EXPECT_EQ(vyxtest::listDir(world.root()), (std::vector<std::string>{"empty", "etc", "home", "new", "run", "tmp", "usr"}));
     EXPECT_EQ(vyxtest::readFile(empty), "");
     for (const char* bad : {static_cast<const char*>(nullptr), ""}) {
         EXPECT_FALSE(setXrdbParameterInFile(bad, "Xft.dpi", ": ", "1", ApplyByXrdb(false)));
@@ -404,18 +390,16 @@ TEST_F(DpiOnXvfb, XrdbMergesFilesWhoseNamesNoShellWouldTouch)
 #ifdef VYXCORE_TOOL
 TEST_F(DpiOnXvfb, ToolReportsEachSource)
 {
-    Vyx::detail::ProgramResult run = Vyx::detail::runProgram({VYXCORE_TOOL, "dpi", "--json"}, 4096);
-    EXPECT_EQ(run.exitStatus, 0);
-    for (const char* member : {"\"screen_dpi_x\": 100.04", "\"xft_dpi\": 100.04", "\"randr_dpi_x\": null",
-                               "\"randr_primary\": null", "\"randr_output\": \"screen\"", "\"dpi\": 100.04",
-                               "\"font_size\": 10", "\"icon_size\": 32", "\"frame_border_size\": 0"})
-        EXPECT_NE(run.output.find(member), std::string::npos) << member << " in " << run.output;
+    const vyxtest::ProgramRun run = vyxtest::runTool({"dpi", "--json"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_HAS(run.out, "\"screen_dpi_x\": 100.04", "\"xft_dpi\": 100.04", "\"randr_dpi_x\": null",
+               "\"randr_primary\": null", "\"randr_output\": \"screen\"", "\"dpi\": 100.04", "\"font_size\": 10",
+               "\"icon_size\": 32", "\"frame_border_size\": 0");
     // A report: the output it measured is named, not made primary.
     EXPECT_EQ(XRRGetOutputPrimary(freshConnection(), root()), 0u);
-    EXPECT_NE(Vyx::detail::runProgram({VYXCORE_TOOL, "dpi"}, 4096).output.find("(none; screen would be chosen)"),
-              std::string::npos);
+    EXPECT_HAS(vyxtest::runTool({"dpi"}).out, "(none; screen would be chosen)");
     vyxtest::ScopedEnv noDisplay("DISPLAY", nullptr);
-    EXPECT_EQ(Vyx::detail::runProgram({VYXCORE_TOOL, "dpi"}, 4096).exitStatus, 1);
+    EXPECT_EQ(vyxtest::runTool({"dpi"}).status, 1);
 }
 #endif
 

@@ -4,6 +4,8 @@
 
 #include "support/child_process.h"
 #include "support/temp_home.h"
+#include "support/text_checks.h"
+#include "support/unix_socket.h"
 #include "support/xvfb.h"
 
 #include <vyxdirs.h>
@@ -21,9 +23,7 @@
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <sys/wait.h>
-#include <thread>
 #include <unistd.h>
 
 namespace {
@@ -200,7 +200,7 @@ TEST(WmFifo, NothingButTheCallersOwnFifoGetsACommand)
     VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(runUser), [&] {
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr).second, false);
         std::string errors = sendCapturingErrors("HELLO\n");
-        EXPECT_NE(errors.find(link + " not used: it is a symbolic link\n"), std::string::npos) << errors;
+        EXPECT_HAS(errors, link + " not used: it is a symbolic link\n");
         EXPECT_EQ(vyxtest::readFile(target), "original text\n");
 
         // Without a runtime directory the FIFO lives in the shared temporary
@@ -209,15 +209,14 @@ TEST(WmFifo, NothingButTheCallersOwnFifoGetsACommand)
         const std::string planted = world.path("tmp/vyx-wm-:0");
         plant(planted, false, 1234);
         errors = sendCapturingErrors("SECRET\n");
-        EXPECT_NE(errors.find(planted + " not used: it is not a FIFO\n"), std::string::npos) << errors;
+        EXPECT_HAS(errors, planted + " not used: it is not a FIFO\n");
         EXPECT_EQ(vyxtest::readFile(planted), "");
         plant(planted, true, 1234);
         EXPECT_EQ(unreadAfter(planted, [&] {
                       errors = sendCapturingErrors("SECRET\n");
                   }),
                   "");
-        EXPECT_NE(errors.find(planted + " not used: it belongs to uid 1234, not to uid 0\n"), std::string::npos)
-            << errors;
+        EXPECT_HAS(errors, planted + " not used: it belongs to uid 1234, not to uid 0\n");
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(planted, false));
     }));
 }
@@ -238,10 +237,8 @@ TEST(WmFifo, AdministratorTakesOnlyTheFifoOfTheUserWhoseDirectoryHoldsIt)
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, false));
         std::string errors;
         EXPECT_EQ(unreadAfter(intruder, [&] { errors = sendCapturingErrors("X\n"); }), "");
-        EXPECT_NE(errors.find(intruder + " not used: it belongs to uid 1001, not to uid 1000\n"), std::string::npos)
-            << errors;
-        EXPECT_NE(errors.find(privateFifo + " not used: it belongs to uid 0, not to uid 1002\n"), std::string::npos)
-            << errors;
+        EXPECT_HAS(errors, intruder + " not used: it belongs to uid 1001, not to uid 1000\n");
+        EXPECT_HAS(errors, privateFifo + " not used: it belongs to uid 0, not to uid 1002\n");
 
         plant(own, true, 1001);
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(own, true));
@@ -249,44 +246,66 @@ TEST(WmFifo, AdministratorTakesOnlyTheFifoOfTheUserWhoseDirectoryHoldsIt)
     }));
 }
 
-// A display manager: takes one connection, keeps what it was sent, and
-// answers with the given chunks a moment apart.
+// A display manager: a process that takes one connection, keeps what it
+// was sent, and answers with the given chunks a moment apart. Bound as
+// root; with a uid it listens as that user, and the credentials a client
+// sees are those of the listen.
 class DmServer {
 public:
-    DmServer(const std::string& path, std::vector<std::string> reply) : m_listener(socket(AF_UNIX, SOCK_STREAM, 0))
+    DmServer(const std::string& path, std::vector<std::string> reply, uid_t uid = 0)
     {
-        sockaddr_un address = {};
-        address.sun_family = AF_UNIX;
-        path.copy(address.sun_path, sizeof address.sun_path - 1);
-        EXPECT_EQ(bind(m_listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0) << path;
-        EXPECT_EQ(listen(m_listener, 1), 0);
-        m_thread = std::thread([this, reply] {
-            int fd = accept(m_listener, nullptr, nullptr);
+        const int listener = vyxtest::bindUnixSocket(path);
+        int ready[2];
+        EXPECT_TRUE(listener >= 0 && pipe(ready) == 0 && pipe(m_got) == 0) << path;
+        m_pid = fork();
+        if (m_pid == 0) {
+            if ((uid && (setgid(uid) != 0 || setuid(uid) != 0)) || listen(listener, 1) != 0)
+                _exit(1);
+            close(ready[0]);  // the parent's read returns: listening
+            close(ready[1]);
+            pollfd wait = {listener, POLLIN, 0};
+            const int fd = poll(&wait, 1, 5000) > 0 ? accept(listener, nullptr, nullptr) : -1;
+            std::string command;
             char buffer[8192];
-            pollfd wait = {fd, POLLIN, 0};
             ssize_t n;
-            while (poll(&wait, 1, 300) > 0 && (n = read(fd, buffer, sizeof buffer)) > 0)
-                m_command.append(buffer, size_t(n));
+            pollfd more = {fd, POLLIN, 0};
+            while (poll(&more, 1, 300) > 0 && (n = read(fd, buffer, sizeof buffer)) > 0)
+                command.append(buffer, size_t(n));
+            (void)!write(m_got[1], command.data(), command.size());
+            close(m_got[1]);
             for (const std::string& chunk : reply) {
-                std::this_thread::sleep_for(std::chrono::milliseconds(300));
+                usleep(300000);
                 send(fd, chunk.data(), chunk.size(), MSG_NOSIGNAL);  // the client may be gone
             }
-            close(fd);
-        });
+            _exit(0);
+        }
+        close(listener);
+        close(ready[1]);
+        char byte;
+        (void)!read(ready[0], &byte, 1);
+        close(ready[0]);
+        close(m_got[1]);
     }
     ~DmServer() { command(); }
+    // What the server was sent, once it is done.
     std::string command()
     {
-        if (m_thread.joinable()) {
-            m_thread.join();
-            close(m_listener);
+        if (m_pid > 0) {
+            char buffer[8192];
+            for (ssize_t n; (n = read(m_got[0], buffer, sizeof buffer)) > 0;)
+                m_command.append(buffer, size_t(n));
+            close(m_got[0]);
+            int status = -1;
+            waitpid(m_pid, &status, 0);
+            EXPECT_EQ(status, 0) << "the server failed";
+            m_pid = -1;
         }
         return m_command;
     }
 
 private:
-    int m_listener;
-    std::thread m_thread;
+    pid_t m_pid = -1;
+    int m_got[2] = {-1, -1};
     std::string m_command;
 };
 
@@ -345,49 +364,10 @@ TEST_F(DmSocket, FailuresAreReported)
 
 TEST_F(DmSocket, AListenerOfAnotherUserGetsNothing)
 {
-    int ready[2], got[2];
-    ASSERT_EQ(pipe(ready), 0);
-    ASSERT_EQ(pipe(got), 0);
-    pid_t pid = fork();
-    if (pid == 0) {
-        // Bound as root, listening as another user: the credentials a
-        // client sees are those of the listen.
-        int listener = socket(AF_UNIX, SOCK_STREAM, 0);
-        sockaddr_un address = {};
-        address.sun_family = AF_UNIX;
-        m_path.copy(address.sun_path, sizeof address.sun_path - 1);
-        if (bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0 || setgid(4321) != 0 ||
-            setuid(4321) != 0 || listen(listener, 1) != 0)
-            _exit(1);
-        (void)!write(ready[1], "r", 1);
-        pollfd wait = {listener, POLLIN, 0};
-        std::string received;
-        if (poll(&wait, 1, 5000) > 0) {
-            int fd = accept(listener, nullptr, nullptr);
-            char buffer[256];
-            ssize_t n;
-            pollfd more = {fd, POLLIN, 0};
-            while (poll(&more, 1, 2000) > 0 && (n = read(fd, buffer, sizeof buffer)) > 0)
-                received.append(buffer, size_t(n));
-        }
-        (void)!write(got[1], received.data(), received.size());
-        _exit(0);
-    }
-    close(ready[1]);
-    close(got[1]);
-    char byte;
-    ASSERT_EQ(read(ready[0], &byte, 1), 1);
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(SendCommandToDM(nullptr, "list"));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+    DmServer server(m_path, {}, 4321);
+    EXPECT_EQ(vyxtest::stderrOf([] { EXPECT_FALSE(SendCommandToDM(nullptr, "list")); }),
               "SendCommandToDM: " + m_path + " not used: its listener runs as uid 4321\n");
-    char buffer[256];
-    EXPECT_EQ(read(got[0], buffer, sizeof buffer), 0);  // the command never went out
-    close(ready[0]);
-    close(got[0]);
-    int status = 0;
-    waitpid(pid, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_EQ(server.command(), "") << "the command never went out";
 }
 
 // The display manager's control tool, a script in a private mount

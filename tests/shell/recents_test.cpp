@@ -5,6 +5,7 @@
 // The recent-items folder: ten items at most, refreshed and replaced items,
 // the entries written for files and folders, and the result codes.
 
+#include "support/file_facts.h"
 #include "support/temp_home.h"
 
 #include <vyxdesktopentry.h>
@@ -14,10 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <dirent.h>
 #include <sys/stat.h>
-#include <unistd.h>
-#include <utime.h>
 
 namespace {
 
@@ -35,23 +33,8 @@ protected:
         EXPECT_TRUE(entry.load()) << name;
         return entry;
     }
-    std::vector<std::string> items() const
-    {
-        std::vector<std::string> names;
-        if (DIR* dir = opendir(folder.c_str())) {
-            while (struct dirent* entry = readdir(dir))
-                if (entry->d_name[0] != '.')
-                    names.emplace_back(entry->d_name);
-            closedir(dir);
-        }
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-    void age(const std::string& name, time_t when) const
-    {
-        struct utimbuf times = {when, when};
-        utime((folder + "/" + name).c_str(), &times);
-    }
+    std::vector<std::string> items() const { return vyxtest::listDir(folder, false); }
+    void age(const std::string& name, time_t when) const { vyxtest::setTimes(folder + "/" + name, when, when); }
 
     TempHome world;
     std::string folder;
@@ -76,9 +59,7 @@ TEST_F(Recents, TenItemsTheOldestGoesTheSameOneIsRefreshed)
     // The same file again: still one item, written afresh.
     EXPECT_EQ(putEntryToRecentsMenu(world.path("home/docs/file0.txt").c_str(), nullptr, nullptr, kAll), 0);
     EXPECT_EQ(items().size(), 10u);
-    struct stat st;
-    ASSERT_EQ(stat((folder + "/file0.txt.desktop").c_str(), &st), 0);
-    EXPECT_GT(st.st_mtime, 2000);
+    EXPECT_GT(vyxtest::mtimeOf(folder + "/file0.txt.desktop"), 2000);
     const std::string item = vyxtest::readFile(folder + "/file0.txt.desktop");
     EXPECT_NE(item.find("vyx-open --exec"), std::string::npos) << item;
     EXPECT_NE(item.find("file0.txt"), std::string::npos) << item;

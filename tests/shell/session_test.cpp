@@ -2,13 +2,16 @@
 //
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
+#include "support/child_process.h"
 #include "support/temp_home.h"
+#include "support/unix_socket.h"
 
+#include <vyxdirs.h>
 #include <vyxsession.h>
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -25,19 +28,13 @@ TEST(Session, KindAndSuffixFromDesktopSession)
 {
     TempHome world;
     const KindCase cases[] = {
-        {nullptr, UnknownSession, ""},
-        {"", UnknownSession, ""},
-        {"vyx", VyxDefaultSession, ""},
+        {nullptr, UnknownSession, ""}, {"", UnknownSession, ""}, {"vyx", VyxDefaultSession, ""},
         {"VYX-Kiosk", VyxKioskSession, ".vyx-kiosk"},  // fixed suffixes are lower case
         {"vyx-tablet-kiosk", VyxTabletKioskSession, ".vyx-tablet-kiosk"},
-        {"vyx-tablet", VyxTabletSession, ".vyx-tablet"},
-        {"vyx-mini", VyxMiniSession, ".vyx-mini"},
-        {"Vyx-Mobile", VyxMobileSession, ".vyx-mobile"},
-        {"vyx-weston", VyxWestonSession, ""},
-        {"FailSafe", FailsafeSession, ""},
-        {"vyxfoo", UnknownSession, ".vyxfoo"},
-        {"vyx-other", UnknownSession, ".vyx-other"},
-        {"gnome", UnknownSession, ".gnome"},
+        {"vyx-tablet", VyxTabletSession, ".vyx-tablet"}, {"vyx-mini", VyxMiniSession, ".vyx-mini"},
+        {"Vyx-Mobile", VyxMobileSession, ".vyx-mobile"}, {"vyx-weston", VyxWestonSession, ""},
+        {"FailSafe", FailsafeSession, ""}, {"vyxfoo", UnknownSession, ".vyxfoo"},
+        {"vyx-other", UnknownSession, ".vyx-other"}, {"gnome", UnknownSession, ".gnome"},
         {"VYX", VyxDefaultSession, ""},
     };
     for (const KindCase& c : cases) {
@@ -46,13 +43,9 @@ TEST(Session, KindAndSuffixFromDesktopSession)
         EXPECT_EQ(whatVyxSession(), c.kind);
         EXPECT_EQ(vyxSessionConfigSuffix(whatVyxSession()), c.suffix);
     }
-}
-
-TEST(Session, SuffixOfUnknownKindsComesFromTheLiveName)
-{
-    TempHome world;
+    // Unknown kinds take the suffix from the live name: only the exact name
+    // "vyx" has no suffix of its own.
     ScopedEnv session("DESKTOP_SESSION", "VYX");
-    // Only the exact name "vyx" has no suffix of its own.
     EXPECT_EQ(vyxSessionConfigSuffix(UnknownSession), ".VYX");
     EXPECT_EQ(vyxSessionConfigSuffix(static_cast<WhatVyxSession>(42)), ".VYX");
     EXPECT_EQ(vyxSessionConfigSuffix(VyxWestonSession), "");
@@ -75,14 +68,13 @@ TEST(Session, NotKioskOutsideKioskKinds)
     EXPECT_FALSE(isVyxKioskSession());
 }
 
-TEST(Session, SavedNameRoundTrip)
+TEST(Session, SavedNameRoundTripAndNoneWithoutAHome)
 {
     TempHome world;
     std::string file = world.home() + "/.vyx/last-desktop-session-name";
     // No directory: nothing is created, saving fails.
     EXPECT_FALSE(vyxSessionSaveName("vyx-mini"));
-    struct stat st;
-    EXPECT_NE(stat((world.home() + "/.vyx").c_str(), &st), 0);
+    EXPECT_NE(access((world.home() + "/.vyx").c_str(), F_OK), 0);
     EXPECT_EQ(vyxSessionGetSavedName(), "");
 
     world.makeDir("home/.vyx");
@@ -98,12 +90,9 @@ TEST(Session, SavedNameRoundTrip)
     ScopedEnv session("DESKTOP_SESSION", "vyx-weston");
     EXPECT_TRUE(vyxSessionSaveName(nullptr));
     EXPECT_EQ(vyxtest::readFile(file), "vyx-weston");
-}
 
-TEST(Session, NoSavedNameWithoutAHome)
-{
-    TempHome world;
     ScopedEnv home("HOME", nullptr), logname("LOGNAME", nullptr), user("USER", nullptr);
+    ResetVyxDirs();
     EXPECT_FALSE(vyxSessionSaveName("vyx"));
     EXPECT_EQ(vyxSessionGetSavedName(), "");
 }
@@ -136,6 +125,44 @@ TEST(DisplayName, RemoteUnlessLocalOrForwarded)
         EXPECT_TRUE(isSessionRemote(remote, nullptr)) << remote;
     ScopedEnv display("DISPLAY", "far:3");
     EXPECT_TRUE(isSessionRemote(nullptr, nullptr));
+}
+
+// Holds the abstract socket an X server on display n would hold.
+int occupy(int number)
+{
+    return vyxtest::bindUnixSocket("/tmp/.X11-unix/X" + std::to_string(number), true);
+}
+
+TEST(FreeDisplay, SkipsTakenNumbersInAnEmptyNamespace)
+{
+    vyxtest::ChildOptions options;
+    options.privateNetwork = true;  // nobody else's abstract sockets
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [] {
+        EXPECT_EQ(getFreeXDisplayNumber(-5), 0);
+        int zero = occupy(0);
+        ASSERT_GE(zero, 0);
+        EXPECT_EQ(getFreeXDisplayNumber(0), 1);
+        EXPECT_EQ(getFreeXDisplayNumber(-5), 1);
+        int one = occupy(1);
+        EXPECT_EQ(getFreeXDisplayNumber(0), 2);
+        EXPECT_EQ(getFreeXDisplayNumber(59535), 59535);
+        EXPECT_EQ(getFreeXDisplayNumber(59536), -1);
+        close(one);
+        close(zero);
+        EXPECT_EQ(getFreeXDisplayNumber(0), 0);  // released, free again
+    }));
+}
+
+TEST(FreeDisplay, SeesARealBoundSocket)
+{
+    // In the machine's own namespace: find two free neighbours, take the
+    // first, and the answer must move past it.
+    int start = getFreeXDisplayNumber(4000);
+    ASSERT_GE(start, 4000);
+    int held = occupy(start);
+    ASSERT_GE(held, 0);
+    EXPECT_GT(getFreeXDisplayNumber(start), start);
+    close(held);
 }
 
 }  // namespace

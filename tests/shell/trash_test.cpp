@@ -8,7 +8,9 @@
 // disk), on real mounts.
 
 #include "support/child_process.h"
+#include "support/file_facts.h"
 #include "support/temp_home.h"
+#include "support/text_checks.h"
 
 #include <vyxdirs.h>
 #include <vyxfileutils.h>
@@ -20,7 +22,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
-#include <dirent.h>
 #include <fcntl.h>
 #include <regex>
 #include <set>
@@ -31,26 +32,20 @@
 namespace {
 
 using vyxtest::readFile;
+using vyxtest::stderrOf;
 using Names = std::vector<std::string>;
+using vyxtest::fileMode;
+using vyxtest::listDir;
 
-Names entries(const std::string& dir)
+// Objects of files/ that have no record, but the directory's ".directory".
+Names unrecorded(const std::string& files, const std::string& info)
 {
-    Names names;
-    if (DIR* d = opendir(dir.c_str())) {
-        while (dirent* entry = readdir(d)) {
-            if (!Vyx::equal(entry->d_name, ".") && !Vyx::equal(entry->d_name, ".."))
-                names.push_back(entry->d_name);
-        }
-        closedir(d);
+    Names lost;
+    for (const std::string& name : listDir(files)) {
+        if (name != ".directory" && access((info + "/" + name + ".trashinfo").c_str(), F_OK) != 0)
+            lost.push_back(name);
     }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
-mode_t modeOf(const std::string& path)
-{
-    struct stat st;
-    return lstat(path.c_str(), &st) == 0 ? st.st_mode & 07777 : 0;
+    return lost;
 }
 
 class Trash : public ::testing::Test {
@@ -82,9 +77,9 @@ TEST_F(Trash, EqualNamesGetNumberedNamesAndEachComesBack)
     const std::string dot = file("b/.bashrc", "3"), tar = file("b/x.tar.gz", "4");
     for (const std::string& path : {first, second, file("a/.bashrc"), dot, file("a/x.tar.gz"), tar})
         ASSERT_TRUE(VyxTrash::moveToTrash((path + "/").c_str())) << path;
-    EXPECT_EQ(entries(files), (Names{".bashrc", "_0.bashrc", "report.txt", "report_0.txt", "x.tar.gz", "x_0.tar.gz"}));
-    EXPECT_EQ(entries(info)[3], "report_0.txt.trashinfo");
-    EXPECT_EQ(modeOf(info + "/report_0.txt.trashinfo"), 0600u);
+    EXPECT_EQ(listDir(files), (Names{".bashrc", "_0.bashrc", "report.txt", "report_0.txt", "x.tar.gz", "x_0.tar.gz"}));
+    EXPECT_EQ(listDir(info)[3], "report_0.txt.trashinfo");
+    EXPECT_EQ(fileMode(info + "/report_0.txt.trashinfo"), 0600u);
     EXPECT_TRUE(std::regex_match(readFile(info + "/report_0.txt.trashinfo"),
                                  std::regex("\\[Trash Info\\]\nPath=" + Vyx::encodedUrl(second) +
                                             "\nDeletionDate=\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\n")));
@@ -97,7 +92,7 @@ TEST_F(Trash, EqualNamesGetNumberedNamesAndEachComesBack)
     EXPECT_TRUE(VyxTrash::restoreFromTrash("_0.bashrc"));
     EXPECT_TRUE(VyxTrash::restoreFromTrash((files + "/x_0.tar.gz/").c_str()));
     EXPECT_EQ(readFile(second) + readFile(dot) + readFile(tar), "234");
-    EXPECT_EQ(entries(info), (Names{".bashrc.trashinfo", "report.txt.trashinfo", "x.tar.gz.trashinfo"}));
+    EXPECT_EQ(listDir(info), (Names{".bashrc.trashinfo", "report.txt.trashinfo", "x.tar.gz.trashinfo"}));
 }
 
 TEST_F(Trash, NoObjectIsLostToANameAlreadyTaken)
@@ -107,7 +102,7 @@ TEST_F(Trash, NoObjectIsLostToANameAlreadyTaken)
     const std::string original = file("notes.txt", "mine");
     ASSERT_TRUE(VyxTrash::moveToTrash(original.c_str()));
     EXPECT_EQ(readFile(stray), "stray");
-    EXPECT_EQ(entries(info), Names{"notes_0.txt.trashinfo"});
+    EXPECT_EQ(listDir(info), Names{"notes_0.txt.trashinfo"});
 
     // Nor is a new file at the original path replaced by the restore.
     file("notes.txt", "newer");
@@ -119,7 +114,7 @@ TEST_F(Trash, NoObjectIsLostToANameAlreadyTaken)
                   ") failed due to File exists\nvyxcore: can't trash file, rename(" + world.path("gone.txt") + "," +
                   files + "/gone.txt) failed due to No such file or directory, will try vyx-fops\n");
     EXPECT_EQ(readFile(original) + readFile(files + "/notes_0.txt"), "newermine");
-    EXPECT_EQ(entries(info), Names{"notes_0.txt.trashinfo"});
+    EXPECT_EQ(listDir(info), Names{"notes_0.txt.trashinfo"});
 }
 
 TEST_F(Trash, NamingStopsAfterCounter10000)
@@ -130,7 +125,7 @@ TEST_F(Trash, NamingStopsAfterCounter10000)
     EXPECT_EQ(VyxTrash::setPath("log.txt", "/var"), files + "/log_10000.txt");
     EXPECT_EQ(VyxTrash::getPath("log_10000.txt"), "/var/log.txt");
     EXPECT_EQ(VyxTrash::setPath("log.txt", "/var"), "");
-    EXPECT_EQ(modeOf(info + "/log_10001.txt.trashinfo"), 0u);
+    EXPECT_EQ(fileMode(info + "/log_10001.txt.trashinfo"), 0u);
 }
 
 TEST_F(Trash, OddBytesInNamesSurviveTheRecord)
@@ -142,7 +137,7 @@ TEST_F(Trash, OddBytesInNamesSurviveTheRecord)
         ASSERT_TRUE(VyxTrash::moveToTrash(originals.back().c_str()));
     }
     const std::string encoded = "\nPath=" + world.root() + "/odd%20dir%25/50%25%20off.txt\n";
-    EXPECT_NE(readFile(info + "/50% off.txt.trashinfo").find(encoded), std::string::npos);
+    EXPECT_HAS(readFile(info + "/50% off.txt.trashinfo"), encoded);
     for (size_t i = 0; i < names.size(); ++i) {
         std::string record = readFile(info + "/" + names[i] + ".trashinfo");
         EXPECT_EQ(std::count(record.begin(), record.end(), '\n'), 3) << record;
@@ -199,7 +194,7 @@ TEST_F(Trash, DamagedRecordsGetDefinedAnswers)
               "vyxcore: can't remove trashinfo file: " + info + "/absent.trashinfo\n"
               "libvyxcore: path relative/x must be absolute original path before trash\n"
               "libvyxcore: path " + files + "/good must be absolute original path before trash\n");
-    EXPECT_EQ(entries(files).size() + entries(info).size(), 2 * records.size());
+    EXPECT_EQ(listDir(files).size() + listDir(info).size(), 2 * records.size());
 }
 
 TEST_F(Trash, SizeTakesCachedDirectoriesWithoutWalkingThem)
@@ -241,24 +236,7 @@ TEST_F(Trash, SizeTakesCachedDirectoriesWithoutWalkingThem)
     VyxTrash::unregisterDirSize("plain");
     EXPECT_EQ(readFile(trash + "/directorysizes").substr(0, kept.size()), kept);
     EXPECT_EQ(VyxTrash::size(), 10 + 7000 + 500);
-    EXPECT_EQ(entries(trash), (Names{"directorysizes", "files", "info"}));
-}
-
-TEST_F(Trash, EmptyingKeepsTheFilesDirectorysDotDirectory)
-{
-    EXPECT_TRUE(VyxTrash::isEmpty());
-    const std::string dotDirectory = file("home/.local/share/Trash/files/.directory", "[Desktop Entry]\n");
-    EXPECT_TRUE(VyxTrash::isEmpty());
-    file("d/inner/x");
-    for (const std::string& path : {file("one"), world.path("d")})
-        ASSERT_TRUE(VyxTrash::moveToTrash(path.c_str()));
-    file("home/.local/share/Trash/info/.directory");
-    EXPECT_FALSE(VyxTrash::isEmpty());
-    EXPECT_TRUE(VyxTrash::cleanAll());
-    EXPECT_EQ(entries(files), Names{".directory"});
-    EXPECT_EQ(entries(info), Names{});
-    EXPECT_TRUE(VyxTrash::isEmpty());
-    EXPECT_EQ(VyxTrash::size(), int64_t(readFile(dotDirectory).size()));
+    EXPECT_EQ(listDir(trash), (Names{"directorysizes", "files", "info"}));
 }
 
 TEST_F(Trash, DirectoriesAreMadeInCodeAndWithoutAHomeNothingIsDone)
@@ -270,8 +248,8 @@ TEST_F(Trash, DirectoriesAreMadeInCodeAndWithoutAHomeNothingIsDone)
     ASSERT_TRUE(VyxTrash::moveToTrash(file("doc.txt", "d").c_str()));
     EXPECT_EQ(readFile(data + "/Trash/files/doc.txt"), "d");
     for (const std::string& dir : {world.path("x$(touch pwned)"), data, data + "/Trash", data + "/Trash/info"})
-        EXPECT_EQ(modeOf(dir), 0700u) << dir;
-    EXPECT_EQ(modeOf(world.path("pwned")), 0u);
+        EXPECT_EQ(fileMode(dir), 0700u) << dir;
+    EXPECT_EQ(fileMode(world.path("pwned")), 0u);
 
     vyxtest::ScopedEnv noData("XDG_DATA_HOME", nullptr), noHome("HOME", nullptr), noLogname("LOGNAME", nullptr),
         noUser("USER", nullptr);
@@ -292,32 +270,16 @@ TEST_F(Trash, FourProcessesTrashingEqualNamesKeepEveryFile)
         std::string relative = "p" + std::to_string(i / kFiles) + "/f" + std::to_string(i % kFiles);
         originals.push_back(file(relative, world.path(relative)));
     }
-    int start[2];
-    ASSERT_EQ(pipe(start), 0);
-    std::vector<pid_t> children;
-    for (int p = 0; p < kProcesses; ++p) {
-        pid_t pid = fork();
-        if (pid == 0) {
-            close(start[1]);
-            char go;
-            int failed = read(start[0], &go, 1);  // 0 when the parent closes: all start at once
-            for (int f = 0; f < kFiles; ++f)
-                failed += !VyxTrash::moveToTrash(originals[p * kFiles + f].c_str());
-            _exit(std::min(failed, 99));
+    EXPECT_TRUE(vyxtest::runConcurrently(kProcesses, [&](int p) {
+        for (int f = 0; f < kFiles; ++f) {
+            if (!VyxTrash::moveToTrash(originals[p * kFiles + f].c_str()))
+                _exit(1);
         }
-        children.push_back(pid);
-    }
-    close(start[0]);
-    close(start[1]);
-    for (pid_t pid : children) {
-        int status = -1;
-        waitpid(pid, &status, 0);
-        EXPECT_EQ(status, 0) << "failed puts: " << WEXITSTATUS(status);
-    }
+    })) << "a put failed";
 
-    const Names objects = entries(files);
+    const Names objects = listDir(files);
     ASSERT_EQ(objects.size(), originals.size());
-    ASSERT_EQ(entries(info).size(), originals.size());
+    ASSERT_EQ(listDir(info).size(), originals.size());
     std::set<std::string> recorded;
     for (const std::string& name : objects) {
         recorded.insert(VyxTrash::getPath(name.c_str()));
@@ -336,13 +298,11 @@ TEST_F(Trash, AnOriginalOnAnotherFileSystemLeavesNoRecord)
     options.mounts.push_back(vyxtest::Mount::tmpfs(world.makeDir("other")));
     VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
         const std::string original = file("other/report.txt", "on tmpfs");
-        testing::internal::CaptureStderr();
-        EXPECT_FALSE(VyxTrash::moveToTrash(original.c_str()));
-        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        EXPECT_EQ(stderrOf([&] { EXPECT_FALSE(VyxTrash::moveToTrash(original.c_str())); }),
                   "vyxcore: can't trash file, rename(" + original + "," + files +
                       "/report.txt) failed due to Invalid cross-device link, will try vyx-fops\n");
         EXPECT_EQ(readFile(original), "on tmpfs");
-        EXPECT_EQ(entries(info).size() + entries(files).size(), 0u);
+        EXPECT_EQ(listDir(info).size() + listDir(files).size(), 0u);
     }));
 }
 
@@ -367,38 +327,19 @@ TEST_F(Trash, AFullDiskLeavesNoHalfRecordAndTheCacheAsItWas)
         ASSERT_EQ(errno, ENOSPC);
         close(fd);
 
-        testing::internal::CaptureStderr();
-        EXPECT_FALSE(VyxTrash::moveToTrash(original.c_str()));
-        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        EXPECT_EQ(stderrOf([&] { EXPECT_FALSE(VyxTrash::moveToTrash(original.c_str())); }),
                   "vyxcore: can't create trashinfo file: " + top + "/info/letter.txt.trashinfo\n");
         EXPECT_EQ(readFile(original), "dear disk");
-        EXPECT_EQ(entries(top + "/info"), Names{});
+        EXPECT_EQ(listDir(top + "/info"), Names{});
         VyxTrash::registerDirSizeHelper("added", 7);
         EXPECT_EQ(readFile(top + "/directorysizes"), "42 0 kept\n");
-        EXPECT_EQ(entries(top), (Names{"directorysizes", "files", "info"}));
+        EXPECT_EQ(listDir(top), (Names{"directorysizes", "files", "info"}));
 
         // With room again the same put goes through.
         ASSERT_EQ(unlink((small + "/filler").c_str()), 0);
         EXPECT_TRUE(VyxTrash::moveToTrash(original.c_str()));
     }));
 }
-
-}  // namespace
-
-namespace {
-
-// Objects of files/ that have no record, but the directory's ".directory".
-Names unrecorded(const std::string& files, const std::string& info)
-{
-    Names lost;
-    for (const std::string& name : entries(files)) {
-        if (name != ".directory" && access((info + "/" + name + ".trashinfo").c_str(), F_OK) != 0)
-            lost.push_back(name);
-    }
-    return lost;
-}
-
-}  // namespace
 
 // Restoring takes only what lies directly in files/, read as written; of
 // two records of one path the newest; and never a path the record does not
@@ -415,7 +356,7 @@ TEST_F(Trash, RestoreMovesOnlyWhatIsInTheTrash)
     EXPECT_NE(testing::internal::GetCapturedStderr().find("not an object directly in the trash"), std::string::npos);
     EXPECT_EQ(readFile(current), "current");
     EXPECT_EQ(readFile(files + "/notes.txt"), "trashed");
-    EXPECT_EQ(entries(info), Names{"notes.txt.trashinfo"});
+    EXPECT_EQ(listDir(info), Names{"notes.txt.trashinfo"});
 
     // Two versions of one path: the newer comes back first, whatever the
     // order of the directory. Both records are listed until then.
@@ -426,7 +367,7 @@ TEST_F(Trash, RestoreMovesOnlyWhatIsInTheTrash)
     EXPECT_EQ(VyxTrash::getFileNameInTrash(old.c_str()), "z");
     ASSERT_TRUE(VyxTrash::restoreFromTrash(old.c_str()));
     EXPECT_EQ(readFile(old), "newest");
-    EXPECT_EQ(entries(info), (Names{"a.trashinfo", "notes.txt.trashinfo"}));
+    EXPECT_EQ(listDir(info), (Names{"a.trashinfo", "notes.txt.trashinfo"}));
 
     // A relative Path= is under the directory holding the trash; a NUL or
     // nothing but slashes is no path at all.
@@ -437,14 +378,12 @@ TEST_F(Trash, RestoreMovesOnlyWhatIsInTheTrash)
     ASSERT_EQ(chdir(world.path("elsewhere").c_str()), 0);
     ASSERT_TRUE(VyxTrash::restoreFromTrash("rel.txt"));
     EXPECT_EQ(readFile(world.home() + "/.local/share/back/rel.txt"), "relative");
-    EXPECT_EQ(entries(world.path("elsewhere/back")), Names{});
+    EXPECT_EQ(listDir(world.path("elsewhere/back")), Names{});
     const std::string victim = file("x/victim", "victim");
     for (const std::string& path : {world.path("x/victim%00.bak"), std::string("//")}) {
         file("home/.local/share/Trash/info/bad.trashinfo", "[Trash Info]\nPath=" + path + "\n");
         file("home/.local/share/Trash/files/bad", "bad");
-        testing::internal::CaptureStderr();
-        EXPECT_FALSE(VyxTrash::restoreFromTrash("bad")) << path;
-        EXPECT_NE(testing::internal::GetCapturedStderr().find("holds no usable path"), std::string::npos);
+        EXPECT_HAS(stderrOf([] { EXPECT_FALSE(VyxTrash::restoreFromTrash("bad")); }), "holds no usable path") << path;
         EXPECT_EQ(readFile(victim), "victim");
         EXPECT_EQ(readFile(files + "/bad"), "bad");
     }
@@ -461,8 +400,8 @@ TEST_F(Trash, TheTrashItselfAndALinkedTrashAreRefused)
                                     files + "/kept.txt", trash + "/../Trash/info", info + "/../files/"})
         EXPECT_FALSE(VyxTrash::moveToTrash(path.c_str())) << path;
     EXPECT_NE(testing::internal::GetCapturedStderr().find("part of the trash itself"), std::string::npos);
-    EXPECT_EQ(entries(info), Names{"kept.txt.trashinfo"});
-    EXPECT_EQ(entries(files), Names{"kept.txt"});
+    EXPECT_EQ(listDir(info), Names{"kept.txt.trashinfo"});
+    EXPECT_EQ(listDir(files), Names{"kept.txt"});
     ASSERT_TRUE(VyxTrash::restoreFromTrash("kept.txt"));
 
     // files/ a link to the user's documents: emptying must not touch them.
@@ -481,32 +420,37 @@ TEST_F(Trash, TheTrashItselfAndALinkedTrashAreRefused)
 
 // Emptying goes object by object: what cannot be removed (here a mount
 // point inside a trashed directory) keeps its record and the result says
-// so; records without objects and objects without records go too.
-TEST_F(Trash, EmptyingKeepsTheRecordOfWhatStays)
+// so; records without objects and objects without records go too. The
+// files directory's ".directory" is no object: it stays, and a trash with
+// only that is empty.
+TEST_F(Trash, EmptyingKeepsTheRecordOfWhatStaysAndTheDotDirectory)
 {
+    EXPECT_TRUE(VyxTrash::isEmpty());
+    const std::string dotDirectory = file("home/.local/share/Trash/files/.directory", "[Desktop Entry]\n");
+    EXPECT_TRUE(VyxTrash::isEmpty());
     file("busy/inner/x");
     ASSERT_TRUE(VyxTrash::moveToTrash(world.path("busy").c_str()));
     ASSERT_TRUE(VyxTrash::moveToTrash(file("plain.txt").c_str()));
     file("home/.local/share/Trash/info/ghost.trashinfo", "[Trash Info]\nPath=/ghost\n");
+    file("home/.local/share/Trash/info/.directory");
     file("home/.local/share/Trash/files/orphan", "no record");
-    file("home/.local/share/Trash/files/.directory", "[Desktop Entry]\n");
+    EXPECT_FALSE(VyxTrash::isEmpty());
     VyxTrash::registerDirSizeHelper("busy", 7);
     const std::string cache = readFile(trash + "/directorysizes");
     vyxtest::ChildOptions options;
     options.mounts.push_back(vyxtest::Mount::tmpfs(files + "/busy/inner"));
     VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
-        testing::internal::CaptureStderr();
-        EXPECT_FALSE(VyxTrash::cleanAll());
-        const std::string message = testing::internal::GetCapturedStderr();
-        EXPECT_NE(message.find(files + "/busy"), std::string::npos) << message;
-        EXPECT_EQ(entries(files), (Names{".directory", "busy"}));
-        EXPECT_EQ(entries(info), Names{"busy.trashinfo"});
+        EXPECT_HAS(stderrOf([] { EXPECT_FALSE(VyxTrash::cleanAll()); }), files + "/busy");
+        EXPECT_EQ(listDir(files), (Names{".directory", "busy"}));
+        EXPECT_EQ(listDir(info), Names{"busy.trashinfo"});
     }));
     // Once it can go, the trash ends as emptying always left it.
     EXPECT_TRUE(VyxTrash::cleanAll());
-    EXPECT_EQ(entries(files), Names{".directory"});
-    EXPECT_EQ(entries(info), Names{});
+    EXPECT_EQ(listDir(files), Names{".directory"});
+    EXPECT_EQ(listDir(info), Names{});
     EXPECT_EQ(readFile(trash + "/directorysizes"), cache);
+    EXPECT_TRUE(VyxTrash::isEmpty());
+    EXPECT_EQ(VyxTrash::size(), int64_t(readFile(dotDirectory).size()));
 }
 
 // Emptying killed at any moment, and emptying beside a process that puts,
@@ -544,5 +488,7 @@ TEST_F(Trash, KilledOrConcurrentEmptyingLeavesNoUnrecordedObject)
     }));
     EXPECT_EQ(unrecorded(files, info), Names{});
     EXPECT_TRUE(VyxTrash::cleanAll());
-    EXPECT_EQ(entries(files), Names{});
+    EXPECT_EQ(listDir(files), Names{});
 }
+
+}  // namespace

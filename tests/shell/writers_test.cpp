@@ -10,6 +10,7 @@
 
 #include "core/ini_p.h"
 #include "support/child_process.h"
+#include "support/file_facts.h"
 #include "support/temp_home.h"
 
 #include <vyxdesktopentry.h>
@@ -18,7 +19,6 @@
 
 #include <gtest/gtest.h>
 
-#include <dirent.h>
 #include <random>
 #include <strings.h>
 #include <sys/stat.h>
@@ -221,18 +221,6 @@ TEST(Writers, PositionFileWithLinesWeCannotKeepStaysAsItIs)
     EXPECT_NE(readFile(directory).find("# mine"), std::string::npos);
 }
 
-std::vector<std::string> visibleEntries(const std::string& dir)
-{
-    std::vector<std::string> names;
-    if (DIR* d = opendir(dir.c_str())) {
-        while (dirent* entry = readdir(d))
-            if (entry->d_name[0] != '.')
-                names.emplace_back(entry->d_name);
-        closedir(d);
-    }
-    return names;
-}
-
 // Four processes recording at once keep the limit of ten items.
 TEST(Writers, ConcurrentRecentRecordsKeepTheLimit)
 {
@@ -245,7 +233,7 @@ TEST(Writers, ConcurrentRecentRecordsKeepTheLimit)
         for (int i = 0; i < 20; ++i)
             putEntryToRecentsMenu(files[p * 20 + i].c_str(), nullptr, nullptr, kAll);
     }));
-    EXPECT_EQ(visibleEntries(recents).size(), 10u);
+    EXPECT_EQ(vyxtest::listDir(recents, false).size(), 10u);
 }
 
 // Switching autostart replaces the user's file in one step: a reader (or a

@@ -209,16 +209,27 @@ ChildResult runInChild(const ChildOptions& options, const std::function<void()>&
 
 bool runConcurrently(int count, const std::function<void(int)>& body)
 {
+    // Every child waits until the parent closes the pipe, so that the last
+    // one forked does not find the work of the first already done.
+    int start[2];
+    if (pipe(start) != 0)
+        return false;
     std::vector<pid_t> children;
     for (int i = 0; i < count; ++i) {
         const pid_t pid = fork();
         if (pid == 0) {
+            close(start[1]);
+            char go;
+            while (read(start[0], &go, 1) < 0 && errno == EINTR) {
+            }
             body(i);
             _exit(0);
         }
         if (pid > 0)
             children.push_back(pid);
     }
+    close(start[0]);
+    close(start[1]);
     bool ok = children.size() == size_t(count);
     for (pid_t pid : children) {
         int status = 0;

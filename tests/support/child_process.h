@@ -63,8 +63,9 @@ struct ChildResult {
 
 ChildResult runInChild(const ChildOptions& options, const std::function<void()>& body);
 
-// Runs body(0) ... body(count - 1) in as many forked processes at once and
-// waits for them; true when every one exited normally with status 0.
+// Runs body(0) ... body(count - 1) in as many forked processes, released
+// together once all are forked, and waits for them; true when every one
+// exited normally with status 0.
 bool runConcurrently(int count, const std::function<void(int)>& body);
 
 }  // namespace vyxtest

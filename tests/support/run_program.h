@@ -23,6 +23,16 @@ struct ProgramRun {
 // killed (SIGALRM, whose timer survives the exec) instead of hanging the test.
 ProgramRun runProgram(const std::vector<std::string>& argv, unsigned timeLimit = 0);
 
+#ifdef VYXCORE_TOOL
+// The built vyxcore tool (VYXCORE_TOOL, set by the test target), run as a
+// user would.
+inline ProgramRun runTool(std::vector<std::string> args, unsigned timeLimit = 0)
+{
+    args.insert(args.begin(), VYXCORE_TOOL);
+    return runProgram(args, timeLimit);
+}
+#endif
+
 }  // namespace vyxtest
 
 #endif

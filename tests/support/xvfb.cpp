@@ -4,6 +4,7 @@
 
 #include "support/xvfb.h"
 
+#include <X11/Xatom.h>
 #include <X11/Xlib.h>
 
 #include <cerrno>
@@ -112,6 +113,19 @@ void XvfbTest::TearDown()
         setenv("DISPLAY", m_oldDisplay.c_str(), 1);
     else
         unsetenv("DISPLAY");
+}
+
+unsigned long announceWindowManager(Display* display, const char* name)
+{
+    const Window root = DefaultRootWindow(display);
+    Window check = XCreateSimpleWindow(display, root, 0, 0, 1, 1, 0, 0, 0);
+    XChangeProperty(display, root, XInternAtom(display, "_NET_SUPPORTING_WM_CHECK", False), XA_WINDOW, 32,
+                    PropModeReplace, reinterpret_cast<unsigned char*>(&check), 1);
+    XChangeProperty(display, check, XInternAtom(display, "_NET_WM_NAME", False),
+                    XInternAtom(display, "UTF8_STRING", False), 8, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(name), static_cast<int>(std::strlen(name)));
+    XSync(display, False);
+    return check;
 }
 
 }  // namespace vyxtest

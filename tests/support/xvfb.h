@@ -38,6 +38,11 @@ private:
     int m_number = -1;
 };
 
+// Makes the server look as a running window manager leaves it: a check
+// window named in _NET_SUPPORTING_WM_CHECK on the root, carrying name in
+// _NET_WM_NAME. Returns the check window.
+unsigned long announceWindowManager(Display* display, const char* name);
+
 // Fixture: each case gets its own server, DISPLAY pointing at it and an open
 // connection in display().
 class XvfbTest : public ::testing::Test {

@@ -80,30 +80,24 @@ TEST(Facts, FirstProcessorAndBadRates)
     }
 }
 
-TEST(Facts, TailOfALongLineIsNotALine)
+// Figures are read once per process; the tail of a long line is no line of
+// its own: the first line is cut by a line reader with a small buffer exactly
+// where a "MemTotal:" text starts.
+TEST(Facts, MemoryReadOnceAndSoundCards)
 {
-    // The first line is cut by a line reader with a small buffer exactly
-    // where a "MemTotal:" text starts.
-    std::string longLine = "Filler:" + std::string(504, ' ') + "MemTotal: 100 kB\n";
-    withProc({{"meminfo", longLine + memory(4096)}}, [] { EXPECT_EQ(GetMemTotal(), 4096u); });
-}
-
-TEST(Facts, FiguresAreReadOnce)
-{
-    withProc({{"meminfo", memory(4096)}}, [] {
+    const std::string longLine = "Filler:" + std::string(504, ' ') + "MemTotal: 100 kB\n";
+    withProc({{"meminfo", longLine + memory(4096)}}, [] {
         EXPECT_EQ(GetMemTotal(), 4096u);
         std::ofstream("/proc/meminfo") << memory(1);
         EXPECT_EQ(GetMemTotal(), 4096u);
     });
-}
-
-TEST(Facts, SoundCards)
-{
-    withProc({{"asound/cards", "--- no soundcards ---\n"}}, [] { EXPECT_FALSE(isAlsaActive()); });
-    withProc({{"asound/cards", " 0 [PCH            ]: HDA-Intel - HDA Intel PCH\n"}},
-             [] { EXPECT_TRUE(isAlsaActive()); });
-    withProc({{"asound/cards", ""}}, [] { EXPECT_FALSE(isAlsaActive()); });
-    withProc({}, [] { EXPECT_FALSE(isAlsaActive()); });
+    using Files = std::vector<std::pair<std::string, std::string>>;
+    const std::pair<Files, bool> cards[] = {{{{"asound/cards", "--- no soundcards ---\n"}}, false},
+                                            {{{"asound/cards", " 0 [PCH            ]: HDA-Intel - HDA Intel PCH\n"}}, true},
+                                            {{{"asound/cards", ""}}, false},
+                                            {{}, false}};
+    for (const auto& c : cards)
+        withProc(c.first, [&] { EXPECT_EQ(isAlsaActive(), c.second) << (c.first.empty() ? "none" : c.first[0].second); });
 }
 
 TEST(Facts, Locale)

@@ -8,11 +8,10 @@
 
 #include "support/run_program.h"
 #include "support/temp_home.h"
+#include "support/text_checks.h"
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
-#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -21,17 +20,7 @@ using vyxtest::ProgramRun;
 using vyxtest::runProgram;
 using vyxtest::ScopedEnv;
 using vyxtest::TempHome;
-
-bool has(const std::string& text, const std::string& piece)
-{
-    return text.find(piece) != std::string::npos;
-}
-
-ProgramRun tool(std::vector<std::string> args)
-{
-    args.insert(args.begin(), VYXCORE_TOOL);
-    return runProgram(args);
-}
+using vyxtest::runTool;
 
 bool installed(const char* program)
 {
@@ -57,7 +46,7 @@ std::string gioDefault(const std::string& type)
 // The first id of "vyxcore prefer TYPE".
 std::string preferredFirst(const std::string& type)
 {
-    ProgramRun run = tool({"prefer", type});
+    ProgramRun run = runTool({"prefer", type});
     return run.out.substr(0, run.out.find(' '));
 }
 
@@ -74,33 +63,33 @@ TEST(ToolPrefer, AgreesWithTheFreedesktopTools)
     ScopedEnv desktop("XDG_CURRENT_DESKTOP", "X-Agreement");
     // The system's data last, for the shared MIME database GIO needs.
     ScopedEnv dataDirs("XDG_DATA_DIRS", (world.path("usr/share") + ":/usr/share").c_str());
+    const auto id = [](const char* which, size_t i) {
+        return "agree-" + std::string(which) + std::to_string(i) + ".desktop";
+    };
     for (size_t i = 0; i < kTypes.size(); ++i) {
         for (const char* which : {"first", "second"})
-            world.writeFile("usr/share/applications/agree-" + std::string(which) + std::to_string(i) + ".desktop",
+            world.writeFile("usr/share/applications/" + id(which, i),
                             "[Desktop Entry]\nType=Application\nName=Agree\nExec=true %U\nMimeType=" + kTypes[i] +
                                 ";\n");
     }
+    for (size_t i = 0; i < kTypes.size(); ++i)
+        ASSERT_EQ(runProgram({"xdg-mime", "default", id("second", i), kTypes[i]}).status, 0);
     for (size_t i = 0; i < kTypes.size(); ++i) {
-        std::string second = "agree-second" + std::to_string(i) + ".desktop";
-        ASSERT_EQ(runProgram({"xdg-mime", "default", second, kTypes[i]}).status, 0);
+        EXPECT_EQ(gioDefault(kTypes[i]), id("second", i)) << kTypes[i];
+        EXPECT_EQ(preferredFirst(kTypes[i]), id("second", i)) << kTypes[i];
     }
     for (size_t i = 0; i < kTypes.size(); ++i) {
-        std::string second = "agree-second" + std::to_string(i) + ".desktop";
-        EXPECT_EQ(gioDefault(kTypes[i]), second) << kTypes[i];
-        EXPECT_EQ(preferredFirst(kTypes[i]), second) << kTypes[i];
-    }
-    for (size_t i = 0; i < kTypes.size(); ++i) {
-        std::string first = "agree-first" + std::to_string(i) + ".desktop";
-        ProgramRun set = tool({"default", kTypes[i], "--set", first});
+        const std::string first = id("first", i);
+        ProgramRun set = runTool({"default", kTypes[i], "--set", first});
         ASSERT_EQ(set.status, 0) << set.err;
         EXPECT_EQ(gioDefault(kTypes[i]), first) << kTypes[i];
         ProgramRun query = runProgram({"xdg-mime", "query", "default", kTypes[i]});
         EXPECT_EQ(query.out, first + "\n") << kTypes[i] << query.err;
         EXPECT_EQ(preferredFirst(kTypes[i]), first) << kTypes[i];
     }
-    ProgramRun refused = tool({"default", "text/plain", "--set", "../etc/x.desktop"});
+    ProgramRun refused = runTool({"default", "text/plain", "--set", "../etc/x.desktop"});
     EXPECT_EQ(refused.status, 1);
-    EXPECT_TRUE(has(refused.err, "no installed application")) << refused.err;
+    EXPECT_HAS(refused.err, "no installed application");
 }
 
 // Waits for the recorder started by "vyxcore open" and returns the
@@ -137,28 +126,27 @@ TEST(ToolOpen, OpensWithThePreferredApplicationAndNoShell)
     const std::string owned = world.path("owned");
     const std::string file = world.writeFile("files/$(touch " + owned + ").txt", "plain text\n");
 
-    ProgramRun dry = tool({"open", "--dry-run", "--json", file});
+    ProgramRun dry = runTool({"open", "--dry-run", "--json", file});
     ASSERT_EQ(dry.status, 0) << dry.err;
-    EXPECT_TRUE(has(dry.out, "\"types\": [\"text/plain\"]")) << dry.out;
-    EXPECT_TRUE(has(dry.out, "\"--open\", \"" + file + "\"]")) << dry.out;
+    EXPECT_HAS(dry.out, "\"types\": [\"text/plain\"]", "\"--open\", \"" + file + "\"]");
 
-    ProgramRun opened = tool({"open", file});
+    ProgramRun opened = runTool({"open", file});
     ASSERT_EQ(opened.status, 0) << opened.err;
     EXPECT_EQ(recorded(base, opened.out), std::vector<std::string>({VYX_ARGV_RECORDER, "--open", file}));
     EXPECT_NE(access(owned.c_str(), F_OK), 0) << "a file name ran as a command";
 
-    ProgramRun with = tool({"open", "--with", "other.desktop", file, "https://example.org/?a=$(b)"});
+    ProgramRun with = runTool({"open", "--with", "other.desktop", file, "https://example.org/?a=$(b)"});
     ASSERT_EQ(with.status, 0) << with.err;
     std::vector<std::string> args = recorded(base, with.out);
     ASSERT_EQ(args.size(), 4u);
     EXPECT_EQ(args[1], "--other");
     EXPECT_EQ(args[3], "https://example.org/?a=$(b)");
 
-    ProgramRun nothing = tool({"open", world.writeFile("files/x.vyx-unknown-bin", std::string("\0\1\2", 3))});
+    ProgramRun nothing = runTool({"open", world.writeFile("files/x.vyx-unknown-bin", std::string("\0\1\2", 3))});
     EXPECT_EQ(nothing.status, 1);
-    EXPECT_TRUE(has(nothing.err, "no application opens")) << nothing.err;
-    EXPECT_EQ(tool({"open", world.path("files/missing")}).status, 1);
-    EXPECT_EQ(tool({"open", "--with", "none.desktop", file}).status, 1);
+    EXPECT_HAS(nothing.err, "no application opens");
+    EXPECT_EQ(runTool({"open", world.path("files/missing")}).status, 1);
+    EXPECT_EQ(runTool({"open", "--with", "none.desktop", file}).status, 1);
 }
 
 }  // namespace

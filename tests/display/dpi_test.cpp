@@ -6,7 +6,7 @@
 // reports), the public functions against a real Xvfb, resource files on disk.
 
 #include "display/xserver_p.h"
-#include "support/file_facts.h"
+#include "support/files.h"
 #include "support/run_program.h"
 #include "support/temp_home.h"
 #include "support/text_checks.h"

@@ -6,7 +6,7 @@
 // from several at once, and the common time stamp of desktop-entry files.
 
 #include "support/child_process.h"
-#include "support/file_facts.h"
+#include "support/files.h"
 #include "support/temp_home.h"
 #include "support/text_checks.h"
 

@@ -5,7 +5,7 @@
 // The recent-items folder: ten items at most, refreshed and replaced items,
 // the entries written for files and folders, and the result codes.
 
-#include "support/file_facts.h"
+#include "support/files.h"
 #include "support/temp_home.h"
 
 #include <vyxdesktopentry.h>

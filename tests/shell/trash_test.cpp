@@ -8,7 +8,7 @@
 // disk), on real mounts.
 
 #include "support/child_process.h"
-#include "support/file_facts.h"
+#include "support/files.h"
 #include "support/temp_home.h"
 #include "support/text_checks.h"
 

@@ -10,7 +10,7 @@
 
 #include "core/ini_p.h"
 #include "support/child_process.h"
-#include "support/file_facts.h"
+#include "support/files.h"
 #include "support/temp_home.h"
 
 #include <vyxdesktopentry.h>

@@ -15,27 +15,12 @@ namespace vyxtest {
 
 bool setMtime(const std::string& path, time_t when)
 {
-    struct timespec times[2] = {{when, 0}, {when, 0}};
-    return utimensat(AT_FDCWD, path.c_str(), times, 0) == 0;
-}
-
-std::vector<std::string> listDirectory(const std::string& dir)
-{
-    std::vector<std::string> names;
-    if (DIR* d = opendir(dir.c_str())) {
-        while (dirent* e = readdir(d)) {
-            std::string name = e->d_name;
-            if (name != "." && name != "..")
-                names.push_back(name);
-        }
-        closedir(d);
-    }
-    return sorted(names);
+    return setTimes(path, when, when);
 }
 
 void findFiles(const std::string& dir, const std::string& suffix, int depth, std::vector<std::string>* out)
 {
-    for (const std::string& name : listDirectory(dir)) {
+    for (const std::string& name : listDir(dir)) {
         const std::string path = dir + "/" + name;
         struct stat st;
         if (stat(path.c_str(), &st) != 0)
@@ -82,6 +67,45 @@ void writeBe32(std::string& bytes, uint32_t at, uint32_t value)
 {
     for (int i = 0; i < 4; ++i)
         bytes[at + i] = static_cast<char>(value >> (24 - 8 * i));
+}
+
+std::vector<std::string> listDir(const std::string& dir, bool hidden)
+{
+    std::vector<std::string> names;
+    if (DIR* d = opendir(dir.c_str())) {
+        while (dirent* entry = readdir(d)) {
+            const std::string name = entry->d_name;
+            if (name != "." && name != ".." && (hidden || name[0] != '.'))
+                names.push_back(name);
+        }
+        closedir(d);
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+mode_t fileMode(const std::string& path)
+{
+    struct stat st;
+    return lstat(path.c_str(), &st) == 0 ? st.st_mode & 07777 : 0;
+}
+
+time_t mtimeOf(const std::string& path)
+{
+    struct stat st;
+    return stat(path.c_str(), &st) == 0 ? st.st_mtime : -1;
+}
+
+time_t atimeOf(const std::string& path)
+{
+    struct stat st;
+    return stat(path.c_str(), &st) == 0 ? st.st_atime : -1;
+}
+
+bool setTimes(const std::string& path, time_t atime, time_t mtime)
+{
+    const struct timespec times[2] = {{atime, 0}, {mtime, 0}};
+    return utimensat(AT_FDCWD, path.c_str(), times, 0) == 0;
 }
 
 }  // namespace vyxtest

@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <ctime>
 #include <string>
+#include <sys/types.h>
 #include <vector>
 
 namespace vyxtest {
@@ -19,8 +20,6 @@ namespace vyxtest {
 // Sets both times of path; false when it cannot.
 bool setMtime(const std::string& path, time_t when);
 
-// The names in dir, without "." and "..", sorted; empty when it cannot be read.
-std::vector<std::string> listDirectory(const std::string& dir);
 // Regular files under dir whose names end with suffix, entering depth levels
 // of subdirectories (links followed), appended to *out.
 void findFiles(const std::string& dir, const std::string& suffix, int depth, std::vector<std::string>* out);
@@ -34,6 +33,19 @@ std::vector<std::string> sorted(std::vector<std::string> list);
 
 uint32_t readBe32(const std::string& bytes, uint32_t at);
 void writeBe32(std::string& bytes, uint32_t at, uint32_t value);
+
+// The names in dir, sorted, without "." and ".."; with hidden false also
+// without any other name that starts with a dot. Empty when dir cannot be
+// read.
+std::vector<std::string> listDir(const std::string& dir, bool hidden = true);
+// The permission bits of path itself (a link is not followed); 0 when it
+// does not exist.
+mode_t fileMode(const std::string& path);
+// The modification or access time of path; -1 when it does not exist.
+time_t mtimeOf(const std::string& path);
+time_t atimeOf(const std::string& path);
+// Sets both times of path; false when that fails.
+bool setTimes(const std::string& path, time_t atime, time_t mtime);
 
 }  // namespace vyxtest
 

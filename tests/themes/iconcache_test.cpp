@@ -248,7 +248,7 @@ TEST(InstalledThemes, AgreeWithTheirDirectories)
         for (const std::string& dir : listedDirs(vyxtest::readFile(theme + "/icon-theme.cache"))) {
             // Only the last extension goes: "x-symbolic.symbolic.png" is
             // the icon "x-symbolic.symbolic".
-            for (const std::string& file : vyxtest::listDirectory(theme + "/" + dir)) {
+            for (const std::string& file : vyxtest::listDir(theme + "/" + dir)) {
                 size_t dot = file.rfind('.');
                 if (dot != std::string::npos && dot > 0 && kImageTypes.count(file.substr(dot)))
                     expected[file.substr(0, dot)].insert(dir);

@@ -22,6 +22,7 @@ namespace {
 
 std::once_flag g_once;
 std::vector<std::string> g_appDirs;
+std::once_flag g_aliasesOnce;  // read on first use: most lookups never need it
 AliasTable g_aliases;
 std::string g_cachePath;
 
@@ -54,11 +55,6 @@ void build()
     for (const char* dir : {"/usr/local/share/applications", "/usr/share/applications",
                             "/var/lib/snapd/desktop/applications", "/var/lib/flatpak/exports/share/applications"})
         addOnce(g_appDirs, dir);
-
-    if (FILE* file = Vyx::detail::fopenRegularFile("/usr/share/mime/aliases")) {
-        g_aliases = readAliases(file);
-        std::fclose(file);
-    }
 
     g_cachePath = chooseMimeCachePath(envString("XDG_RUNTIME_DIR"), envString("XDG_CACHE_HOME"), home);
 }
@@ -114,7 +110,12 @@ std::string chooseMimeCachePath(const std::string& runtimeDir, const std::string
 
 const AliasTable& mimeAliasTable()
 {
-    FillDesktopEntriesDirArray();
+    std::call_once(g_aliasesOnce, [] {
+        if (FILE* file = Vyx::detail::fopenRegularFile("/usr/share/mime/aliases")) {
+            g_aliases = readAliases(file);
+            std::fclose(file);
+        }
+    });
     return g_aliases;
 }
 

@@ -25,17 +25,21 @@ bool MappedFile::open(const std::string& path)
     if (fd < 0)
         return false;
     struct stat st;
-    bool ok = fstat(fd, &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0;
-    if (ok) {
-        void* map = mmap(nullptr, static_cast<size_t>(st.st_size), PROT_READ, MAP_SHARED, fd, 0);
-        ok = map != MAP_FAILED;
-        if (ok) {
-            m_data = static_cast<unsigned char*>(map);
-            m_size = static_cast<size_t>(st.st_size);
-        }
-    }
+    bool ok = fstat(fd, &st) == 0 && map(fd, st);
     close(fd);
     return ok;
+}
+
+bool MappedFile::map(int fd, const struct stat& st)
+{
+    if (m_data || !S_ISREG(st.st_mode) || st.st_size <= 0)
+        return false;
+    void* bytes = mmap(nullptr, static_cast<size_t>(st.st_size), PROT_READ, MAP_SHARED, fd, 0);
+    if (bytes == MAP_FAILED)
+        return false;
+    m_data = static_cast<unsigned char*>(bytes);
+    m_size = static_cast<size_t>(st.st_size);
+    return true;
 }
 
 bool ByteView::u16(uint64_t offset, uint16_t* out) const

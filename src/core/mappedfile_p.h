@@ -11,6 +11,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <sys/stat.h>
 
 namespace Vyx::detail {
 
@@ -57,6 +58,9 @@ public:
 
     // False when the file cannot be opened, is not a regular file or is empty.
     bool open(const std::string& path);
+    // The same for a descriptor already open for reading, st its fstat; the
+    // descriptor stays the caller's.
+    bool map(int fd, const struct stat& st);
     size_t size() const { return m_size; }
     const unsigned char* data() const { return m_data; }
     ByteView view() const { return ByteView(m_data, m_size); }

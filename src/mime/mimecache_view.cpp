@@ -273,7 +273,7 @@ void MimeCacheView::checkMagic() const
     }
 }
 
-bool MimeCacheView::matchUsable(uint32_t index) const
+void MimeCacheView::checkMatchesUpTo(uint32_t index) const
 {
     // Checked in file order, as far as asked: a matchlet claimed by an
     // earlier rule is refused to a later one whichever rule is asked first.
@@ -286,12 +286,11 @@ bool MimeCacheView::matchUsable(uint32_t index) const
             m_bytes.string(m_bytes.u32At(match + 4)) &&
             checkMatchlets(m_bytes.u32At(match + 8), m_bytes.u32At(match + 12), 0, &m_matchSeen);
     }
-    return m_matchUsable[index];
 }
 
 bool MimeCacheView::matchletMatches(uint64_t m, const unsigned char* data, size_t length) const
 {
-    // Checked by matchUsable(): the matchlet, its value and mask and its
+    // Checked by checkMatchesUpTo(): the matchlet, its value and mask and its
     // children lie inside the bytes.
     const uint32_t start = m_bytes.u32At(m), range = std::max<uint32_t>(m_bytes.u32At(m + 4), 1),
                    wordSize = m_bytes.u32At(m + 8), size = m_bytes.u32At(m + 12);
@@ -353,7 +352,11 @@ const char* MimeCacheView::matchMagic(const unsigned char* data, size_t length, 
     for (uint32_t i = 0; i < m_matchUsable.size(); ++i) {
         uint64_t match = first + uint64_t(i) * 16;
         int rulePriority = int(std::min<uint32_t>(m_bytes.u32At(match), 100));
-        if (rulePriority <= bestPriority || !matchUsable(i))
+        if (rulePriority <= bestPriority)
+            continue;
+        if (i >= m_matchesChecked)
+            checkMatchesUpTo(i);
+        if (!m_matchUsable[i])
             continue;
         uint32_t count = m_bytes.u32At(match + 8), firstMatchlet = m_bytes.u32At(match + 12);
         for (uint32_t j = 0; j < count; ++j) {

@@ -94,9 +94,9 @@ private:
     bool matchletMatches(uint64_t matchlet, const unsigned char* data, size_t length) const;
     // Reads once how the magic rules are ordered.
     void checkMagic() const;
-    // Whether the rule at index, and every one before it, forms a tree
+    // Finds out whether the rules up to index, in file order, form trees
     // inside the file.
-    bool matchUsable(uint32_t index) const;
+    void checkMatchesUpTo(uint32_t index) const;
     bool checkMatchlets(uint32_t count, uint32_t first, int depth, std::vector<bool>* seen) const;
     bool listSorted(uint32_t list, uint32_t entrySize) const;
 

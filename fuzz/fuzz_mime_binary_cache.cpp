@@ -11,6 +11,8 @@
 #include "mime/mimetext_p.h"
 
 #include <cstdint>
+#include <cstdlib>
+#include <cstring>
 #include <string>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -71,7 +73,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
                 db.matchName(name);
             db.matchName(std::string(reinterpret_cast<const char*>(data), size).c_str());
             db.matchMagic(data, size, nullptr);
-            db.matchMagic(reinterpret_cast<const unsigned char*>("NESTED.."), 8, nullptr);
+            const unsigned char* nested = reinterpret_cast<const unsigned char*>("NESTED..");
+            const char* afterOther = db.matchMagic(nested, 8, nullptr);
+            // The rules are checked as far as a search reaches: what an
+            // earlier search checked must not change a later answer.
+            Vyx::detail::MimeDatabase fresh;
+            if (fresh.addCache("/proc/self/fd/" + std::to_string(fd))) {
+                const char* alone = fresh.matchMagic(nested, 8, nullptr);
+                if ((alone == nullptr) != (afterOther == nullptr) || (alone && std::strcmp(alone, afterOther) != 0))
+                    abort();
+            }
             db.isSubclass("text/x-old", "text/plain");
             db.icon("text/x-old", true);
             db.icon("text/x-cpp", false);

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
@@ -26,6 +27,24 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     Vyx::detail::readCacheText(text, sources, &map);
     Vyx::detail::AvailableMap lines;
     Vyx::detail::readCacheText(sources + "[Applications]\n" + text + "\n[End]\n", sources, &lines);
+
+    // The text answers what the map made of it answers, for the items of
+    // the input and some of their pieces; every read stays in the text.
+    Vyx::detail::CacheFileLines kept;
+    if (kept.take(sources + "[Applications]\n" + text + "\n[End]\n", sources) != Vyx::detail::CacheVerdict::Believed)
+        abort();
+    std::vector<std::string> types{"text/plain", "", "a;b", "=", text.substr(0, 8)};
+    for (size_t start = 0, n = 0; start < text.size() && n < 16; ++n) {
+        size_t end = text.find_first_of("=;,\n", start);
+        types.push_back(text.substr(start, end == std::string::npos ? std::string::npos : end - start));
+        start = end == std::string::npos ? text.size() : end + 1;
+    }
+    for (const std::string& type : types) {
+        for (bool all : {false, true}) {
+            if (kept.pathsFor(type, all) != lines.pathsFor(type, all))
+                abort();
+        }
+    }
 
     // What the map writes, it reads back to the same text.
     std::string written = Vyx::detail::cacheFileText(sources, lines);

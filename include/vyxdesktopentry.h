@@ -303,8 +303,8 @@ private:
 // --- the application catalogue ---
 
 /// Builds, once per process, the ordered application directories (the user's,
-/// then the XDG data directories, then the system's), the MIME alias table and
-/// the path of the per-user MIME cache file. Later calls return at once.
+/// then the XDG data directories, then the system's) and the path of the
+/// per-user MIME cache file (the MIME alias table is read on first use). Later calls return at once.
 VYX_EXPORT void FillDesktopEntriesDirArray();
 /// The application directories, highest priority first.
 VYX_EXPORT std::vector<std::string> GetAllAppDesktopEntrySearchPaths();

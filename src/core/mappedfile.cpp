@@ -26,18 +26,22 @@ bool MappedFile::open(const std::string& path, int64_t* modified)
     if (!fd)
         return false;
     struct stat st;
-    bool ok = fstat(fd.get(), &st) == 0 && S_ISREG(st.st_mode) && st.st_size > 0;
-    if (ok) {
-        void* map = mmap(nullptr, static_cast<size_t>(st.st_size), PROT_READ, MAP_SHARED, fd.get(), 0);
-        ok = map != MAP_FAILED;
-        if (ok) {
-            m_data = static_cast<unsigned char*>(map);
-            m_size = static_cast<size_t>(st.st_size);
-            if (modified)
-                *modified = int64_t(st.st_mtim.tv_sec) * 1'000'000'000 + st.st_mtim.tv_nsec;
-        }
-    }
+    bool ok = fstat(fd.get(), &st) == 0 && map(fd.get(), st);
+    if (ok && modified)
+        *modified = int64_t(st.st_mtim.tv_sec) * 1'000'000'000 + st.st_mtim.tv_nsec;
     return ok;
+}
+
+bool MappedFile::map(int fd, const struct stat& st)
+{
+    if (m_data || !S_ISREG(st.st_mode) || st.st_size <= 0)
+        return false;
+    void* bytes = mmap(nullptr, static_cast<size_t>(st.st_size), PROT_READ, MAP_SHARED, fd, 0);
+    if (bytes == MAP_FAILED)
+        return false;
+    m_data = static_cast<unsigned char*>(bytes);
+    m_size = static_cast<size_t>(st.st_size);
+    return true;
 }
 
 bool ByteView::u16(uint64_t offset, uint16_t* out) const

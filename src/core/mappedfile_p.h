@@ -13,6 +13,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <sys/stat.h>
 
 namespace Vyx::detail {
 
@@ -61,6 +62,9 @@ public:
     // *modified, when given, receives the mapped file's modification time
     // in ns.
     bool open(const std::string& path, int64_t* modified = nullptr);
+    // The same for a descriptor already open for reading, st its fstat; the
+    // descriptor stays the caller's.
+    bool map(int fd, const struct stat& st);
     size_t size() const { return m_size; }
     const unsigned char* data() const { return m_data; }
     ByteView view() const { return ByteView(m_data, m_size); }

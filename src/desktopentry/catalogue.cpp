@@ -6,7 +6,6 @@
 
 #include "core/environment_p.h"
 #include "core/privatefile_p.h"
-#include "desktopentry/mimealiases_p.h"
 #include "vyxdesktopentry.h"
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
@@ -45,8 +44,6 @@ void build()
     for (const char* dir : {"/usr/local/share/applications", "/usr/share/applications",
                             "/var/lib/snapd/desktop/applications", "/var/lib/flatpak/exports/share/applications"})
         addOnce(g_appDirs, dir);
-
-    loadMimeAliasTable();
 
     g_cachePath = chooseMimeCachePath(envString("XDG_RUNTIME_DIR"), envString("XDG_CACHE_HOME"), home);
 }

@@ -6,7 +6,8 @@
 
 #include "core/readfile_p.h"
 #include "core/textlines_p.h"
-#include "vyxdesktopentry.h"
+
+#include <mutex>
 
 namespace Vyx::detail {
 
@@ -14,7 +15,8 @@ namespace {
 
 const char kBlanks[] = " \t";
 
-// Written only by loadMimeAliasTable, under the catalogue's once flag.
+// Read on first use: most lookups never need it.
+std::once_flag g_aliasesOnce;
 AliasTable g_aliases;
 
 }  // namespace
@@ -44,17 +46,14 @@ AliasTable readAliases(FILE* file)
     return table;
 }
 
-void loadMimeAliasTable()
-{
-    if (FILE* file = fopenRegularFile("/usr/share/mime/aliases")) {
-        g_aliases = readAliases(file);
-        std::fclose(file);
-    }
-}
-
 const AliasTable& mimeAliasTable()
 {
-    FillDesktopEntriesDirArray();
+    std::call_once(g_aliasesOnce, [] {
+        if (FILE* file = fopenRegularFile("/usr/share/mime/aliases")) {
+            g_aliases = readAliases(file);
+            std::fclose(file);
+        }
+    });
     return g_aliases;
 }
 

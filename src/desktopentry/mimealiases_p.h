@@ -32,12 +32,8 @@ void forEachMimeAlias(FILE* file, const std::function<void(std::string alias, st
 // Every alias line of file, in file order.
 AliasTable readAliases(FILE* file);
 
-// The machine's alias table, read once with the application catalogue
-// (FillDesktopEntriesDirArray builds it, so asking for it builds that).
+// The machine's alias table, read once, on first use. Safe from any thread.
 const AliasTable& mimeAliasTable();
-
-// Reads the machine's alias table; the catalogue's one-time build calls it.
-void loadMimeAliasTable();
 
 }  // namespace Vyx::detail
 

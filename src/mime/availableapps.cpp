@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <cstring>
 #include <mutex>
+#include <string_view>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -26,24 +27,51 @@ namespace Vyx::detail {
 
 uint32_t AvailableMap::internPath(const std::string& path)
 {
-    auto [it, inserted] = m_pathIndex.emplace(path, static_cast<uint32_t>(m_paths.size()));
-    if (inserted)
-        m_paths.push_back(path);
-    return it->second;
+    // Looked up before inserting: most paths are met again and again, and
+    // emplace would build (and throw away) a node each time.
+    auto it = m_pathIndex.find(path);
+    if (it != m_pathIndex.end())
+        return it->second;
+    m_pathIndex.emplace(path, static_cast<uint32_t>(m_paths.size()));
+    m_paths.push_back(path);
+    return static_cast<uint32_t>(m_paths.size() - 1);
+}
+
+uint32_t AvailableMap::internType(const std::string& type)
+{
+    auto it = m_typeIndex.find(type);
+    if (it != m_typeIndex.end())
+        return it->second;
+    m_typeIndex.emplace(type, static_cast<uint32_t>(m_byType.size()));
+    m_byType.emplace_back();
+    return static_cast<uint32_t>(m_byType.size() - 1);
+}
+
+void AvailableMap::addNumbered(uint32_t typeNumber, uint32_t pathIndex)
+{
+    // Most types have a few applications: their own list tells whether the
+    // pair is known. A long list is backed by the set of pairs, so that a
+    // type with thousands of applications is not checked in square time.
+    constexpr size_t kShortList = 16;
+    std::vector<uint32_t>& paths = m_byType[typeNumber];
+    const uint64_t pair = static_cast<uint64_t>(typeNumber) << 32 | pathIndex;
+    if (paths.size() < kShortList) {
+        if (std::find(paths.begin(), paths.end(), pathIndex) != paths.end())
+            return;
+        paths.push_back(pathIndex);
+        if (paths.size() == kShortList) {
+            for (uint32_t known : paths)
+                m_pairs.insert(static_cast<uint64_t>(typeNumber) << 32 | known);
+        }
+        return;
+    }
+    if (m_pairs.insert(pair).second)
+        paths.push_back(pathIndex);
 }
 
 void AvailableMap::add(const std::string& type, uint32_t pathIndex)
 {
-    // Looked up before inserting: most types are met again and again, and
-    // emplace would build (and throw away) a node each time.
-    auto typeIt = m_typeIndex.find(type);
-    if (typeIt == m_typeIndex.end()) {
-        typeIt = m_typeIndex.emplace(type, static_cast<uint32_t>(m_byType.size())).first;
-        m_byType.emplace_back();
-    }
-    uint64_t pair = static_cast<uint64_t>(typeIt->second) << 32 | pathIndex;
-    if (m_pairs.insert(pair).second)
-        m_byType[typeIt->second].push_back(pathIndex);
+    addNumbered(internType(type), pathIndex);
 }
 
 void AvailableMap::add(const std::string& type, const std::string& path)
@@ -67,10 +95,19 @@ std::vector<std::string> AvailableMap::pathsFor(const std::string& type, bool al
 
 std::string AvailableMap::toCacheText() const
 {
-    std::vector<std::vector<const std::string*>> typesOf(m_paths.size());
-    for (const auto& [type, number] : m_typeIndex) {
+    // Types in a stable order: sorted, as a reader cannot tell otherwise.
+    // Sorted once here, each path's types come out in that order.
+    std::vector<const std::string*> types(m_byType.size());
+    for (const auto& [type, number] : m_typeIndex)
+        types[number] = &type;
+    std::vector<uint32_t> typeOrder(types.size());
+    for (uint32_t i = 0; i < typeOrder.size(); ++i)
+        typeOrder[i] = i;
+    std::sort(typeOrder.begin(), typeOrder.end(), [&](uint32_t a, uint32_t b) { return *types[a] < *types[b]; });
+    std::vector<std::vector<uint32_t>> typesOf(m_paths.size());
+    for (uint32_t number : typeOrder) {
         for (uint32_t index : m_byType[number])
-            typesOf[index].push_back(&type);
+            typesOf[index].push_back(number);
     }
     std::vector<uint32_t> order(m_paths.size());
     for (uint32_t i = 0; i < order.size(); ++i)
@@ -80,15 +117,12 @@ std::string AvailableMap::toCacheText() const
     for (uint32_t index : order) {
         if (typesOf[index].empty())
             continue;
-        // Types in a stable order: sorted, as a reader cannot tell otherwise.
-        std::vector<const std::string*>& types = typesOf[index];
-        std::sort(types.begin(), types.end(), [](const std::string* a, const std::string* b) { return *a < *b; });
         text += m_paths[index];
-        text += '=';
-        for (size_t i = 0; i < types.size(); ++i) {
-            if (i)
-                text += ';';
-            text += *types[i];
+        char separator = '=';
+        for (uint32_t number : typesOf[index]) {
+            text += separator;
+            text += *types[number];
+            separator = ';';
         }
         text += '\n';
     }
@@ -99,36 +133,56 @@ namespace {
 
 std::mutex g_availableMutex;
 AvailableMap g_available;
+// A believed cache file not yet added to g_available: the first questions
+// are answered from its text, and the map is made only for a process that
+// keeps asking.
+CacheFileLines g_fileLines;
+unsigned g_fileLinesAsked = 0;
+constexpr unsigned kAskedBeforeMap = 8;
 std::string g_availableSources;  // the sources g_available was made from; empty: not made yet
 VyxMimeCacheUse g_cacheUse;
 
-// For each type, the types the alias table links it to (its aliases, or its
-// canonical type), in table order: built once, so that registering does not
-// walk the whole table.
-const std::unordered_map<std::string, std::vector<std::string>>& linkedTypes()
+// Each type with a type the alias table links it to (an alias, or its
+// canonical type), sorted by the first, in table order among equals: built
+// once, so that registering does not walk the whole table.
+using TypeLink = std::pair<std::string_view, std::string_view>;
+
+const std::vector<TypeLink>& linkedTypes()
 {
-    static const std::unordered_map<std::string, std::vector<std::string>> links = [] {
-        std::unordered_map<std::string, std::vector<std::string>> map;
+    static const std::vector<TypeLink> links = [] {
+        std::vector<TypeLink> list;
         for (const auto& [canonical, alias] : mimeAliasTable()) {
-            map[canonical].push_back(alias);
+            list.emplace_back(canonical, alias);
             if (alias != canonical)
-                map[alias].push_back(canonical);
+                list.emplace_back(alias, canonical);
         }
-        return map;
+        std::stable_sort(list.begin(), list.end(),
+                         [](const TypeLink& a, const TypeLink& b) { return a.first < b.first; });
+        return list;
     }();
     return links;
+}
+
+// The numbers of type and of the types the alias table links to it.
+void typeNumbers(AvailableMap& map, const std::string& type, std::vector<uint32_t>* numbers)
+{
+    numbers->clear();
+    numbers->push_back(map.internType(type));
+    const std::vector<TypeLink>& links = linkedTypes();
+    auto it = std::lower_bound(links.begin(), links.end(), std::string_view(type),
+                               [](const TypeLink& link, std::string_view key) { return link.first < key; });
+    for (; it != links.end() && it->first == type; ++it)
+        numbers->push_back(map.internType(std::string(it->second)));
 }
 
 // Registers path for type and for the types the alias table links to it.
 void registerType(AvailableMap& map, const std::string& type, const std::string& path)
 {
+    std::vector<uint32_t> numbers;
+    typeNumbers(map, type, &numbers);
     uint32_t index = map.internPath(path);
-    map.add(type, index);
-    auto it = linkedTypes().find(type);
-    if (it != linkedTypes().end()) {
-        for (const std::string& linked : it->second)
-            map.add(linked, index);
-    }
+    for (uint32_t number : numbers)
+        map.addNumbered(number, index);
 }
 
 void readMimeinfoCache(const std::string& dir, AvailableMap& map)
@@ -136,15 +190,34 @@ void readMimeinfoCache(const std::string& dir, AvailableMap& map)
     FILE* file = Vyx::detail::fopenRegularFile((dir + "/mimeinfo.cache").c_str());
     if (!file)
         return;
+    // One line names many applications for one type: the type and its
+    // links are looked up once, and the paths built in one buffer.
+    std::string path = dir + "/";
+    const size_t dirLength = path.size();
+    std::vector<uint32_t> numbers;
     Vyx::detail::forEachLine(file, [&](const std::string& current) {
         if (current.empty() || current[0] == '[')
             return;
         std::string::size_type eq = current.find('=');
         if (eq == std::string::npos)
             return;
-        std::string type = current.substr(0, eq);
-        for (const std::string& name : Vyx::split(current.c_str() + eq + 1, ";"))
-            registerType(map, type, dir + "/" + name);
+        numbers.clear();
+        // The names end at a NUL byte, as a C string does.
+        for (const char* name = current.c_str() + eq + 1; *name;) {
+            size_t length = std::strcspn(name, ";");
+            if (length) {
+                if (numbers.empty())
+                    typeNumbers(map, current.substr(0, eq), &numbers);
+                path.resize(dirLength);
+                path.append(name, length);
+                uint32_t index = map.internPath(path);
+                for (uint32_t number : numbers)
+                    map.addNumbered(number, index);
+            }
+            name += length;
+            if (*name)
+                ++name;
+        }
     });
     std::fclose(file);
 }
@@ -207,10 +280,12 @@ void refreshAvailable()
         if (!privateDir) {
             use.ignored = "in a directory others can write";
         } else if (readPrivateCacheFile(use.path, &text, &use.ignored)) {
-            AvailableMap read;
-            CacheVerdict verdict = readCacheText(text, section, &read);
+            CacheFileLines read;
+            CacheVerdict verdict = read.take(std::move(text), section);
             if (verdict == CacheVerdict::Believed) {
-                g_available = std::move(read);
+                g_available = AvailableMap();
+                g_fileLines = std::move(read);
+                g_fileLinesAsked = 0;
                 g_availableSources = std::move(section);
                 use.read = true;
                 g_cacheUse = std::move(use);
@@ -231,10 +306,25 @@ void refreshAvailable()
             scanDesktopFiles(source.dir, rebuilt);
     }
     g_available = std::move(rebuilt);
+    g_fileLines = CacheFileLines();
     if (privateDir && makePrivateDirectories(dir) && isPrivateDirectory(dir))
         use.written = replacePrivateFile(use.path, cacheFileText(section, g_available));
     g_availableSources = std::move(section);
     g_cacheUse = std::move(use);
+}
+
+// The paths of type, under g_availableMutex after refreshAvailable.
+std::vector<std::string> availablePaths(const std::string& type, bool all)
+{
+    if (!g_fileLines.empty()) {
+        if (g_fileLinesAsked < kAskedBeforeMap) {
+            ++g_fileLinesAsked;
+            return g_fileLines.pathsFor(type, all);
+        }
+        g_fileLines.addTo(&g_available);
+        g_fileLines = CacheFileLines();
+    }
+    return g_available.pathsFor(type, all);
 }
 
 }  // namespace
@@ -262,7 +352,7 @@ std::vector<std::string> GetDesktopEntryPathForMime(const char* mime, Vyx::tagge
     FillDesktopEntriesDirArray();
     std::lock_guard<std::mutex> lock(g_availableMutex);
     refreshAvailable();
-    return g_available.pathsFor(mime, static_cast<bool>(all));
+    return availablePaths(mime, static_cast<bool>(all));
 }
 
 VyxMimeCacheUse GetMimeCacheUse()

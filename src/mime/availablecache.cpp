@@ -7,6 +7,7 @@
 
 #include "mime/mimecache_p.h"
 
+#include <algorithm>
 #include <cstring>
 #include <sys/stat.h>
 
@@ -112,7 +113,11 @@ std::string cacheFileText(const std::string& sources, const AvailableMap& map)
     return sources + kApplicationsLine + map.toCacheText() + kEndLine;
 }
 
-CacheVerdict readCacheText(const std::string& text, const std::string& sources, AvailableMap* map)
+namespace {
+
+// Where the application lines of text lie, when it is a cache file written
+// for exactly sources.
+CacheVerdict findLines(const std::string& text, const std::string& sources, size_t* begin, size_t* end)
 {
     const size_t sourcesLength = sizeof kSourcesLine - 1, applicationsLength = sizeof kApplicationsLine - 1,
                  endLength = sizeof kEndLine - 1;
@@ -128,13 +133,20 @@ CacheVerdict readCacheText(const std::string& text, const std::string& sources, 
     body += applicationsLength;
     if (text.size() < body + endLength || text.compare(text.size() - endLength, endLength, kEndLine) != 0)
         return CacheVerdict::Incomplete;
-    const size_t bodyEnd = text.size() - endLength;
+    *begin = body;
+    *end = text.size() - endLength;
+    return CacheVerdict::Believed;
+}
 
-    // "path=type;type": lines without "=" are skipped, the types split at
-    // "," and ";". Scanned byte by byte: this runs once per process start
-    // over the whole file.
-    const char* p = text.data() + body;
-    const char* const stop = text.data() + bodyEnd;
+bool isItemSeparator(char c)
+{
+    return c == ',' || c == ';';
+}
+
+// "path=type;type": lines without "=" are skipped, the types split at ","
+// and ";". Scanned byte by byte.
+void addLines(const char* p, const char* const stop, AvailableMap* map)
+{
     std::string type;
     while (p < stop) {
         const char* lineEnd = static_cast<const char*>(std::memchr(p, '\n', size_t(stop - p)));
@@ -145,7 +157,7 @@ CacheVerdict readCacheText(const std::string& text, const std::string& sources, 
             uint32_t path = map->internPath(std::string(p, eq));
             for (const char* item = eq + 1; item <= lineEnd;) {
                 const char* q = item;
-                while (q < lineEnd && *q != ',' && *q != ';')
+                while (q < lineEnd && !isItemSeparator(*q))
                     ++q;
                 if (q > item) {
                     type.assign(item, q);
@@ -156,7 +168,77 @@ CacheVerdict readCacheText(const std::string& text, const std::string& sources, 
         }
         p = lineEnd + 1;
     }
-    return CacheVerdict::Believed;
+}
+
+}  // namespace
+
+CacheVerdict readCacheText(const std::string& text, const std::string& sources, AvailableMap* map)
+{
+    size_t begin = 0, end = 0;
+    CacheVerdict verdict = findLines(text, sources, &begin, &end);
+    if (verdict == CacheVerdict::Believed)
+        addLines(text.data() + begin, text.data() + end, map);
+    return verdict;
+}
+
+CacheVerdict CacheFileLines::take(std::string text, const std::string& sources)
+{
+    size_t begin = 0, end = 0;
+    CacheVerdict verdict = findLines(text, sources, &begin, &end);
+    m_text = verdict == CacheVerdict::Believed ? std::move(text) : std::string();
+    m_begin = verdict == CacheVerdict::Believed ? begin : 0;
+    m_end = verdict == CacheVerdict::Believed ? end : 0;
+    return verdict;
+}
+
+void CacheFileLines::addTo(AvailableMap* map) const
+{
+    addLines(m_text.data() + m_begin, m_text.data() + m_end, map);
+}
+
+std::vector<std::string> CacheFileLines::pathsFor(const std::string& type, bool all) const
+{
+    std::vector<std::string> paths;
+    // No item holds a separator or a line break.
+    if (type.empty() || type.find_first_of(",;\n") != std::string::npos)
+        return paths;
+    const char* const first = m_text.data() + m_begin;
+    const char* const stop = m_text.data() + m_end;
+    // The line of the last hit: every byte is looked at a bounded number of
+    // times, however many hits one long line holds.
+    const char *lineStart = first, *lineEnd = first, *eq = nullptr;
+    for (const char* from = first; from < stop;) {
+        const char* hit = static_cast<const char*>(memmem(from, size_t(stop - from), type.data(), type.size()));
+        if (!hit)
+            break;
+        if (hit >= lineEnd) {
+            const char* scanFrom = lineEnd > first ? lineEnd + 1 : first;
+            const char* lastBreak = scanFrom < hit
+                                        ? static_cast<const char*>(memrchr(scanFrom, '\n', size_t(hit - scanFrom)))
+                                        : nullptr;
+            lineStart = lastBreak ? lastBreak + 1 : std::max(scanFrom, lineStart);
+            lineEnd = static_cast<const char*>(std::memchr(hit, '\n', size_t(stop - hit)));
+            if (!lineEnd)
+                lineEnd = stop;
+            eq = static_cast<const char*>(std::memchr(lineStart, '=', size_t(lineEnd - lineStart)));
+        }
+        const char* after = hit + type.size();
+        // A whole item: after the line's first "=" and bounded by separators.
+        const bool item = eq && hit > eq && (hit == eq + 1 || isItemSeparator(hit[-1])) &&
+                          (after == lineEnd || isItemSeparator(*after));
+        if (!item) {
+            from = hit + 1;
+            continue;
+        }
+        std::string path(lineStart, eq);
+        if (std::find(paths.begin(), paths.end(), path) == paths.end()) {
+            paths.push_back(std::move(path));
+            if (!all)
+                break;
+        }
+        from = lineEnd + 1;
+    }
+    return paths;
 }
 
 const char* describe(CacheVerdict verdict)

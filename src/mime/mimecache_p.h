@@ -21,7 +21,10 @@ class AvailableMap {
 public:
     void add(const std::string& type, const std::string& path);
     void add(const std::string& type, uint32_t pathIndex);
+    // A type's number and a path's index, made on first sight.
+    uint32_t internType(const std::string& type);
     uint32_t internPath(const std::string& path);
+    void addNumbered(uint32_t typeNumber, uint32_t pathIndex);
     bool empty() const { return m_byType.empty(); }
     // The paths of type in registration order; empty when none.
     std::vector<std::string> pathsFor(const std::string& type, bool all) const;
@@ -33,7 +36,7 @@ private:
     std::unordered_map<std::string, uint32_t> m_pathIndex;
     std::unordered_map<std::string, uint32_t> m_typeIndex;
     std::vector<std::vector<uint32_t>> m_byType;  // by type number
-    std::unordered_set<uint64_t> m_pairs;         // type number << 32 | path number
+    std::unordered_set<uint64_t> m_pairs;         // type number << 32 | path number, for long lists
 };
 
 // Where a rebuild takes one application directory's applications from, and
@@ -67,6 +70,25 @@ enum class CacheVerdict { Believed, NotACacheFile, OtherDirectories, OutOfDate, 
 // Reads text, a whole cache file, into map when it was written for exactly
 // the sources given; otherwise says why not (map then unspecified).
 CacheVerdict readCacheText(const std::string& text, const std::string& sources, AvailableMap* map);
+
+// The application lines of a believed cache file, kept as they were read.
+// A fresh process mostly asks for one type or two: finding a type in the
+// text costs a small part of turning every line into a map first.
+class CacheFileLines {
+public:
+    CacheFileLines() = default;
+    // Keeps text when it is a cache file written for exactly sources;
+    // otherwise says why not and keeps nothing.
+    CacheVerdict take(std::string text, const std::string& sources);
+    bool empty() const { return m_begin == m_end; }
+    // What AvailableMap::pathsFor answers once the lines are added to it.
+    std::vector<std::string> pathsFor(const std::string& type, bool all) const;
+    void addTo(AvailableMap* map) const;
+
+private:
+    std::string m_text;
+    size_t m_begin = 0, m_end = 0;  // the application lines
+};
 const char* describe(CacheVerdict verdict);
 
 }  // namespace Vyx::detail

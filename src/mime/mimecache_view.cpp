@@ -255,28 +255,42 @@ bool MimeCacheView::checkMatchlets(uint32_t count, uint32_t first, int depth, st
 
 void MimeCacheView::checkMagic() const
 {
+    // Only the order of the priorities is read for every rule here: a rule's
+    // matchlets are checked when a search first reaches it, which for most
+    // data is one of the first rules.
     m_magicChecked = true;
     uint32_t count = m_bytes.u32At(m_header.magic), first = m_bytes.u32At(uint64_t(m_header.magic) + 8);
     if (!m_bytes.contains(first, uint64_t(count) * 16))
         return;
     m_matchUsable.assign(count, false);
-    std::vector<bool> seen(m_bytes.size() / 4 + 1);
     m_magicSorted = true;
     uint32_t previous = UINT32_MAX;
     for (uint32_t i = 0; i < count; ++i) {
-        uint64_t match = uint64_t(first) + uint64_t(i) * 16;
-        uint32_t priority = m_bytes.u32At(match);
+        uint32_t priority = m_bytes.u32At(uint64_t(first) + uint64_t(i) * 16);
         if (priority > previous)
             m_magicSorted = false;
         previous = priority;
-        m_matchUsable[i] = m_bytes.string(m_bytes.u32At(match + 4)) &&
-                           checkMatchlets(m_bytes.u32At(match + 8), m_bytes.u32At(match + 12), 0, &seen);
+    }
+}
+
+void MimeCacheView::checkMatchesUpTo(uint32_t index) const
+{
+    // Checked in file order, as far as asked: a matchlet claimed by an
+    // earlier rule is refused to a later one whichever rule is asked first.
+    if (m_matchSeen.empty())
+        m_matchSeen.assign(m_bytes.size() / 4 + 1, false);
+    const uint64_t first = m_bytes.u32At(uint64_t(m_header.magic) + 8);
+    for (; m_matchesChecked <= index; ++m_matchesChecked) {
+        uint64_t match = first + uint64_t(m_matchesChecked) * 16;
+        m_matchUsable[m_matchesChecked] =
+            m_bytes.string(m_bytes.u32At(match + 4)) &&
+            checkMatchlets(m_bytes.u32At(match + 8), m_bytes.u32At(match + 12), 0, &m_matchSeen);
     }
 }
 
 bool MimeCacheView::matchletMatches(uint64_t m, const unsigned char* data, size_t length) const
 {
-    // Checked by checkMagic(): the matchlet, its value and mask and its
+    // Checked by checkMatchesUpTo(): the matchlet, its value and mask and its
     // children lie inside the bytes.
     const uint32_t start = m_bytes.u32At(m), range = std::max<uint32_t>(m_bytes.u32At(m + 4), 1),
                    wordSize = m_bytes.u32At(m + 8), size = m_bytes.u32At(m + 12);
@@ -336,11 +350,13 @@ const char* MimeCacheView::matchMagic(const unsigned char* data, size_t length, 
     const char* best = nullptr;
     int bestPriority = -1;
     for (uint32_t i = 0; i < m_matchUsable.size(); ++i) {
-        if (!m_matchUsable[i])
-            continue;
         uint64_t match = first + uint64_t(i) * 16;
         int rulePriority = int(std::min<uint32_t>(m_bytes.u32At(match), 100));
         if (rulePriority <= bestPriority)
+            continue;
+        if (i >= m_matchesChecked)
+            checkMatchesUpTo(i);
+        if (!m_matchUsable[i])
             continue;
         uint32_t count = m_bytes.u32At(match + 8), firstMatchlet = m_bytes.u32At(match + 12);
         for (uint32_t j = 0; j < count; ++j) {

@@ -92,8 +92,11 @@ private:
     // characters before end, last first.
     void walkSuffix(const SuffixWalk& walk, uint32_t count, uint32_t first, const char* end, int depth) const;
     bool matchletMatches(uint64_t matchlet, const unsigned char* data, size_t length) const;
-    // Checks once that the magic rules form a tree inside the file.
+    // Reads once how the magic rules are ordered.
     void checkMagic() const;
+    // Finds out whether the rules up to index, in file order, form trees
+    // inside the file.
+    void checkMatchesUpTo(uint32_t index) const;
     bool checkMatchlets(uint32_t count, uint32_t first, int depth, std::vector<bool>* seen) const;
     bool listSorted(uint32_t list, uint32_t entrySize) const;
 
@@ -102,6 +105,8 @@ private:
     mutable bool m_magicChecked = false;
     mutable bool m_magicSorted = false;       // matches by descending priority
     mutable std::vector<bool> m_matchUsable;  // per magic match: inside the file, no loops
+    mutable uint32_t m_matchesChecked = 0;    // m_matchUsable is known below this
+    mutable std::vector<bool> m_matchSeen;    // matchlets claimed by the rules checked
     mutable int m_parentsSorted = -1;         // -1 not yet known
 };
 

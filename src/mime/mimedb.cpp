@@ -5,11 +5,13 @@
 #include "mime/mimedb_p.h"
 
 #include "mime/mimetext_p.h"
+#include "core/uniquefd_p.h"
 #include "vyxstrings.h"
 
 #include <algorithm>
 #include <cctype>
 #include <cstring>
+#include <fcntl.h>
 #include <sys/stat.h>
 
 namespace Vyx::detail {
@@ -25,12 +27,10 @@ long long modified(const std::string& path)
     return stat(path.c_str(), &st) == 0 ? static_cast<long long>(st.st_mtime) : -1;
 }
 
-// A mime.cache is trusted only when no text file it was made from is newer.
-bool cacheIsFresh(const std::string& dir)
+// A mime.cache modified at cache is trusted only when no text file it was
+// made from is newer.
+bool cacheIsFresh(const std::string& dir, long long cache)
 {
-    long long cache = modified(dir + "/mime.cache");
-    if (cache < 0)
-        return false;
     // "globs" counts only where there is no "globs2": the text reader
     // would not look at it either.
     long long globs2 = modified(dir + "/globs2");
@@ -59,7 +59,7 @@ MimeDatabase::~MimeDatabase() = default;
 void MimeDatabase::load(const std::vector<std::string>& mimeDirs)
 {
     for (const std::string& dir : mimeDirs) {
-        if (cacheIsFresh(dir) && addCache(dir + "/mime.cache"))
+        if (addCacheIfFresh(dir))
             continue;
         struct stat st;
         if (stat(dir.c_str(), &st) != 0 || !S_ISDIR(st.st_mode))
@@ -74,6 +74,24 @@ bool MimeDatabase::addCache(const std::string& path)
 {
     std::unique_ptr<Source> source(new Source);
     if (!source->file.open(path) || !source->view.open(source->file.view()))
+        return false;
+    add(std::move(source));
+    return true;
+}
+
+bool MimeDatabase::addCacheIfFresh(const std::string& dir)
+{
+    // One descriptor gives the cache's time and its bytes: a first answer
+    // in a new process costs little more than these few calls. Not blocking
+    // on a FIFO planted under the name; anything but a regular file is no
+    // cache.
+    UniqueFd fd(::open((dir + "/mime.cache").c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+    struct stat st;
+    if (!fd || fstat(fd.get(), &st) != 0 || !S_ISREG(st.st_mode) ||
+        !cacheIsFresh(dir, static_cast<long long>(st.st_mtime)))
+        return false;
+    std::unique_ptr<Source> source(new Source);
+    if (!source->file.map(fd.get(), st) || !source->view.open(source->file.view()))
         return false;
     add(std::move(source));
     return true;

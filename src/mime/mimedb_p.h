@@ -30,6 +30,9 @@ public:
     // mime.cache file (false, and nothing added, when it is not one), or
     // rules read from text files.
     bool addCache(const std::string& path);
+    // The directory's mime.cache, when it is a regular file no text file
+    // of dir is newer than.
+    bool addCacheIfFresh(const std::string& dir);
     void addRules(const MimeTextRules& rules);
 
     // The best matches of fileName's last component, aliases resolved, in

@@ -459,6 +459,34 @@ TEST(DefaultAppsCache, NoApplicationIsLostWhenAnotherDirectoryChanges)
 // A directory of 10,000 applications, and four processes that rebuild the
 // cache at once: every reader sees no file or one complete file, never a
 // mix, and what is left is believed by the next process.
+// The first questions of a process are answered from the cache file's text,
+// later ones from a map made of it: both read the lines alike, however
+// the types hide in paths, in longer types or behind other separators.
+TEST(DefaultAppsCache, TextAndMapAnswersAgree)
+{
+    TempHome world;
+    std::string dir = world.path("usr/share/applications");
+    app(world, "usr/share/applications/editor.desktop", "text/plain;");
+    updateDatabase(dir);
+    std::string cache = world.path("run") + "/.vyx-mime-desktop.tbl";
+    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [] { GetDesktopEntryPathForMime("text/plain", kAll); }));
+    std::string text = vyxtest::readFile(cache);
+    text.insert(text.find("[Applications]\n") + 15,
+                "/p/text/plain=image/png\n/q.desktop=text/plainer;x=text/plain\n/r.desktop=,text/plain,\n"
+                "/r.desktop=text/plain\nno separator text/plain\n=image/png;text/plain\n");
+    world.writeFile("run/.vyx-mime-desktop.tbl", text);
+    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+        for (int round = 0; round < 4; ++round) {
+            EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), (Strings{"/r.desktop", "", dir + "/editor.desktop"}));
+            EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst), Strings{"/r.desktop"});
+            EXPECT_EQ(GetDesktopEntryPathForMime("x=text/plain", kAll), Strings{"/q.desktop"});
+            EXPECT_EQ(GetDesktopEntryPathForMime("image/png", kAll), (Strings{"/p/text/plain", ""}));
+            EXPECT_TRUE(GetDesktopEntryPathForMime("text/plain;image/png", kAll).empty());
+        }
+        EXPECT_TRUE(GetMimeCacheUse().read);
+    }));
+}
+
 TEST(DefaultAppsCache, ManyApplicationsAndRebuildsAtOnce)
 {
     TempHome world;

@@ -182,6 +182,7 @@ TEST(DefaultApps, AliasesWidenTheLookup)
     const char aliases[] = "# comment\n!x\n\napplication/x-foo application/foo\napplication/x-foo2\t\tapplication/foo\n"
                            "noseparator\napplication/x-bar application/bar\n"
                            "application/x-foo3 application/foo \r\nlonely \t\n";
+    world.writeFile("usr/share/mime/aliases", aliases);  // where the MIME database reads it
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world, aliases), [&] {
         EXPECT_EQ(GetMimeAliases("application/foo"),
                   (Strings{"application/x-foo", "application/x-foo2", "application/x-foo3"}));

@@ -166,7 +166,7 @@ void BM_FirstMimeAnswer(benchmark::State& state)
         state.SkipWithError("no corpus: set VYX_COLDSTART_DIR (scripts/coldstart-peers.sh)");
         return;
     }
-    std::vector<std::string> ours{self(), "--child", "mime", ""}, peer{peerProgram("content_type_gio"), "cold", ""};
+    std::vector<std::string> ours {self(), "--child", "mime", ""}, peer {peerProgram("content_type_gio"), "cold", ""};
     pairUp(
         state,
         [&](int k) {
@@ -229,8 +229,8 @@ void firstApplication(benchmark::State& state, const char* how, bool withCacheFi
         state.SkipWithError("no tree: set VYX_COLDSTART_DIR (scripts/coldstart-peers.sh)");
         return;
     }
-    std::vector<std::string> ours{self(), "--child", how, "text/plain"},
-        peer{peerProgram("default_app_gio"), "cold", "default", "text/plain"};
+    std::vector<std::string> ours {self(), "--child", how, "text/plain"},
+        peer {peerProgram("default_app_gio"), "cold", "default", "text/plain"};
     if (withCacheFile)
         runForMicros(ours);  // writes the file
     pairUp(
@@ -249,23 +249,31 @@ void BM_FirstDefaultApplicationWithoutCacheFile(benchmark::State& state)
 {
     firstApplication(state, "installed", false);
 }
-BENCHMARK(BM_FirstDefaultApplicationWithoutCacheFile)->UseManualTime()->Iterations(kSamples)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_FirstDefaultApplicationWithoutCacheFile)
+    ->UseManualTime()
+    ->Iterations(kSamples)
+    ->Unit(benchmark::kMicrosecond);
 
 void BM_FirstDefaultApplicationWithCacheFile(benchmark::State& state)
 {
     firstApplication(state, "installed", true);
 }
-BENCHMARK(BM_FirstDefaultApplicationWithCacheFile)->UseManualTime()->Iterations(kSamples)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_FirstDefaultApplicationWithCacheFile)
+    ->UseManualTime()
+    ->Iterations(kSamples)
+    ->Unit(benchmark::kMicrosecond);
 
 void BM_FirstPreferredApplicationsWithCacheFile(benchmark::State& state)
 {
     firstApplication(state, "preferred", true);
 }
-BENCHMARK(BM_FirstPreferredApplicationsWithCacheFile)->UseManualTime()->Iterations(kSamples)->Unit(benchmark::kMicrosecond);
+BENCHMARK(BM_FirstPreferredApplicationsWithCacheFile)
+    ->UseManualTime()
+    ->Iterations(kSamples)
+    ->Unit(benchmark::kMicrosecond);
 
 // The time of call in this process, by the chosen clock, in microseconds.
-template <typename Call>
-double timeOf(Call call)
+template <typename Call> double timeOf(Call call)
 {
     const clockid_t clock = wallClock() ? CLOCK_MONOTONIC : CLOCK_PROCESS_CPUTIME_ID;
     timespec start, end;

@@ -44,8 +44,8 @@ std::string syntheticEntry(int n)
     translated("Keywords", "alpha;beta;gamma" + std::to_string(n % 13) + ";");
     text += "Exec=app" + std::to_string(n) + " %U\nIcon=app-" + std::to_string(n % 50) +
             "\nTerminal=false\nStartupNotify=true\nCategories=Utility;Development;\n"
-            "MimeType=text/plain;text/x-c;application/x-app" + std::to_string(n) +
-            ";\nActions=new;open;settings;\nX-Vendor-Tag=" + std::to_string(n) + "\n";
+            "MimeType=text/plain;text/x-c;application/x-app" +
+            std::to_string(n) + ";\nActions=new;open;settings;\nX-Vendor-Tag=" + std::to_string(n) + "\n";
     for (const char* action : {"new", "open", "settings"}) {
         text += std::string("\n[Desktop Action ") + action + "]\n";
         translated("Name", std::string("Action ") + action);
@@ -96,8 +96,7 @@ void BM_DesktopEntryLoad(benchmark::State& state)
 BENCHMARK(BM_DesktopEntryLoad)->Unit(benchmark::kMicrosecond);
 
 // Calls load(path) once per iteration, cycling through the corpus.
-template <typename Load>
-void eachFile(benchmark::State& state, Load load)
+template <typename Load> void eachFile(benchmark::State& state, Load load)
 {
     const std::vector<std::string>& files = corpus();
     size_t next = 0;

@@ -32,7 +32,7 @@ struct Tree {
 
 const std::string& tree()
 {
-    static const Tree made{[] {
+    static const Tree made {[] {
         char templ[] = "/tmp/vyxcore-bench-XXXXXX";
         std::string dir = mkdtemp(templ);
         int file = 0;

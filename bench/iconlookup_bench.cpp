@@ -85,10 +85,22 @@ void lookups(benchmark::State& state, bool fallback, bool repeat)
     }
 }
 
-void BM_FirstFound(benchmark::State& state) { lookups(state, false, false); }
-void BM_FirstFallback(benchmark::State& state) { lookups(state, true, false); }
-void BM_RepeatFound(benchmark::State& state) { lookups(state, false, true); }
-void BM_RepeatFallback(benchmark::State& state) { lookups(state, true, true); }
+void BM_FirstFound(benchmark::State& state)
+{
+    lookups(state, false, false);
+}
+void BM_FirstFallback(benchmark::State& state)
+{
+    lookups(state, true, false);
+}
+void BM_RepeatFound(benchmark::State& state)
+{
+    lookups(state, false, true);
+}
+void BM_RepeatFallback(benchmark::State& state)
+{
+    lookups(state, true, true);
+}
 
 BENCHMARK(BM_FirstFound)->Arg(16)->Arg(48)->Arg(256)->UseManualTime()->Iterations(3)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_FirstFallback)->Arg(16)->Arg(48)->Arg(256)->UseManualTime()->Iterations(3)->Unit(benchmark::kMicrosecond);

@@ -37,8 +37,7 @@ void BM_IndexReadFile(benchmark::State& state)
 BENCHMARK(BM_IndexReadFile)->Unit(benchmark::kMicrosecond);
 
 // The load alone.
-template <typename Ini>
-void loadIndex(benchmark::State& state)
+template <typename Ini> void loadIndex(benchmark::State& state)
 {
     const std::string file = indexFile();
     for (auto _ : state) {
@@ -47,8 +46,14 @@ void loadIndex(benchmark::State& state)
     }
 }
 
-void BM_IndexLoadIniReader(benchmark::State& state) { loadIndex<Vyx::detail::IniReader>(state); }
-void BM_IndexLoadIniDocument(benchmark::State& state) { loadIndex<Vyx::detail::IniDocument>(state); }
+void BM_IndexLoadIniReader(benchmark::State& state)
+{
+    loadIndex<Vyx::detail::IniReader>(state);
+}
+void BM_IndexLoadIniDocument(benchmark::State& state)
+{
+    loadIndex<Vyx::detail::IniDocument>(state);
+}
 BENCHMARK(BM_IndexLoadIniReader)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_IndexLoadIniDocument)->Unit(benchmark::kMicrosecond);
 

@@ -99,8 +99,7 @@ const std::vector<std::string>& queryTypes()
 // time is the child's processor time (user and system): on a machine shared
 // with other work, its wall time measures the neighbours more than the call.
 // The wall time is kept beside it as a counter.
-template <typename Call>
-void timeInChild(benchmark::State& state, Call call)
+template <typename Call> void timeInChild(benchmark::State& state, Call call)
 {
     double wallTotal = 0;
     for (auto _ : state) {

@@ -32,7 +32,7 @@ namespace {
 
 constexpr int kFiles = 1000, kDirs = 100;
 
-std::string g_root;     // the scratch tree, removed at exit
+std::string g_root;  // the scratch tree, removed at exit
 std::string g_sources;  // where the objects to trash are made
 
 using Clock = std::chrono::steady_clock;
@@ -48,8 +48,14 @@ void writeFile(const std::string& path, size_t size)
     close(fd);
 }
 
-std::string filePath(int i) { return Vyx::concat(g_sources, "/f", i, ".txt"); }
-std::string dirPath(int i) { return Vyx::concat(g_sources, "/d", i); }
+std::string filePath(int i)
+{
+    return Vyx::concat(g_sources, "/f", i, ".txt");
+}
+std::string dirPath(int i)
+{
+    return Vyx::concat(g_sources, "/d", i);
+}
 
 void makeFiles()
 {
@@ -161,8 +167,14 @@ void sizeOfTrash(benchmark::State& state, bool cached)
         state.SetIterationTime(elapsed.count() / (kFiles + kDirs));
     }
 }
-void BM_SizeMeasured(benchmark::State& state) { sizeOfTrash(state, false); }
-void BM_SizeCached(benchmark::State& state) { sizeOfTrash(state, true); }
+void BM_SizeMeasured(benchmark::State& state)
+{
+    sizeOfTrash(state, false);
+}
+void BM_SizeCached(benchmark::State& state)
+{
+    sizeOfTrash(state, true);
+}
 BENCHMARK(BM_SizeMeasured)->UseManualTime()->Iterations(5)->Unit(benchmark::kMicrosecond);
 BENCHMARK(BM_SizeCached)->UseManualTime()->Iterations(5)->Unit(benchmark::kMicrosecond);
 

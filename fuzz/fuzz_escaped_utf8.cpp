@@ -39,8 +39,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     std::string encoded = Vyx::encodedUrl(text);
     if (encoded != text) {
         std::unique_ptr<unsigned char[]> back(new unsigned char[encoded.size() + 1]);
-        if (Vyx::isEscapedUtf8(bytes(encoded), back.get()) != Vyx::isValidUtf8(bytes(text))
-            || text != reinterpret_cast<char*>(back.get()))
+        if (Vyx::isEscapedUtf8(bytes(encoded), back.get()) != Vyx::isValidUtf8(bytes(text)) ||
+            text != reinterpret_cast<char*>(back.get()))
             abort();
     }
     return 0;

@@ -5,8 +5,8 @@
 // ExecFormatString::toString with arbitrary formats and values.
 #include <vyxdesktopentry.h>
 
-#include <cstdint>
 #include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <vector>

@@ -92,7 +92,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     VyxIconCacheGtkReader reader(theme);
     // A theme's file listing walks the whole cache (its subdirectories are
     // older than it, so the listing takes them from the cache).
-    Vyx::detail::IconCacheSource source{&reader, theme};
+    Vyx::detail::IconCacheSource source {&reader, theme};
     std::vector<std::string> dirs;
     for (const char* sub : kSubdirs)
         dirs.push_back(theme + "/" + sub);

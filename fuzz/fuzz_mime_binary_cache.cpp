@@ -22,8 +22,10 @@ namespace {
 std::string wellFormed()
 {
     Vyx::detail::MimeTextRules rules;
-    rules.globs = {{"*.tar.gz", "application/x-tgz", 50, false}, {"*.C", "text/x-cpp", 60, true},
-                   {"Makefile", "text/x-make", 50, false},      {"img-*.dat", "image/x-dat", 40, false},
+    rules.globs = {{"*.tar.gz", "application/x-tgz", 50, false},
+                   {"*.C", "text/x-cpp", 60, true},
+                   {"Makefile", "text/x-make", 50, false},
+                   {"img-*.dat", "image/x-dat", 40, false},
                    {"*.é", "text/x-accent", 50, false}};
     rules.noGlobs = {"text/x-gone"};
     Vyx::detail::Matchlet child;

@@ -33,7 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     Vyx::detail::CacheFileLines kept;
     if (kept.take(sources + "[Applications]\n" + text + "\n[End]\n", sources) != Vyx::detail::CacheVerdict::Believed)
         abort();
-    std::vector<std::string> types{"text/plain", "", "a;b", "=", text.substr(0, 8)};
+    std::vector<std::string> types {"text/plain", "", "a;b", "=", text.substr(0, 8)};
     for (size_t start = 0, n = 0; start < text.size() && n < 16; ++n) {
         size_t end = text.find_first_of("=;,\n", start);
         types.push_back(text.substr(start, end == std::string::npos ? std::string::npos : end - start));

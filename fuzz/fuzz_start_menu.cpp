@@ -33,8 +33,8 @@ void writeFile(const std::string& relative, const std::string& content)
 const char* const kFiles[] = {"/home/.vyx/startmenu/.directory", "/home/.vyx/startmenu/Work/.directory",
                               "/home/.vyx/startmenu/Work/item.desktop", "/data/applications/Games/.directory",
                               "/data/applications/app.desktop"};
-const char* const kDirs[] = {"/home", "/home/.vyx", "/home/.vyx/startmenu", "/home/.vyx/startmenu/Work", "/data",
-                             "/data/applications", "/data/applications/Games", "/shared"};
+const char* const kDirs[] = {"/home", "/home/.vyx",         "/home/.vyx/startmenu",     "/home/.vyx/startmenu/Work",
+                             "/data", "/data/applications", "/data/applications/Games", "/shared"};
 
 void cleanUp()
 {

@@ -27,8 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         if (entry.second.size < 0 || entry.first.find('\n') != std::string::npos)
             abort();
         char numbers[64];
-        std::snprintf(numbers, sizeof numbers, "%" PRId64 " %" PRId64 " ", entry.second.size,
-                      entry.second.recordTime);
+        std::snprintf(numbers, sizeof numbers, "%" PRId64 " %" PRId64 " ", entry.second.size, entry.second.recordTime);
         std::string name;
         Vyx::detail::CachedDirSize again;
         if (!Vyx::detail::parseSizeCacheLine(numbers + entry.first, &name, &again) || name != entry.first ||

@@ -13,7 +13,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
 {
-    static const char* const types[] = {"DESKTOP", "DOCUMENTS", "DOWNLOAD", "MUSIC",
+    static const char* const types[] = {"DESKTOP",  "DOCUMENTS",   "DOWNLOAD",  "MUSIC",
                                         "PICTURES", "PUBLICSHARE", "TEMPLATES", "VIDEOS"};
     if (size < 1)
         return 0;

@@ -26,8 +26,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
             return;
         // Without quotes or escapes a message is the line without its blanks.
         const char blanks[] = " \t\n";
-        if (text != line.substr(line.find_first_not_of(blanks), line.find_last_not_of(blanks) -
-                                                                     line.find_first_not_of(blanks) + 1))
+        if (text != line.substr(line.find_first_not_of(blanks),
+                                line.find_last_not_of(blanks) - line.find_first_not_of(blanks) + 1))
             abort();
     });
     std::fclose(file);

@@ -57,7 +57,8 @@ inline std::string iniDifference(const char* data, size_t size)
         for (size_t k = 0; k < fields.size(); ++k) {
             const auto& [key, value] = expected[k];
             const IniField& field = fields[k];
-            if (std::string(key) != std::string(field.key, field.keyLength) || std::strlen(field.key) != field.keyLength)
+            if (std::string(key) != std::string(field.key, field.keyLength) ||
+                std::strlen(field.key) != field.keyLength)
                 return where + ": key " + std::to_string(k) + " '" + key + "' != '" + field.key + "'";
             if (std::string(value) != std::string(field.value, field.valueLength) ||
                 std::strlen(field.value) != field.valueLength)

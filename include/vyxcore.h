@@ -15,19 +15,19 @@
 /// putenv, unsetenv) while another uses the library; and ResetVyxDirs() must
 /// not run while another thread uses the library (see vyxdirs.h).
 
-#include "vyxexport.h"
-#include "vyxstrings.h"
-#include "vyxdirs.h"
-#include "vyxfileutils.h"
 #include "vyxcmdline.h"
 #include "vyxdesktopentry.h"
-#include "vyxmime.h"
-#include "vyxicontheme.h"
-#include "vyxsoundtheme.h"
+#include "vyxdirs.h"
 #include "vyxdisplay.h"
+#include "vyxexport.h"
+#include "vyxfileutils.h"
+#include "vyxicontheme.h"
+#include "vyxmime.h"
 #include "vyxsession.h"
+#include "vyxsoundtheme.h"
 #include "vyxstartmenu.h"
-#include "vyxtrash.h"
+#include "vyxstrings.h"
 #include "vyxsystem.h"
+#include "vyxtrash.h"
 
 #endif

@@ -133,8 +133,8 @@ VYX_EXPORT double QueryDPI(Display* dpy, int screen, Window root);
 /// missing file could not be created or the replacement failed (with a
 /// message). Two threads or processes editing one file at once may lose one
 /// of the two changes; the file is never torn.
-VYX_EXPORT bool setXrdbParameterInFile(const char* file, const char* name, const char* separator,
-                                       const char* value, Vyx::tagged_bool<ApllyByXrdb_tag> applyByXrdb);
+VYX_EXPORT bool setXrdbParameterInFile(const char* file, const char* name, const char* separator, const char* value,
+                                       Vyx::tagged_bool<ApllyByXrdb_tag> applyByXrdb);
 
 // ---- Input devices ----------------------------------------------------------
 

@@ -89,12 +89,12 @@ VYX_EXPORT int64_t vyxSizeOfPath(const char* path);
 /// first - 1 for the bare name, or ("", -1) when every number is taken.
 /// Nothing is created: two threads or processes asking at once may get the
 /// same path, so create it with O_EXCL and ask again when that fails.
-VYX_EXPORT std::pair<std::string, int> MakeNewNumberedPath(const char* dir, const char* name, const char* ext,
-                                                           bool space, bool parentheses, int first, int end,
-                                                           Vyx::tagged_bool<DeleteAndReuseIfNotBusy_tag> deleteAndReuse);
+VYX_EXPORT std::pair<std::string, int> MakeNewNumberedPath(
+    const char* dir, const char* name, const char* ext, bool space, bool parentheses, int first, int end,
+    Vyx::tagged_bool<DeleteAndReuseIfNotBusy_tag> deleteAndReuse);
 /// The same with no space, no parentheses and the numbers 0 to 1023.
-VYX_EXPORT std::pair<std::string, int> MakeNewNumberedPath(const char* dir, const char* name, const char* ext,
-                                                           Vyx::tagged_bool<DeleteAndReuseIfNotBusy_tag> deleteAndReuse);
+VYX_EXPORT std::pair<std::string, int> MakeNewNumberedPath(
+    const char* dir, const char* name, const char* ext, Vyx::tagged_bool<DeleteAndReuseIfNotBusy_tag> deleteAndReuse);
 
 /// The canonical absolute path of path (after ExtractPathName); empty when it
 /// cannot be resolved or, with checkExists, does not exist.

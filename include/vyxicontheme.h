@@ -326,7 +326,7 @@ private:
     ///@{
     /// Cleared by a failing lookup while other threads may be looking up:
     /// they then answer nothing, never read a torn flag.
-    std::atomic<bool> m_valid{false};
+    std::atomic<bool> m_valid {false};
     std::string m_cachePath;
     std::unique_ptr<Vyx::detail::MappedFile> m_file;  ///< owns the mapping
     ///@}

@@ -42,10 +42,10 @@ VYX_EXPORT std::vector<VyxDesktopEntry> GetDesktopEntryForMime(const char* mime,
 /// What the lookups above did with the user's cache file of installed
 /// applications when they last loaded their map in this process.
 struct VyxMimeCacheUse {
-    std::string path;      ///< the file; empty when the user has no private place for one
-    bool read = false;     ///< the map was read from it
+    std::string path;  ///< the file; empty when the user has no private place for one
+    bool read = false;  ///< the map was read from it
     bool written = false;  ///< the map was built from the application directories and saved in it
-    std::string ignored;   ///< why a file that was there was not believed; empty when it was, or was missing
+    std::string ignored;  ///< why a file that was there was not believed; empty when it was, or was missing
 };
 /// Loads the map first when it is not current; never fails.
 VYX_EXPORT VyxMimeCacheUse GetMimeCacheUse();
@@ -70,11 +70,11 @@ VYX_EXPORT std::vector<std::string> GetAssignedIconForMime(const char* mime, Vyx
 
 /// One application for a MIME type, and what put it in the list.
 struct VyxMimeApp {
-    std::string id;      ///< desktop-file id, "org.example.Viewer.desktop"
-    std::string path;    ///< its desktop file
-    std::string type;    ///< the type it answers for: the one asked, an alias or a parent
+    std::string id;  ///< desktop-file id, "org.example.Viewer.desktop"
+    std::string path;  ///< its desktop file
+    std::string type;  ///< the type it answers for: the one asked, an alias or a parent
     std::string source;  ///< the mimeapps.list that named it; empty for an installed one
-    std::string group;   ///< "Default Applications", "Added Associations" or "installed"
+    std::string group;  ///< "Default Applications", "Added Associations" or "installed"
 };
 
 /// The applications that open mime, most preferred first. Each
@@ -166,7 +166,6 @@ VYX_EXPORT void xdg_mime_shutdown(void);
 VYX_EXPORT void xdg_mime_lock(void);
 VYX_EXPORT void xdg_mime_unlock(void);
 ///@}
-
 }
 
 #endif

@@ -23,7 +23,7 @@
 #include <vector>
 
 /// Flag of CreateStartMenu: keep folders that end up with no application.
-struct IncludeEmptyFolders_tag {};
+struct IncludeEmptyFolders_tag { };
 
 /// One folder of the start menu. A value that owns its subfolders and its
 /// applications; movable, not copyable (it holds desktop entries).

@@ -23,28 +23,28 @@
 #include <vector>
 
 /// Flag tags: each makes Vyx::tagged_bool<Tag> a parameter type of its own.
-struct AdminOnly_tag {};
-struct AllDesktopEntries_tag {};
-struct AllDevices_tag {};
-struct AllIcons_tag {};
-struct ApllyByXrdb_tag {};  ///< spelt so on purpose: the name is part of the interface
-struct BlockingCall_tag {};
-struct CheckExists_tag {};
-struct DeleteAndReuseIfNotBusy_tag {};
-struct DeleteIfDisabled_tag {};
-struct DirPathOnly_tag {};
-struct FileNamesOnly_tag {};
-struct FilesOnly_tag {};
-struct ForceCheck_tag {};
-struct ForceLoad_tag {};
-struct IgnoreDotDirectoryFile_tag {};
-struct InsideOnly_tag {};
-struct KeepDotDirectoryFile_tag {};
-struct LockRead_tag {};
-struct ProgsOnly_tag {};
-struct SaveEmptyFields_tag {};
-struct SetInXrdb_tag {};
-struct UpdateOnly_tag {};
+struct AdminOnly_tag { };
+struct AllDesktopEntries_tag { };
+struct AllDevices_tag { };
+struct AllIcons_tag { };
+struct ApllyByXrdb_tag { };  ///< spelt so on purpose: the name is part of the interface
+struct BlockingCall_tag { };
+struct CheckExists_tag { };
+struct DeleteAndReuseIfNotBusy_tag { };
+struct DeleteIfDisabled_tag { };
+struct DirPathOnly_tag { };
+struct FileNamesOnly_tag { };
+struct FilesOnly_tag { };
+struct ForceCheck_tag { };
+struct ForceLoad_tag { };
+struct IgnoreDotDirectoryFile_tag { };
+struct InsideOnly_tag { };
+struct KeepDotDirectoryFile_tag { };
+struct LockRead_tag { };
+struct ProgsOnly_tag { };
+struct SaveEmptyFields_tag { };
+struct SetInXrdb_tag { };
+struct UpdateOnly_tag { };
 
 namespace Vyx {
 
@@ -52,14 +52,12 @@ namespace tagged_bool_ns {
 
 /// A bool that can only be made explicitly, so that a call site spells out
 /// every flag and two flags of different meaning cannot be swapped.
-template <typename Tag>
-class tagged_bool {
+template <typename Tag> class tagged_bool {
 public:
     /// The flag with the given value; only ever made explicitly.
-    constexpr explicit tagged_bool(bool value) : m_value(value) {}
+    constexpr explicit tagged_bool(bool value) : m_value(value) { }
     /// Anything else (ints, pointers, flags of another tag) is refused.
-    template <typename Other>
-    tagged_bool(Other) = delete;
+    template <typename Other> tagged_bool(Other) = delete;
 
     ///@{
     /// The flag's value, and its negation.
@@ -74,8 +72,7 @@ private:
 }  // namespace tagged_bool_ns
 
 /// The name callers write: Vyx::tagged_bool<FilesOnly_tag>(true).
-template <typename Tag>
-using tagged_bool = tagged_bool_ns::tagged_bool<Tag>;
+template <typename Tag> using tagged_bool = tagged_bool_ns::tagged_bool<Tag>;
 
 // --- comparison and search -------------------------------------------------
 
@@ -186,13 +183,12 @@ VYX_EXPORT std::string section(const std::string& text, char separator, int n);
 
 namespace Impl {
 
-inline void append(std::string&) {}
+inline void append(std::string&) { }
 
 /// Appends first to out, then the rest: C strings and character arrays as
 /// text (a null const char* is skipped), strings as they are, a char as one
 /// byte, other arithmetic values in decimal.
-template <typename First, typename... Rest>
-void append(std::string& out, const First& first, const Rest&... rest)
+template <typename First, typename... Rest> void append(std::string& out, const First& first, const Rest&... rest)
 {
     using T = std::decay_t<First>;
     if constexpr (std::is_array_v<First>) {
@@ -213,8 +209,7 @@ void append(std::string& out, const First& first, const Rest&... rest)
 }  // namespace Impl
 
 /// A new string made of the arguments in order (see Impl::append).
-template <typename... Args>
-std::string concat(const Args&... args)
+template <typename... Args> std::string concat(const Args&... args)
 {
     std::string out;
     Impl::append(out, args...);

@@ -79,7 +79,9 @@ std::string cacheUseText(const VyxMimeCacheUse& use)
 {
     if (use.path.empty())
         return "none: no private directory for one";
-    std::string text = use.path + (use.read ? " (read)" : use.written ? " (rebuilt and written)" : " (rebuilt, not written)");
+    std::string text = use.path + (use.read      ? " (read)"
+                                   : use.written ? " (rebuilt and written)"
+                                                 : " (rebuilt, not written)");
     if (!use.ignored.empty())
         text += "; the file there was ignored: " + use.ignored;
     return text;
@@ -115,15 +117,17 @@ int runApps(const CommonOptions& options)
             JsonObject item;
             item.addString("name", entry.localNameOrFallback()).addString("id", id).addString("path", entry.filePath());
             if (all)
-                item.addBool("displayable", displayable).addInt("displayable_code", shown)
-                    .addBool("suitable", suitable).addInt("suitable_code", usable);
+                item.addBool("displayable", displayable)
+                    .addInt("displayable_code", shown)
+                    .addBool("suitable", suitable)
+                    .addInt("suitable_code", usable);
             json.push_back(item.str());
         } else {
             std::string line = id + "  " + entry.filePath();
             if (all && !(displayable && suitable))
                 line += "  [" + std::string(displayable ? "" : "not shown " + std::to_string(shown)) +
-                        (displayable || suitable ? "" : ", ") + (suitable ? "" : "not usable " + std::to_string(usable)) +
-                        "]";
+                        (displayable || suitable ? "" : ", ") +
+                        (suitable ? "" : "not usable " + std::to_string(usable)) + "]";
             rows.emplace_back(entry.localNameOrFallback(), line);
         }
     }
@@ -150,8 +154,12 @@ int runDefault(const CommonOptions& options)
     }
     VyxMimeCacheUse use = GetMimeCacheUse();
     if (options.json)
-        std::printf("%s\n", JsonObject().addString("type", type).add("applications", jsonArray(json))
-                                .add("cache_file", cacheUseJson(use)).str().c_str());
+        std::printf("%s\n", JsonObject()
+                                .addString("type", type)
+                                .add("applications", jsonArray(json))
+                                .add("cache_file", cacheUseJson(use))
+                                .str()
+                                .c_str());
     else if (!paths.empty())
         std::printf("cache file: %s\n", cacheUseText(use).c_str());
     return paths.empty() ? notFound("default", "no installed application opens " + type) : Done;
@@ -164,7 +172,7 @@ int runAssigned(const CommonOptions& options)
     std::vector<VyxDesktopEntry> entries =
         GetAssignedDesktopEntryForMime(type.c_str(), Vyx::tagged_bool<AllDesktopEntries_tag>(all));
     std::vector<std::string> json;
-    std::vector<std::string> types{type};
+    std::vector<std::string> types {type};
     for (const std::string& alias : GetMimeAliases(type.c_str()))
         types.push_back(alias);
     for (const VyxDesktopEntry& entry : entries) {
@@ -175,15 +183,17 @@ int runAssigned(const CommonOptions& options)
                 break;
         }
         if (options.json)
-            json.push_back(JsonObject().addString("path", entry.filePath()).addString("icon", entry.localIconOrFallback())
-                               .addString("source", source).str());
+            json.push_back(JsonObject()
+                               .addString("path", entry.filePath())
+                               .addString("icon", entry.localIconOrFallback())
+                               .addString("source", source)
+                               .str());
         else
             std::printf("%s  (from %s)\n", entry.filePath().c_str(), source.c_str());
     }
     if (options.json)
         std::printf("%s\n", JsonObject().addString("type", type).add("applications", jsonArray(json)).str().c_str());
-    return entries.empty() ? notFound("assigned", "no application is assigned to " + type + " in mimeapps.list")
-                           : Done;
+    return entries.empty() ? notFound("assigned", "no application is assigned to " + type + " in mimeapps.list") : Done;
 }
 
 int runMimeapps(const CommonOptions& options)
@@ -191,9 +201,13 @@ int runMimeapps(const CommonOptions& options)
     std::vector<std::string> lists = GetMimeappsLists();
     std::string writable = GetWritableMimeappsList(), desktop = GetWritableDesktopMimeappsList();
     if (options.json) {
-        std::printf("%s\n", JsonObject().add("lists", jsonStringArray(lists)).addString("writable", writable)
-                                .addString("writable_desktop", desktop).add("cache_file", cacheUseJson(GetMimeCacheUse()))
-                                .str().c_str());
+        std::printf("%s\n", JsonObject()
+                                .add("lists", jsonStringArray(lists))
+                                .addString("writable", writable)
+                                .addString("writable_desktop", desktop)
+                                .add("cache_file", cacheUseJson(GetMimeCacheUse()))
+                                .str()
+                                .c_str());
         return Done;
     }
     std::printf("mimeapps.list files, highest priority first:\n");

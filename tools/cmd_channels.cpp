@@ -22,8 +22,7 @@ void noteMissingDisplay(const char* command)
 {
     const char* display = std::getenv("DISPLAY");
     if (!display || !*display)
-        std::fprintf(stderr, "vyxcore %s: DISPLAY is not set; trying the channel of the empty display name\n",
-                     command);
+        std::fprintf(stderr, "vyxcore %s: DISPLAY is not set; trying the channel of the empty display name\n", command);
 }
 
 }  // namespace

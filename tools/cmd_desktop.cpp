@@ -62,12 +62,9 @@ int runAutostart(const CommonOptions& options)
     const bool enabled = vyxIsAutostartEnabled(name.c_str());
     const std::string path = vyxAutostartEnabledPath(name.c_str());
     if (options.json) {
-        std::printf("%s\n", JsonObject()
-                                .addString("name", name)
-                                .addBool("enabled", enabled)
-                                .addString("file", path)
-                                .str()
-                                .c_str());
+        std::printf(
+            "%s\n",
+            JsonObject().addString("name", name).addBool("enabled", enabled).addString("file", path).str().c_str());
     } else {
         printRows({{"autostart", enabled ? "enabled" : "disabled"}, {"decided by", path.empty() ? "-" : path}});
     }

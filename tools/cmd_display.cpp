@@ -39,8 +39,8 @@ struct DpiFacts {
 bool primaryOutputName(Display* dpy, Window root, std::string* name)
 {
     int opcode = 0, eventBase = 0, errorBase = 0, major = 0, minor = 0;
-    if (!XQueryExtension(dpy, RANDR_NAME, &opcode, &eventBase, &errorBase) ||
-        !XRRQueryVersion(dpy, &major, &minor) || (major == 1 && minor < 3))
+    if (!XQueryExtension(dpy, RANDR_NAME, &opcode, &eventBase, &errorBase) || !XRRQueryVersion(dpy, &major, &minor) ||
+        (major == 1 && minor < 3))
         return false;
     RROutput primary = XRRGetOutputPrimary(dpy, root);
     XRRScreenResources* resources = primary ? XRRGetScreenResourcesCurrent(dpy, root) : nullptr;
@@ -122,15 +122,15 @@ int runDpi(const CommonOptions& options)
                                 .c_str());
         return Done;
     }
-    const std::string size = Vyx::concat(" (", facts.widthPx, 'x', facts.heightPx, " px, ", facts.widthMM, 'x',
-                                         facts.heightMM, " mm)");
+    const std::string size =
+        Vyx::concat(" (", facts.widthPx, 'x', facts.heightPx, " px, ", facts.widthMM, 'x', facts.heightMM, " mm)");
     printRows({
         {"Display", facts.display},
-        {"Screen size", screenKnown ? number(facts.screenX) + " x " + number(facts.screenY) + size
-                                    : "(no size in mm)" + size},
+        {"Screen size",
+         screenKnown ? number(facts.screenX) + " x " + number(facts.screenY) + size : "(no size in mm)" + size},
         {"Xft", facts.xft > 0 ? number(facts.xft) : "(none)"},
         {"RandR primary", facts.randr ? number(facts.randrX) + " x " + number(facts.randrY) : "(unknown)"},
-        {"Primary output", facts.hasPrimary           ? facts.primary
+        {"Primary output", facts.hasPrimary         ? facts.primary
                            : facts.measured.empty() ? std::string("(none)")
                                                     : "(none; " + facts.measured + " would be chosen)"},
         {"DPI", number(facts.dpi)},

@@ -246,8 +246,12 @@ int runExec(const CommonOptions& options)
         format.caption = entry.localNameOrFallback().c_str();
     std::string command = format.toString();
     if (options.json)
-        std::printf("%s\n", JsonObject().addString("file", entry.filePath()).addString("exec", entry.exec())
-                                .addString("command", command).str().c_str());
+        std::printf("%s\n", JsonObject()
+                                .addString("file", entry.filePath())
+                                .addString("exec", entry.exec())
+                                .addString("command", command)
+                                .str()
+                                .c_str());
     else if (!command.empty())
         std::printf("%s\n", command.c_str());
     return command.empty() ? notFound("exec", "no command line from the Exec of " + entry.filePath()) : Done;

@@ -47,8 +47,10 @@ bool sizeOption(const CommonOptions& options, long smallest, long* size)
 void reportNothingFound(const char* command, const VyxIconTheme& theme, const std::string& what)
 {
     if (!theme.isLoaded())
-        std::fprintf(stderr, "vyxcore %s: icon theme %s is not installed; 'vyxcore themes' lists those that are, "
-                             "--theme picks one\n", command, theme.themeName().c_str());
+        std::fprintf(stderr,
+                     "vyxcore %s: icon theme %s is not installed; 'vyxcore themes' lists those that are, "
+                     "--theme picks one\n",
+                     command, theme.themeName().c_str());
     else
         std::fprintf(stderr, "vyxcore %s: no icon for %s in theme %s\n", command, what.c_str(),
                      theme.themeName().c_str());
@@ -146,9 +148,8 @@ int runThemes(const CommonOptions& options)
                                 .c_str());
         return Done;
     }
-    printRows({{"current theme", current},
-               {"tray theme", tray.empty() ? "(none)" : tray},
-               {"search dirs", joined(dirs)}});
+    printRows(
+        {{"current theme", current}, {"tray theme", tray.empty() ? "(none)" : tray}, {"search dirs", joined(dirs)}});
     // A theme installed under several search directories is listed once,
     // with the directory that lookups use.
     std::printf("installed themes:\n");

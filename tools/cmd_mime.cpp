@@ -52,8 +52,12 @@ int runMime(const CommonOptions& options)
         if (!exists)
             std::fprintf(stderr, "vyxcore mime: cannot examine %s\n", file.c_str());
         if (options.json) {
-            json.push_back(JsonObject().addString("file", file).addString("type", type).addString("by_name", byName)
-                               .addString("by_content", byContent).str());
+            json.push_back(JsonObject()
+                               .addString("file", file)
+                               .addString("type", type)
+                               .addString("by_name", byName)
+                               .addString("by_content", byContent)
+                               .str());
         } else if (exists) {
             std::printf("%s: %s  (by name %s, by content %s)\n", file.c_str(), type.c_str(), byName.c_str(),
                         byContent.empty() ? "-" : byContent.c_str());

@@ -27,8 +27,8 @@ std::string schemeOf(const std::string& target)
         return std::string();
     for (size_t i = 0; i < colon; ++i) {
         char c = target[i];
-        bool ok = std::isalpha(static_cast<unsigned char>(c)) || (i && (std::isdigit(static_cast<unsigned char>(c)) ||
-                                                                        c == '+' || c == '-' || c == '.'));
+        bool ok = std::isalpha(static_cast<unsigned char>(c)) ||
+                  (i && (std::isdigit(static_cast<unsigned char>(c)) || c == '+' || c == '-' || c == '.'));
         if (!ok)
             return std::string();
     }
@@ -66,7 +66,8 @@ bool examine(const std::string& given, Target& target)
     target.passed = given;
     for (char& c : scheme)
         c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
-    target.type = scheme == "file" ? xdg_mime_get_mime_type_from_file_name(given.c_str()) : "x-scheme-handler/" + scheme;
+    target.type =
+        scheme == "file" ? xdg_mime_get_mime_type_from_file_name(given.c_str()) : "x-scheme-handler/" + scheme;
     return true;
 }
 
@@ -139,8 +140,12 @@ int runOpen(const CommonOptions& options)
                 }
             }
             if (options.json)
-                json.push_back(JsonObject().addString("application", app).add("types", jsonStringArray(types))
-                                   .add("targets", jsonStringArray(passed)).add("argv", jsonArray(argvs)).str());
+                json.push_back(JsonObject()
+                                   .addString("application", app)
+                                   .add("types", jsonStringArray(types))
+                                   .add("targets", jsonStringArray(passed))
+                                   .add("argv", jsonArray(argvs))
+                                   .str());
             continue;
         }
         std::vector<int> pids;
@@ -172,8 +177,13 @@ int runPrefer(const CommonOptions& options)
         if (app.type != type)
             from += " for " + app.type;
         if (options.json)
-            json.push_back(JsonObject().addString("id", app.id).addString("path", app.path).addString("type", app.type)
-                               .addString("source", app.source).addString("group", app.group).str());
+            json.push_back(JsonObject()
+                               .addString("id", app.id)
+                               .addString("path", app.path)
+                               .addString("type", app.type)
+                               .addString("source", app.source)
+                               .addString("group", app.group)
+                               .str());
         else
             std::printf("%s  %s  (from %s)\n", app.id.c_str(), app.path.c_str(), from.c_str());
     }
@@ -190,8 +200,9 @@ int setDefault(const CommonOptions& options)
         return NothingFound;
     std::string list = GetWritableMimeappsList();
     if (options.json)
-        std::printf("%s\n", JsonObject().addString("type", type).addString("default", id).addString("list", list)
-                                .str().c_str());
+        std::printf(
+            "%s\n",
+            JsonObject().addString("type", type).addString("default", id).addString("list", list).str().c_str());
     else
         std::printf("%s is now the default for %s (in %s)\n", id.c_str(), type.c_str(), list.c_str());
     return Done;

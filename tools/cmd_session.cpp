@@ -16,9 +16,9 @@ namespace tool {
 
 const char* sessionKindName(WhatVyxSession kind)
 {
-    static const char* const names[] = {"UnknownSession",        "FailsafeSession",   "VyxDefaultSession",
-                                        "VyxTabletSession",      "VyxMiniSession",    "VyxMobileSession",
-                                        "VyxWestonSession",      "VyxKioskSession",   "VyxTabletKioskSession"};
+    static const char* const names[] = {"UnknownSession",   "FailsafeSession", "VyxDefaultSession",
+                                        "VyxTabletSession", "VyxMiniSession",  "VyxMobileSession",
+                                        "VyxWestonSession", "VyxKioskSession", "VyxTabletKioskSession"};
     return kind >= 0 && kind <= VyxTabletKioskSession ? names[kind] : "?";
 }
 
@@ -82,7 +82,8 @@ void printJson(const SessionFacts& facts)
         .addBool("remote", facts.remote)
         .addBool("connected", facts.connected);
     if (facts.connected) {
-        out.addInt("desktop", facts.desktop).addString("desktop_name", desktopName(facts.desktop))
+        out.addInt("desktop", facts.desktop)
+            .addString("desktop_name", desktopName(facts.desktop))
             .addBool("nested", facts.nested);
     } else {
         out.add("desktop", "null").add("desktop_name", "null").add("nested", "null");
@@ -101,10 +102,10 @@ void printText(const SessionFacts& facts)
     if (!facts.hasDisplayName) {
         rows.emplace_back("Display", "(none)");
     } else {
-        std::string number = facts.displayNumberError.empty() ? std::to_string(facts.displayNumber)
-                                                              : facts.displayNumberError;
-        rows.emplace_back("Display", facts.displayName + " (number " + number + ", " +
-                                         (facts.remote ? "remote" : "local") + ")");
+        std::string number =
+            facts.displayNumberError.empty() ? std::to_string(facts.displayNumber) : facts.displayNumberError;
+        rows.emplace_back("Display",
+                          facts.displayName + " (number " + number + ", " + (facts.remote ? "remote" : "local") + ")");
     }
     if (facts.connected) {
         rows.emplace_back("Desktop", std::to_string(facts.desktop) + " " + desktopName(facts.desktop));

@@ -18,7 +18,8 @@ int runSplit(const CommonOptions& options)
 {
     const std::string& line = options.positional[0];
     if (line.size() >= CmdLineBufferSize)
-        return usageError("split", "the command line is longer than " + std::to_string(CmdLineBufferSize - 1) + " bytes");
+        return usageError("split",
+                          "the command line is longer than " + std::to_string(CmdLineBufferSize - 1) + " bytes");
 
     std::unique_ptr<char[]> buffer(new char[CmdLineBufferSize]());
     std::memcpy(buffer.get(), line.c_str(), line.size() + 1);

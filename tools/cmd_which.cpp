@@ -16,7 +16,8 @@ int runWhich(const CommonOptions& options)
 {
     std::string path = FindFileInPATH(options.positional[0].c_str());
     if (options.json)
-        std::printf("%s\n", JsonObject().addString("program", options.positional[0]).addString("path", path).str().c_str());
+        std::printf("%s\n",
+                    JsonObject().addString("program", options.positional[0]).addString("path", path).str().c_str());
     else if (!path.empty())
         std::printf("%s\n", path.c_str());
     return path.empty() ? notFound("which", "no program '" + options.positional[0] + "' in PATH") : Done;

@@ -17,11 +17,14 @@ namespace {
 const char* displayableName(VyxDesktopEntry::DisplayableCode code)
 {
     switch (code) {
-    case VyxDesktopEntry::Displayable: return "Displayable";
-    case VyxDesktopEntry::DisplayableHidden: return "DisplayableHidden (Hidden is true)";
+    case VyxDesktopEntry::Displayable:
+        return "Displayable";
+    case VyxDesktopEntry::DisplayableHidden:
+        return "DisplayableHidden (Hidden is true)";
     case VyxDesktopEntry::DisplayableNotForSession:
         return "DisplayableNotForSession (OnlyShowIn, NotShowIn or the kiosk whitelist)";
-    case VyxDesktopEntry::DisplayableNoDisplay: return "DisplayableNoDisplay (NoDisplay is true)";
+    case VyxDesktopEntry::DisplayableNoDisplay:
+        return "DisplayableNoDisplay (NoDisplay is true)";
     }
     return "?";
 }
@@ -29,15 +32,24 @@ const char* displayableName(VyxDesktopEntry::DisplayableCode code)
 const char* suitableName(VyxDesktopEntry::SuitableCode code)
 {
     switch (code) {
-    case VyxDesktopEntry::Suitable: return "Suitable";
-    case VyxDesktopEntry::SuitableNoType: return "SuitableNoType (Type is empty)";
-    case VyxDesktopEntry::SuitableBadExec: return "SuitableBadExec (the command or its quoted program is empty)";
-    case VyxDesktopEntry::SuitableExecNotFound: return "SuitableExecNotFound (the program's path does not exist)";
-    case VyxDesktopEntry::SuitableExecNotInPath: return "SuitableExecNotInPath (the program is not in PATH)";
-    case VyxDesktopEntry::SuitableOriginFileMissing: return "SuitableOriginFileMissing (X-Vyx-OriginFile is missing)";
-    case VyxDesktopEntry::SuitableTryExecNotFound: return "SuitableTryExecNotFound (TryExec's path does not exist)";
-    case VyxDesktopEntry::SuitableTryExecNotInPath: return "SuitableTryExecNotInPath (TryExec is not in PATH)";
-    case VyxDesktopEntry::SuitableLinkWithoutUrl: return "SuitableLinkWithoutUrl (a Link without URL)";
+    case VyxDesktopEntry::Suitable:
+        return "Suitable";
+    case VyxDesktopEntry::SuitableNoType:
+        return "SuitableNoType (Type is empty)";
+    case VyxDesktopEntry::SuitableBadExec:
+        return "SuitableBadExec (the command or its quoted program is empty)";
+    case VyxDesktopEntry::SuitableExecNotFound:
+        return "SuitableExecNotFound (the program's path does not exist)";
+    case VyxDesktopEntry::SuitableExecNotInPath:
+        return "SuitableExecNotInPath (the program is not in PATH)";
+    case VyxDesktopEntry::SuitableOriginFileMissing:
+        return "SuitableOriginFileMissing (X-Vyx-OriginFile is missing)";
+    case VyxDesktopEntry::SuitableTryExecNotFound:
+        return "SuitableTryExecNotFound (TryExec's path does not exist)";
+    case VyxDesktopEntry::SuitableTryExecNotInPath:
+        return "SuitableTryExecNotInPath (TryExec is not in PATH)";
+    case VyxDesktopEntry::SuitableLinkWithoutUrl:
+        return "SuitableLinkWithoutUrl (a Link without URL)";
     case VyxDesktopEntry::SuitableAdminRequired:
         return "SuitableAdminRequired (needs administrator or console rights)";
     case VyxDesktopEntry::SuitableModeMismatch:
@@ -78,8 +90,8 @@ int runWhy(const CommonOptions& options)
         printRows({{"File", entry.filePath()},
                    {"Shown", std::string(displayable ? "yes" : "no") + "  " + std::to_string(displayCode) + " " +
                                  displayableName(displayCode)},
-                   {"Usable", std::string(suitable ? "yes" : "no") + "  " + std::to_string(suitableCode) + " " +
-                                  suitableText}});
+                   {"Usable",
+                    std::string(suitable ? "yes" : "no") + "  " + std::to_string(suitableCode) + " " + suitableText}});
     }
     return Done;
 }

@@ -184,11 +184,21 @@ std::string jsonString(const std::string& text)
         }
         ++at;
         switch (c) {
-        case '"': out += "\\\""; break;
-        case '\\': out += "\\\\"; break;
-        case '\n': out += "\\n"; break;
-        case '\r': out += "\\r"; break;
-        case '\t': out += "\\t"; break;
+        case '"':
+            out += "\\\"";
+            break;
+        case '\\':
+            out += "\\\\";
+            break;
+        case '\n':
+            out += "\\n";
+            break;
+        case '\r':
+            out += "\\r";
+            break;
+        case '\t':
+            out += "\\t";
+            break;
         default:
             // A byte outside UTF-8 is read as Latin-1, so the output stays
             // valid JSON; the member's "_raw" twin keeps the exact bytes.

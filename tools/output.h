@@ -33,9 +33,9 @@ struct CommonOptions {
 struct Command {
     const char* name;
     const char* synopsis;  // "dirs [NAME|NUMBER] [--json]"
-    const char* summary;   // one line
-    const char* details;   // more lines for --help, or null
-    size_t minArgs;        // bounds on the positional arguments
+    const char* summary;  // one line
+    const char* details;  // more lines for --help, or null
+    size_t minArgs;  // bounds on the positional arguments
     size_t maxArgs;
     int (*run)(const CommonOptions& options);
     std::vector<const char*> valueOptions = {};  // options followed by a value

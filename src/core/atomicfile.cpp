@@ -39,7 +39,7 @@ std::string realTarget(const std::string& path)
     return current;
 }
 
-std::atomic<unsigned> g_counter{0};
+std::atomic<unsigned> g_counter {0};
 
 // Closes the temporary file fd and, when it was written whole (ok), puts it
 // in place of target; otherwise removes it, so the old file stays.

@@ -49,7 +49,7 @@ void copyField(char* field, size_t size, const char* src, size_t length)
 // The parser's state over one command line.
 class Splitter {
 public:
-    Splitter(char* cmd, CmdLineInfo* info) : m_p(cmd), m_info(info) {}
+    Splitter(char* cmd, CmdLineInfo* info) : m_p(cmd), m_info(info) { }
 
     int run();
 
@@ -62,7 +62,7 @@ private:
 
     char* m_p;
     CmdLineInfo* m_info;
-    size_t m_used = 0;           // bytes of argText in use
+    size_t m_used = 0;  // bytes of argText in use
     size_t m_wordStart = 0;
     bool m_wordOpen = false;
     bool m_redirectPending = false;
@@ -187,7 +187,8 @@ bool Splitter::readWord()
         }
         if (c == '\\') {
             const char* next = m_p + 1;
-            if (std::isdigit(static_cast<unsigned char>(next[0])) && std::isdigit(static_cast<unsigned char>(next[1])) &&
+            if (std::isdigit(static_cast<unsigned char>(next[0])) &&
+                std::isdigit(static_cast<unsigned char>(next[1])) &&
                 std::isdigit(static_cast<unsigned char>(next[2]))) {
                 // Exactly three digits, even when more follow. Kept on purpose:
                 // the digit check admits 8 and 9, which end the octal value early

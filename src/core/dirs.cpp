@@ -113,14 +113,22 @@ std::string compute(VyxDir dir, const std::string& home, const std::string& vyxH
 const std::string* constantFor(VyxDir dir)
 {
     switch (dir) {
-    case WmDataDir: return &kWmDataDir;
-    case VyxDataDir: return &kVyxDataDir;
-    case TranslationsDir: return &kTranslationsDir;
-    case SoundsDir: return &kSoundsDir;
-    case ImagesDir: return &kImagesDir;
-    case KeymapsDir: return &kKeymapsDir;
-    case DecorationsDir: return &kDecorationsDir;
-    default: return nullptr;
+    case WmDataDir:
+        return &kWmDataDir;
+    case VyxDataDir:
+        return &kVyxDataDir;
+    case TranslationsDir:
+        return &kTranslationsDir;
+    case SoundsDir:
+        return &kSoundsDir;
+    case ImagesDir:
+        return &kImagesDir;
+    case KeymapsDir:
+        return &kKeymapsDir;
+    case DecorationsDir:
+        return &kDecorationsDir;
+    default:
+        return nullptr;
     }
 }
 

@@ -10,7 +10,7 @@
 
 namespace Vyx::detail {
 
-DirWalker::DirWalker(const char* path) : m_dir(path ? opendir(path) : nullptr) {}
+DirWalker::DirWalker(const char* path) : m_dir(path ? opendir(path) : nullptr) { }
 
 DirWalker DirWalker::fromDescriptor(int fd)
 {
@@ -29,7 +29,7 @@ DirWalker::~DirWalker()
         closedir(m_dir);
 }
 
-DirWalker::DirWalker(DirWalker&& other) noexcept : m_dir(std::exchange(other.m_dir, nullptr)) {}
+DirWalker::DirWalker(DirWalker&& other) noexcept : m_dir(std::exchange(other.m_dir, nullptr)) { }
 
 DirWalker& DirWalker::operator=(DirWalker&& other) noexcept
 {

@@ -19,7 +19,7 @@ namespace Vyx::detail {
 class DirWalker {
 public:
     explicit DirWalker(const char* path);
-    explicit DirWalker(const std::string& path) : DirWalker(path.c_str()) {}
+    explicit DirWalker(const std::string& path) : DirWalker(path.c_str()) { }
     // Takes over an open directory descriptor (closed with the walker, also
     // when it cannot be listed).
     static DirWalker fromDescriptor(int fd);

@@ -12,8 +12,8 @@
 namespace {
 
 // The one lister behind GetFileList and GetFileNameList.
-void listInto(std::vector<std::string>* out, const std::string& dir, int depth, const char* pattern,
-              bool filesOnly, bool namesOnly)
+void listInto(std::vector<std::string>* out, const std::string& dir, int depth, const char* pattern, bool filesOnly,
+              bool namesOnly)
 {
     Vyx::detail::DirWalker handle(dir);
     const bool needsSlash = dir.empty() || dir.back() != '/';

@@ -33,7 +33,8 @@ bool vyxCopyFile(const char* src, const char* dst)
         Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "can't copy folder to file\n");
         return false;
     }
-    std::string target = Vyx::detail::isDirectory(dst) ? Vyx::concat(dst, '/', Vyx::lastSection(src, '/')) : std::string(dst);
+    std::string target =
+        Vyx::detail::isDirectory(dst) ? Vyx::concat(dst, '/', Vyx::lastSection(src, '/')) : std::string(dst);
     // The source is opened first, and a file is never copied onto itself:
     // either would truncate a file the caller still needs. Only a file is
     // copied: a FIFO would never end, and a device has no content to copy.

@@ -42,8 +42,7 @@ std::vector<std::pair<const char*, const char*>> IniDocument::entries(const char
     ordered.reserve(section->size());
     for (const auto& entry : *section)
         ordered.push_back({entry.first.nOrder, {entry.first.pItem, entry.second}});
-    std::sort(ordered.begin(), ordered.end(),
-              [](const auto& a, const auto& b) { return a.first < b.first; });
+    std::sort(ordered.begin(), ordered.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
     result.reserve(ordered.size());
     for (const auto& entry : ordered)
         result.push_back(entry.second);

@@ -31,7 +31,7 @@ namespace Vyx::detail {
 
 class IniDocument {
 public:
-    IniDocument() : m_ini(true, false, false) {}
+    IniDocument() : m_ini(true, false, false) { }
 
     // False when the file cannot be read or parsed, or is not a regular file.
     bool loadFile(const std::string& path);

@@ -314,7 +314,7 @@ uint32_t IniReader::findOrAddGroup(uint32_t name, uint32_t length)
         if (g.hash == hash && g.nameLength == length && equalNoCase(at(g.name), at(name), length))
             return index - 1;
     }
-    m_groups.push_back(Group{name, length, hash, kNone, kNone});
+    m_groups.push_back(Group {name, length, hash, kNone, kNone});
     if (m_groups.size() * 2 > m_groupTable.size()) {
         m_groupTable.assign(m_groupTable.size() * 2, 0);
         mask = m_groupTable.size() - 1;
@@ -364,7 +364,7 @@ void IniReader::addEntry(uint32_t group, uint32_t key, uint32_t keyLength, uint3
         }
     }
     const uint32_t index = uint32_t(m_entries.size());
-    m_entries.push_back(Entry{key, keyLength, value, valueLength, hash, group, kNone});
+    m_entries.push_back(Entry {key, keyLength, value, valueLength, hash, group, kNone});
     Group& g = m_groups[group];
     if (g.last == kNone)
         g.first = index;

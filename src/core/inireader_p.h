@@ -78,14 +78,13 @@ public:
     }
 
     // Calls visit(const IniField&) for each key of the group, in file order.
-    template <typename Visit>
-    void forEach(int group, Visit&& visit) const
+    template <typename Visit> void forEach(int group, Visit&& visit) const
     {
         if (group < 0 || size_t(group) >= m_groups.size())
             return;
         for (uint32_t i = m_groups[size_t(group)].first; i != kNone; i = m_entries[i].next) {
             const Entry& e = m_entries[i];
-            visit(IniField{at(e.key), e.keyLength, at(e.value), e.valueLength});
+            visit(IniField {at(e.key), e.keyLength, at(e.value), e.valueLength});
         }
     }
     // The keys of group with their values, in file order.
@@ -107,9 +106,9 @@ private:
     void growEntryTable();
     const char* at(uint32_t offset) const { return m_text.data() + offset; }
 
-    std::string m_text;              // the file, NULs written after every name and value
-    std::vector<Entry> m_entries;    // in file order of first appearance
-    std::vector<Group> m_groups;     // likewise
+    std::string m_text;  // the file, NULs written after every name and value
+    std::vector<Entry> m_entries;  // in file order of first appearance
+    std::vector<Group> m_groups;  // likewise
     std::vector<uint32_t> m_entryTable;  // open addressing: entry index + 1, 0 free
     std::vector<uint32_t> m_groupTable;  // likewise for groups
 };

@@ -22,7 +22,7 @@ namespace Vyx::detail {
 class ByteView {
 public:
     ByteView() = default;
-    ByteView(const unsigned char* data, size_t size) : m_data(data), m_size(size) {}
+    ByteView(const unsigned char* data, size_t size) : m_data(data), m_size(size) { }
 
     size_t size() const { return m_size; }
     const unsigned char* data() const { return m_data; }

@@ -132,11 +132,10 @@ std::pair<std::string, int> MakeNewNumberedPath(const char* dir, const char* nam
         return {std::string(), -1};
     const char* extension = ext ? ext : "";
     for (long counter = static_cast<long>(first) - 1; counter < end; ++counter) {
-        std::string candidate =
-            counter == static_cast<long>(first) - 1
-                ? Vyx::concat(dir, '/', name, extension)
-                : Vyx::concat(dir, '/', name, space ? " " : "", parentheses ? "(" : "", counter,
-                              parentheses ? ")" : "", extension);
+        std::string candidate = counter == static_cast<long>(first) - 1
+                                    ? Vyx::concat(dir, '/', name, extension)
+                                    : Vyx::concat(dir, '/', name, space ? " " : "", parentheses ? "(" : "", counter,
+                                                  parentheses ? ")" : "", extension);
         if (!fileExists(candidate, false))
             return {candidate, static_cast<int>(counter)};
         if (deleteAndReuse && !isPathBusy(candidate.c_str()) && std::remove(candidate.c_str()) == 0)

@@ -35,11 +35,11 @@ int openPrivateFile(const std::string& path, PrivateFileState* state)
         return -1;
     }
     struct stat st;
-    *state = fstat(fd.get(), &st) != 0  ? PrivateFileState::Unreadable
-             : !S_ISREG(st.st_mode) ? PrivateFileState::NotRegular
-             : st.st_uid != geteuid() ? PrivateFileState::ForeignOwner
-             : !ownedPrivately(st)    ? PrivateFileState::WritableByOthers
-                                      : PrivateFileState::Opened;
+    *state = fstat(fd.get(), &st) != 0 ? PrivateFileState::Unreadable
+             : !S_ISREG(st.st_mode)    ? PrivateFileState::NotRegular
+             : st.st_uid != geteuid()  ? PrivateFileState::ForeignOwner
+             : !ownedPrivately(st)     ? PrivateFileState::WritableByOthers
+                                       : PrivateFileState::Opened;
     if (*state != PrivateFileState::Opened)
         return -1;
     // Reads block again as usual.

@@ -67,8 +67,12 @@ WhatVyxSession whatVyxSession()
         const char* name;
         WhatVyxSession kind;
     } kinds[] = {
-        {"vyx", VyxDefaultSession},         {"vyx-tablet", VyxTabletSession}, {"vyx-mini", VyxMiniSession},
-        {"vyx-mobile", VyxMobileSession},   {"vyx-weston", VyxWestonSession}, {"vyx-kiosk", VyxKioskSession},
+        {"vyx", VyxDefaultSession},
+        {"vyx-tablet", VyxTabletSession},
+        {"vyx-mini", VyxMiniSession},
+        {"vyx-mobile", VyxMobileSession},
+        {"vyx-weston", VyxWestonSession},
+        {"vyx-kiosk", VyxKioskSession},
         {"vyx-tablet-kiosk", VyxTabletKioskSession},
     };
     for (const auto& entry : kinds) {
@@ -86,16 +90,23 @@ bool isVyxKioskSession()
 std::string vyxSessionConfigSuffix(WhatVyxSession kind)
 {
     switch (kind) {
-    case VyxTabletSession: return ".vyx-tablet";
-    case VyxMiniSession: return ".vyx-mini";
-    case VyxMobileSession: return ".vyx-mobile";
-    case VyxKioskSession: return ".vyx-kiosk";
-    case VyxTabletKioskSession: return ".vyx-tablet-kiosk";
+    case VyxTabletSession:
+        return ".vyx-tablet";
+    case VyxMiniSession:
+        return ".vyx-mini";
+    case VyxMobileSession:
+        return ".vyx-mobile";
+    case VyxKioskSession:
+        return ".vyx-kiosk";
+    case VyxTabletKioskSession:
+        return ".vyx-tablet-kiosk";
     // Weston deliberately shares the ordinary session's settings.
     case FailsafeSession:
     case VyxDefaultSession:
-    case VyxWestonSession: return std::string();
-    default: break;
+    case VyxWestonSession:
+        return std::string();
+    default:
+        break;
     }
     const char* name = vyxSessionName();
     if (!name || Vyx::equal(name, "vyx"))

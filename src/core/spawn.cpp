@@ -62,8 +62,7 @@ ProgramResult runProgram(const std::vector<std::string>& argv, size_t maxOutput)
     output.reset();
 
     int status = 0;
-    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-    }
+    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) { }
     result.exitStatus = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return result;
 }

@@ -18,9 +18,9 @@
 namespace Vyx::detail {
 
 struct ProgramResult {
-    bool started = false;   // the program could be started
-    int exitStatus = -1;    // its exit status; -1 when killed by a signal
-    std::string output;     // standard output, at most the asked number of bytes
+    bool started = false;  // the program could be started
+    int exitStatus = -1;  // its exit status; -1 when killed by a signal
+    std::string output;  // standard output, at most the asked number of bytes
 };
 
 // Runs argv[0] (a path; PATH is not searched) with standard input and

@@ -179,9 +179,7 @@ std::string quoteArg(const std::string& arg)
     return quoteArg(arg.c_str());
 }
 
-namespace {
-
-}  // namespace
+namespace { }  // namespace
 
 std::string fileName(const std::string& path)
 {

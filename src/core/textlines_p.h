@@ -14,8 +14,7 @@ namespace Vyx::detail {
 
 // Calls visit(line) for each line of file, its "\n" removed, whatever the
 // line's length. A NUL byte in the file ends its line's text there.
-template <typename Visit>
-void forEachLine(FILE* file, Visit visit)
+template <typename Visit> void forEachLine(FILE* file, Visit visit)
 {
     std::string line;
     char chunk[4096];

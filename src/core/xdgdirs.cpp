@@ -13,7 +13,7 @@
 
 namespace {
 
-std::atomic<bool> g_createUserDirs{true};
+std::atomic<bool> g_createUserDirs {true};
 
 // The user's directory first (created, one level, when missing; left out if
 // that fails, or when there is no home to put it under), then the system

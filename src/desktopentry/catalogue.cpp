@@ -59,8 +59,8 @@ std::string chooseMimeCachePath(const std::string& runtimeDir, const std::string
     if (!runtimeDir.empty() && runtimeDir[0] == '/' && isPrivateDirectory(runtimeDir))
         return runtimeDir + "/.vyx-mime-desktop.tbl";
     std::string base = !cacheHome.empty() && cacheHome[0] == '/' ? cacheHome
-                       : !home.empty() && home[0] == '/'          ? home + "/.cache"
-                                                                  : std::string();
+                       : !home.empty() && home[0] == '/'         ? home + "/.cache"
+                                                                 : std::string();
     return base.empty() ? std::string() : base + "/vyx/.vyx-mime-desktop.tbl";
 }
 

@@ -16,7 +16,7 @@ VyxDesktopAction::VyxDesktopAction(const std::string& id) : d(new VyxDesktopActi
     d->id = id;
 }
 
-VyxDesktopAction::VyxDesktopAction(const VyxDesktopAction& other) : d(new VyxDesktopActionPrivate(*other.d)) {}
+VyxDesktopAction::VyxDesktopAction(const VyxDesktopAction& other) : d(new VyxDesktopActionPrivate(*other.d)) { }
 
 VyxDesktopAction::VyxDesktopAction(VyxDesktopAction&& other) noexcept : d(std::move(other.d))
 {
@@ -43,14 +43,14 @@ bool VyxDesktopAction::operator==(const VyxDesktopAction& other) const
     return *d == *other.d;
 }
 
-#define VYX_ACTION_FIELD(Type, getter, setter)                \
-    const Type& VyxDesktopAction::getter() const              \
-    {                                                         \
-        return d->getter;                                     \
-    }                                                         \
-    void VyxDesktopAction::setter(const Type& value)          \
-    {                                                         \
-        d->getter = value;                                    \
+#define VYX_ACTION_FIELD(Type, getter, setter)                                                                         \
+    const Type& VyxDesktopAction::getter() const                                                                       \
+    {                                                                                                                  \
+        return d->getter;                                                                                              \
+    }                                                                                                                  \
+    void VyxDesktopAction::setter(const Type& value)                                                                   \
+    {                                                                                                                  \
+        d->getter = value;                                                                                             \
     }
 
 VYX_ACTION_FIELD(std::string, id, setId)

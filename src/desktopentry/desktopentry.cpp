@@ -15,7 +15,7 @@ using Vyx::detail::kEntryFields;
 
 // --- private data -----------------------------------------------------------
 
-VyxDesktopEntryPrivate::VyxDesktopEntryPrivate() : languages(GetLangPref()) {}
+VyxDesktopEntryPrivate::VyxDesktopEntryPrivate() : languages(GetLangPref()) { }
 
 std::string VyxDesktopEntryPrivate::localized(const char* key) const
 {
@@ -103,8 +103,7 @@ VyxDesktopEntryPrivate::UnknownList& VyxDesktopEntryPrivate::unknownListToChange
 
 namespace {
 
-template <typename T>
-bool isUnset(const T& value)
+template <typename T> bool isUnset(const T& value)
 {
     return value.empty();
 }
@@ -114,8 +113,7 @@ bool isUnset(const OptionalBool& value)
     return !value.present;
 }
 
-template <typename T>
-void take(T& target, const T& source, VyxDesktopEntryPrivate::ReplaceFieldsMethod method)
+template <typename T> void take(T& target, const T& source, VyxDesktopEntryPrivate::ReplaceFieldsMethod method)
 {
     bool replace = method == VyxDesktopEntryPrivate::CopyAll ||
                    (method == VyxDesktopEntryPrivate::InheritMissing && isUnset(target)) ||
@@ -126,8 +124,7 @@ void take(T& target, const T& source, VyxDesktopEntryPrivate::ReplaceFieldsMetho
 
 // Calls visit(member pointer) for every member a row of the table holds;
 // the action list stands for the Actions row.
-template <typename Visit>
-void forEachMember(const EntryField& field, Visit&& visit)
+template <typename Visit> void forEachMember(const EntryField& field, Visit&& visit)
 {
     if (field.text)
         visit(field.text);
@@ -270,14 +267,14 @@ void VyxDesktopEntry::overrideFrom(const VyxDesktopEntry& other)
     d->copyFrom(*other.d, VyxDesktopEntryPrivate::OverrideWithSet);
 }
 
-#define VYX_ENTRY_FIELD(Type, getter, setter)         \
-    const Type& VyxDesktopEntry::getter() const       \
-    {                                                 \
-        return d->getter;                             \
-    }                                                 \
-    void VyxDesktopEntry::setter(const Type& value)   \
-    {                                                 \
-        d->getter = value;                            \
+#define VYX_ENTRY_FIELD(Type, getter, setter)                                                                          \
+    const Type& VyxDesktopEntry::getter() const                                                                        \
+    {                                                                                                                  \
+        return d->getter;                                                                                              \
+    }                                                                                                                  \
+    void VyxDesktopEntry::setter(const Type& value)                                                                    \
+    {                                                                                                                  \
+        d->getter = value;                                                                                             \
     }
 
 VYX_ENTRY_FIELD(std::string, name, setName)
@@ -316,18 +313,18 @@ void VyxDesktopEntry::setUnknowns(const std::vector<std::pair<std::string, std::
 
 #undef VYX_ENTRY_FIELD
 
-#define VYX_ENTRY_BOOL(has, getter, setter)     \
-    bool VyxDesktopEntry::has() const           \
-    {                                           \
-        return d->getter.present;               \
-    }                                           \
-    bool VyxDesktopEntry::getter() const        \
-    {                                           \
-        return d->getter.value;                 \
-    }                                           \
-    void VyxDesktopEntry::setter(bool value)    \
-    {                                           \
-        d->getter = {true, value};              \
+#define VYX_ENTRY_BOOL(has, getter, setter)                                                                            \
+    bool VyxDesktopEntry::has() const                                                                                  \
+    {                                                                                                                  \
+        return d->getter.present;                                                                                      \
+    }                                                                                                                  \
+    bool VyxDesktopEntry::getter() const                                                                               \
+    {                                                                                                                  \
+        return d->getter.value;                                                                                        \
+    }                                                                                                                  \
+    void VyxDesktopEntry::setter(bool value)                                                                           \
+    {                                                                                                                  \
+        d->getter = {true, value};                                                                                     \
     }
 
 VYX_ENTRY_BOOL(hasNoDisplay, noDisplay, setNoDisplay)

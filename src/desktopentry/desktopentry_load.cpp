@@ -18,10 +18,10 @@ using Vyx::detail::ActionField;
 using Vyx::detail::EntryField;
 using Vyx::detail::EntryFieldKind;
 using Vyx::detail::EntryValue;
-using Vyx::detail::kActionFields;
-using Vyx::detail::kEntryFields;
 using Vyx::detail::IniField;
 using Vyx::detail::IniReader;
+using Vyx::detail::kActionFields;
+using Vyx::detail::kEntryFields;
 using Vyx::detail::parseBool;
 using Vyx::detail::splitList;
 
@@ -53,7 +53,7 @@ using TranslatedKeys = std::array<TranslatedKey, Vyx::detail::translatableFieldC
 const TranslatedKeys& translatedKeys()
 {
     static const TranslatedKeys keys = [] {
-        TranslatedKeys made{};
+        TranslatedKeys made {};
         size_t next = 0;
         for (const EntryField& field : kEntryFields) {
             if (field.translatable())

@@ -24,8 +24,7 @@ class GroupWriter {
 public:
     GroupWriter(IniDocument& ini, std::string group, const VyxDesktopEntryPrivate& d, bool saveEmpty)
         : m_ini(ini), m_group(std::move(group)), m_d(d), m_saveEmpty(saveEmpty)
-    {
-    }
+    { }
 
     void text(const char* key, const std::string& value)
     {

@@ -20,9 +20,9 @@
 namespace Vyx::detail {
 
 enum class EntryFieldKind : uint8_t {
-    Text,     // a string
-    List,     // split at "," and ";" when read, joined by ";" when written
-    Flag,     // a boolean that may be missing
+    Text,  // a string
+    List,  // split at "," and ";" when read, joined by ";" when written
+    Flag,  // a boolean that may be missing
     Actions,  // the ids of the action groups, read and written with them
 };
 
@@ -137,8 +137,7 @@ constexpr ActionField actionTranslatedField(const char* key, const std::string& 
     return {key, get, set, nullptr, nullptr, getLocal, setLocal};
 }
 
-constexpr ActionField actionListField(const char* key,
-                                      const std::vector<std::string>& (VyxDesktopAction::*get)() const,
+constexpr ActionField actionListField(const char* key, const std::vector<std::string>& (VyxDesktopAction::*get)() const,
                                       void (VyxDesktopAction::*set)(const std::vector<std::string>&))
 {
     return {key, nullptr, nullptr, get, set, nullptr, nullptr};

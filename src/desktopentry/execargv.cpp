@@ -43,12 +43,24 @@ std::string unescapeValue(const char* value)
             continue;
         }
         switch (p[1]) {
-        case 's': out += ' '; break;
-        case 'n': out += '\n'; break;
-        case 't': out += '\t'; break;
-        case 'r': out += '\r'; break;
-        case '\\': out += '\\'; break;
-        default: out += *p; continue;
+        case 's':
+            out += ' ';
+            break;
+        case 'n':
+            out += '\n';
+            break;
+        case 't':
+            out += '\t';
+            break;
+        case 'r':
+            out += '\r';
+            break;
+        case '\\':
+            out += '\\';
+            break;
+        default:
+            out += *p;
+            continue;
         }
         ++p;
     }
@@ -274,15 +286,23 @@ std::vector<std::vector<std::string>> ExecToArgVectors(const char* exec, const s
             bool onlyCodes = true;
             for (const Piece& piece : token) {
                 switch (piece.code) {
-                case 0: arg += piece.text; onlyCodes = false; break;
+                case 0:
+                    arg += piece.text;
+                    onlyCodes = false;
+                    break;
                 case 'f':
                 case 'u':
                     if (!items.empty())
                         arg += items[run];
                     break;
-                case 'c': arg += caption ? caption : ""; break;
-                case 'k': arg += location ? location : ""; break;
-                default: break;  // deprecated codes expand to nothing
+                case 'c':
+                    arg += caption ? caption : "";
+                    break;
+                case 'k':
+                    arg += location ? location : "";
+                    break;
+                default:
+                    break;  // deprecated codes expand to nothing
                 }
             }
             // A code that had nothing to give leaves no empty argument, but

@@ -28,7 +28,7 @@ const char* filePart(const char* url)
 // Builds the command line; pos is where the current "%" stands in format.
 class Expander {
 public:
-    Expander(ExecFormatString& e, const std::string& format) : m_e(e), m_format(format) {}
+    Expander(ExecFormatString& e, const std::string& format) : m_e(e), m_format(format) { }
 
     std::string run();
 
@@ -185,11 +185,21 @@ std::string Expander::run()
             return std::string();  // a lone "%" at the end spoils the whole line
         char code = m_format[m_pos + 1];
         switch (code) {
-        case '%': m_out += "%%"; break;
-        case 'f': fieldF(); break;
-        case 'F': fieldFiles(); break;
-        case 'u': fieldU(); break;
-        case 'U': fieldUrls(); break;
+        case '%':
+            m_out += "%%";
+            break;
+        case 'f':
+            fieldF();
+            break;
+        case 'F':
+            fieldFiles();
+            break;
+        case 'u':
+            fieldU();
+            break;
+        case 'U':
+            fieldUrls();
+            break;
         case 'i':
             if (isSet(m_e.icon)) {
                 m_out += "--icon ";
@@ -209,7 +219,8 @@ std::string Expander::run()
                 m_e.location = nullptr;
             }
             break;
-        default: break;  // deprecated and unknown codes vanish
+        default:
+            break;  // deprecated and unknown codes vanish
         }
         ++m_pos;
     }

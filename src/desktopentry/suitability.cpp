@@ -139,7 +139,8 @@ bool isForSession(const VyxDesktopEntry& entry, const SessionFacts& facts, Displ
         bool madeForKiosk = false;
         for (const std::string& item : onlyShowIn)
             madeForKiosk = madeForKiosk || Vyx::ciEqual(item, "vyx-kiosk") || Vyx::ciEqual(item, "vyx-tablet-kiosk");
-        bool applies = !Vyx::startsWith(entry.filePath(), dir ? dir : "") && entry.type() != "Directory" && !madeForKiosk;
+        bool applies =
+            !Vyx::startsWith(entry.filePath(), dir ? dir : "") && entry.type() != "Directory" && !madeForKiosk;
         if (applies && !passesKioskWhitelist(entry)) {
             if (code)
                 *code = VyxDesktopEntry::DisplayableNotForSession;
@@ -185,8 +186,8 @@ bool isExecSuitableFor(const char* exec, bool adminOnly, const UserFacts& user, 
         return false;
     }
     if (!privileged && !user.consoleAllowed &&
-        (Vyx::contains(exec, "xterm") || Vyx::contains(exec, "vyx-term") || Vyx::contains(exec, "x-terminal-emulator") ||
-         Vyx::contains(exec, "konsole") || command == "mc")) {
+        (Vyx::contains(exec, "xterm") || Vyx::contains(exec, "vyx-term") ||
+         Vyx::contains(exec, "x-terminal-emulator") || Vyx::contains(exec, "konsole") || command == "mc")) {
         setCode(code, VyxDesktopEntry::SuitableAdminRequired);
         return false;
     }

@@ -17,15 +17,15 @@ namespace Vyx::detail {
 // refreshed; the rules take it as a parameter so they can be tried on any.
 struct SessionFacts {
     std::string sessionName = "VYX";  // DESKTOP_SESSION, or "VYX"
-    bool plasmaPresent = false;       // /usr/bin/plasmashell exists
+    bool plasmaPresent = false;  // /usr/bin/plasmashell exists
     bool kiosk = false;
 };
 
 struct UserFacts {
-    bool noAdminCheck = false;      // VYX_NO_ADMIN_CHECK is set
+    bool noAdminCheck = false;  // VYX_NO_ADMIN_CHECK is set
     bool root = false;
-    bool administrator = false;     // in "orvel-admin"
-    bool consoleAllowed = true;     // terminals unrestricted, or in "orvel-console"
+    bool administrator = false;  // in "orvel-admin"
+    bool consoleAllowed = true;  // terminals unrestricted, or in "orvel-console"
 };
 
 const SessionFacts& sessionFacts();

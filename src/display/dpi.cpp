@@ -188,7 +188,8 @@ bool rrPrimaryDPI(XServer& server, Window root, double* dpix, double* dpiy, Prim
         return false;
     }
     if (crtc.width == 0 || crtc.height == 0) {
-        Vyx::detail::diag(nullptr, "libvyxcore GetRRPrimaryDPI(): %s no crtc size in pixels (%lux%lu mm, %ux%u pix), "
+        Vyx::detail::diag(nullptr,
+                          "libvyxcore GetRRPrimaryDPI(): %s no crtc size in pixels (%lux%lu mm, %ux%u pix), "
                           "rotation=%d, disconnected?\n",
                           name, info.mmWidth, info.mmHeight, crtc.width, crtc.height, crtc.rotation);
         return false;
@@ -211,7 +212,8 @@ bool rrPrimaryDPI(XServer& server, Window root, double* dpix, double* dpiy, Prim
         measuredY = double(crtc.height) / (double(mmDown) / 25.4);
         y = *dpiy = snapNearlyNinetySix(measuredY);
     }
-    Vyx::detail::diag(nullptr, "libvyxcore GetRRPrimaryDPI(): mm_width=%lu mm_height=%lu, rotation=%d main crtc: %d %d %d %d, "
+    Vyx::detail::diag(nullptr,
+                      "libvyxcore GetRRPrimaryDPI(): mm_width=%lu mm_height=%lu, rotation=%d main crtc: %d %d %d %d, "
                       "dpix=%f(%f) dpiy=%f(%f)\n",
                       info.mmWidth, info.mmHeight, crtc.rotation, crtc.x, crtc.y, int(crtc.width), int(crtc.height), x,
                       measuredX, y, measuredY);

@@ -19,7 +19,7 @@ namespace {
 
 class RealInputServer final : public InputServer {
 public:
-    explicit RealInputServer(Display* dpy) : m_dpy(dpy) {}
+    explicit RealInputServer(Display* dpy) : m_dpy(dpy) { }
 
     bool hasXInput2() override
     {
@@ -100,8 +100,8 @@ bool hasWord(const std::string& name, std::initializer_list<const char*> words)
         std::string word;
         for (; i < name.size() && std::isalnum(static_cast<unsigned char>(name[i])); ++i)
             word += char(std::tolower(static_cast<unsigned char>(name[i])));
-        if (!word.empty() && std::find_if(words.begin(), words.end(),
-                                          [&word](const char* w) { return word == w; }) != words.end())
+        if (!word.empty() &&
+            std::find_if(words.begin(), words.end(), [&word](const char* w) { return word == w; }) != words.end())
             return true;
     }
     return false;

@@ -21,7 +21,7 @@ namespace Vyx::detail {
 struct XiDeviceFacts {
     int id = 0;
     std::string name;
-    int use = 0;        // XIMasterPointer ... XIFloatingSlave
+    int use = 0;  // XIMasterPointer ... XIFloatingSlave
     int touchMode = 0;  // XIDirectTouch or XIDependentTouch; 0 without a touch class
     std::vector<std::string> valuatorLabels;  // the labels' atom names; unlabelled ones left out
 };

@@ -103,8 +103,8 @@ std::string withLightnessScaled(const Hsl& color, double factor)
         return format({lightness, lightness, lightness});
     const double q = lightness < 0.5 ? lightness * (1 + color.s) : lightness + color.s - lightness * color.s;
     const double p = 2 * lightness - q;
-    return format({hueToChannel(p, q, color.h + 1.0 / 3), hueToChannel(p, q, color.h),
-                   hueToChannel(p, q, color.h - 1.0 / 3)});
+    return format(
+        {hueToChannel(p, q, color.h + 1.0 / 3), hueToChannel(p, q, color.h), hueToChannel(p, q, color.h - 1.0 / 3)});
 }
 
 }  // namespace

@@ -6,8 +6,8 @@
 
 #include "core/diag_p.h"
 #include "core/environment_p.h"
-#include "display/xerrortrap_p.h"
 #include "display/session_p.h"
+#include "display/xerrortrap_p.h"
 #include "vyxstrings.h"
 
 #include <X11/Xatom.h>
@@ -43,8 +43,8 @@ bool readProperty(Display* display, Window window, const char* name, long length
     int format = 0;
     unsigned long items = 0, after = 0;
     unsigned char* data = nullptr;
-    int status = XGetWindowProperty(display, window, property, 0, length, False, requiredType, &type, &format,
-                                    &items, &after, &data);
+    int status = XGetWindowProperty(display, window, property, 0, length, False, requiredType, &type, &format, &items,
+                                    &after, &data);
     bool ok = status == Success && !trap.errorOccurred();
     if (ok) {
         out->type = type;

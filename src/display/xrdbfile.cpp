@@ -5,8 +5,8 @@
 // Editing one resource of an X resources file (~/.Xresources and the like)
 // and merging the file into the server's resources.
 
-#include "vyxdisplay.h"
 #include "core/diag_p.h"
+#include "vyxdisplay.h"
 #include "vyxfileutils.h"
 
 #include "core/atomicfile_p.h"
@@ -73,8 +73,8 @@ bool editFile(const std::string& file, const std::string& name, const std::strin
     if (!Vyx::detail::writeFileAtomically(file, content)) {
         // The writer picks the temporary file's exact name; its stem is named.
         const int error = errno;
-        Vyx::detail::diag(Vyx::detail::kToolPrefix, "rename(%s,%s) failed due to %s\n", (file + ".tmp").c_str(), file.c_str(),
-                          std::strerror(error));
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "rename(%s,%s) failed due to %s\n", (file + ".tmp").c_str(),
+                          file.c_str(), std::strerror(error));
     }
     return true;
 }
@@ -94,7 +94,8 @@ bool safeForXrdb(const std::string& file)
 void mergeWithXrdb(const std::string& file)
 {
     if (!safeForXrdb(file)) {
-        Vyx::detail::diag(Vyx::detail::kToolPrefix, "%s not merged by xrdb: its name would reach a shell\n", file.c_str());
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "%s not merged by xrdb: its name would reach a shell\n",
+                          file.c_str());
         return;
     }
     std::string xrdb = access("/usr/bin/xrdb", X_OK) == 0 ? "/usr/bin/xrdb" : FindFileInPATH("xrdb");

@@ -4,9 +4,9 @@
 
 #include "display/xserver_p.h"
 
+#include <X11/Xft/Xft.h>
 #include <X11/Xlib.h>
 #include <X11/Xresource.h>
-#include <X11/Xft/Xft.h>
 #include <X11/extensions/Xrandr.h>
 #include <fontconfig/fontconfig.h>
 
@@ -20,7 +20,7 @@ namespace {
 
 class RealXServer final : public XServer {
 public:
-    explicit RealXServer(Display* dpy) : m_dpy(dpy) {}
+    explicit RealXServer(Display* dpy) : m_dpy(dpy) { }
     ~RealXServer() override { freeResources(); }
     RealXServer(const RealXServer&) = delete;
     RealXServer& operator=(const RealXServer&) = delete;
@@ -57,7 +57,7 @@ public:
         initializeXrm();
         XrmDatabase db = XrmGetDatabase(m_dpy);
         char* type = nullptr;
-        XrmValue value{};
+        XrmValue value {};
         if (!db || !XrmGetResource(db, name, className, &type, &value) || !value.addr)
             return std::nullopt;
         return std::string(value.addr, strnlen(value.addr, value.size));

@@ -25,7 +25,7 @@ struct RandrOutputInfo {
     unsigned long mmWidth = 0;
     unsigned long mmHeight = 0;
     bool connected = false;
-    unsigned long crtc = 0;            // current CRTC, 0 when none
+    unsigned long crtc = 0;  // current CRTC, 0 when none
     std::vector<unsigned long> crtcs;  // the CRTCs the output can use
 };
 

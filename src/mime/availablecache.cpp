@@ -97,7 +97,9 @@ std::string sourcesSection(const std::vector<AppDirSource>& sources)
     for (const AppDirSource& source : sources) {
         appendEscaped(text, source.dir);
         text += '\t';
-        text += source.kind == AppDirSource::MimeinfoCache ? 'c' : source.kind == AppDirSource::DesktopFiles ? 'd' : '-';
+        text += source.kind == AppDirSource::MimeinfoCache  ? 'c'
+                : source.kind == AppDirSource::DesktopFiles ? 'd'
+                                                            : '-';
         if (source.kind != AppDirSource::Nothing) {
             text += std::to_string(source.seconds);
             text += '.';
@@ -213,9 +215,8 @@ std::vector<std::string> CacheFileLines::pathsFor(const std::string& type, bool 
             break;
         if (hit >= lineEnd) {
             const char* scanFrom = lineEnd > first ? lineEnd + 1 : first;
-            const char* lastBreak = scanFrom < hit
-                                        ? static_cast<const char*>(memrchr(scanFrom, '\n', size_t(hit - scanFrom)))
-                                        : nullptr;
+            const char* lastBreak =
+                scanFrom < hit ? static_cast<const char*>(memrchr(scanFrom, '\n', size_t(hit - scanFrom))) : nullptr;
             lineStart = lastBreak ? lastBreak + 1 : std::max(scanFrom, lineStart);
             lineEnd = static_cast<const char*>(std::memchr(hit, '\n', size_t(stop - hit)));
             if (!lineEnd)

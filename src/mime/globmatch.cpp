@@ -17,10 +17,10 @@ bool inClass(const char* name, size_t length, unsigned char c)
         const char* name;
         int (*test)(int);
     };
-    static const Class classes[] = {{"alpha", std::isalpha}, {"digit", std::isdigit}, {"alnum", std::isalnum},
-                                    {"upper", std::isupper}, {"lower", std::islower}, {"space", std::isspace},
+    static const Class classes[] = {{"alpha", std::isalpha}, {"digit", std::isdigit},   {"alnum", std::isalnum},
+                                    {"upper", std::isupper}, {"lower", std::islower},   {"space", std::isspace},
                                     {"punct", std::ispunct}, {"xdigit", std::isxdigit}, {"blank", std::isblank},
-                                    {"cntrl", std::iscntrl}, {"graph", std::isgraph}, {"print", std::isprint}};
+                                    {"cntrl", std::iscntrl}, {"graph", std::isgraph},   {"print", std::isprint}};
     for (const Class& k : classes) {
         if (std::strlen(k.name) == length && std::strncmp(k.name, name, length) == 0)
             return k.test(c) != 0;

@@ -127,10 +127,9 @@ void refreshAssignments()
 }
 
 // mime first, then its aliases; the first found only unless all.
-template <typename Visit>
-void walkAssigned(const char* mime, bool all, Visit visit)
+template <typename Visit> void walkAssigned(const char* mime, bool all, Visit visit)
 {
-    std::vector<std::string> types{mime};
+    std::vector<std::string> types {mime};
     for (const std::string& alias : GetMimeAliases(mime))
         types.push_back(alias);
     std::lock_guard<std::mutex> lock(g_assignMutex);
@@ -160,8 +159,7 @@ std::vector<std::string> GetMimeappsLists()
 namespace {
 
 // A writable list's path, kept once it is known.
-template <typename Compute>
-std::string cachedOnceKnown(std::string& cache, std::mutex& mutex, Compute compute)
+template <typename Compute> std::string cachedOnceKnown(std::string& cache, std::mutex& mutex, Compute compute)
 {
     std::lock_guard<std::mutex> lock(mutex);
     if (cache.empty())

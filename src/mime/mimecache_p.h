@@ -36,7 +36,7 @@ private:
     std::unordered_map<std::string, uint32_t> m_pathIndex;
     std::unordered_map<std::string, uint32_t> m_typeIndex;
     std::vector<std::vector<uint32_t>> m_byType;  // by type number
-    std::unordered_set<uint64_t> m_pairs;         // type number << 32 | path number, for long lists
+    std::unordered_set<uint64_t> m_pairs;  // type number << 32 | path number, for long lists
 };
 
 // Where a rebuild takes one application directory's applications from, and

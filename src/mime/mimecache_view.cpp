@@ -15,9 +15,9 @@ namespace {
 
 constexpr uint32_t kHeaderSize = 40;
 constexpr uint32_t kCaseSensitive = 0x100;
-constexpr int kMaxSuffixDepth = 255;     // characters of one suffix pattern
-constexpr int kMaxMagicDepth = 64;       // nesting of magic rules
-constexpr uint32_t kMaxExtent = 1 << 20; // bytes a damaged file may ask us to read
+constexpr int kMaxSuffixDepth = 255;  // characters of one suffix pattern
+constexpr int kMaxMagicDepth = 64;  // nesting of magic rules
+constexpr uint32_t kMaxExtent = 1 << 20;  // bytes a damaged file may ask us to read
 
 }  // namespace
 
@@ -58,7 +58,10 @@ uint32_t previousCodePoint(const char* begin, const char** end)
             --lead;
             ++continuation;
         }
-        int length = *lead >= 0xF0 && *lead < 0xF8 ? 4 : *lead >= 0xE0 && *lead < 0xF0 ? 3 : *lead >= 0xC0 && *lead < 0xE0 ? 2 : 0;
+        int length = *lead >= 0xF0 && *lead < 0xF8   ? 4
+                     : *lead >= 0xE0 && *lead < 0xF0 ? 3
+                     : *lead >= 0xC0 && *lead < 0xE0 ? 2
+                                                     : 0;
         if (continuation > 0 && length == continuation + 1) {
             uint32_t c = *lead & (0x7F >> length);
             for (const unsigned char* p = lead + 1; p <= last; ++p)
@@ -77,9 +80,9 @@ bool MimeCacheView::open(ByteView bytes)
     if (!bytes.u16(0, &major) || !bytes.u16(2, &minor) || major != 1 || minor < 1 || !bytes.contains(0, kHeaderSize))
         return false;
     m_bytes = bytes;
-    uint32_t* fields[] = {&m_header.aliases, &m_header.parents, &m_header.literals, &m_header.suffixTree,
-                          &m_header.globs,   &m_header.magic,   &m_header.namespaces, &m_header.icons,
-                          &m_header.genericIcons};
+    uint32_t* fields[] = {&m_header.aliases,    &m_header.parents, &m_header.literals,
+                          &m_header.suffixTree, &m_header.globs,   &m_header.magic,
+                          &m_header.namespaces, &m_header.icons,   &m_header.genericIcons};
     for (size_t i = 0; i < sizeof fields / sizeof fields[0]; ++i)
         *fields[i] = m_bytes.u32At(4 + 4 * i);
     return true;
@@ -192,7 +195,7 @@ void MimeCacheView::walkSuffix(const SuffixWalk& walk, uint32_t count, uint32_t 
 void MimeCacheView::matchSuffix(const char* name, size_t length, bool folded, NameMatch* out) const
 {
     uint32_t roots = m_bytes.u32At(m_header.suffixTree), first = m_bytes.u32At(uint64_t(m_header.suffixTree) + 4);
-    SuffixWalk walk{name, name + length, folded, out};
+    SuffixWalk walk {name, name + length, folded, out};
     walkSuffix(walk, roots, first, name + length, 0);
 }
 
@@ -399,8 +402,8 @@ void MimeCacheView::parents(const char* type, std::vector<const char*>* out) con
     uint32_t count = entries(list, 4);
     for (uint32_t i = 0; i < count; ++i) {
         const char* parent = m_bytes.string(m_bytes.u32At(uint64_t(list) + 4 + uint64_t(i) * 4));
-        if (parent && std::find_if(out->begin(), out->end(), [&](const char* p) { return std::strcmp(p, parent) == 0; }) ==
-                          out->end())
+        if (parent && std::find_if(out->begin(), out->end(),
+                                   [&](const char* p) { return std::strcmp(p, parent) == 0; }) == out->end())
             out->push_back(parent);
     }
 }

@@ -129,8 +129,9 @@ private:
 std::vector<std::pair<std::string, std::string>> firstOfEach(std::vector<std::pair<std::string, std::string>> pairs)
 {
     std::stable_sort(pairs.begin(), pairs.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
-    pairs.erase(std::unique(pairs.begin(), pairs.end(), [](const auto& a, const auto& b) { return a.first == b.first; }),
-                pairs.end());
+    pairs.erase(
+        std::unique(pairs.begin(), pairs.end(), [](const auto& a, const auto& b) { return a.first == b.first; }),
+        pairs.end());
     return pairs;
 }
 

@@ -83,7 +83,7 @@ private:
     // below key.
     uint32_t lowerBound(uint32_t list, uint32_t entrySize, uint32_t count, const char* key) const;
     struct SuffixWalk {
-        const char* name;     // the file name
+        const char* name;  // the file name
         const char* nameEnd;  // its end
         bool folded;
         NameMatch* out;
@@ -103,11 +103,11 @@ private:
     ByteView m_bytes;
     Header m_header;
     mutable bool m_magicChecked = false;
-    mutable bool m_magicSorted = false;       // matches by descending priority
+    mutable bool m_magicSorted = false;  // matches by descending priority
     mutable std::vector<bool> m_matchUsable;  // per magic match: inside the file, no loops
-    mutable uint32_t m_matchesChecked = 0;    // m_matchUsable is known below this
-    mutable std::vector<bool> m_matchSeen;    // matchlets claimed by the rules checked
-    mutable int m_parentsSorted = -1;         // -1 not yet known
+    mutable uint32_t m_matchesChecked = 0;  // m_matchUsable is known below this
+    mutable std::vector<bool> m_matchSeen;  // matchlets claimed by the rules checked
+    mutable int m_parentsSorted = -1;  // -1 not yet known
 };
 
 }  // namespace Vyx::detail

@@ -4,8 +4,8 @@
 
 #include "mime/mimedb_p.h"
 
-#include "mime/mimetext_p.h"
 #include "core/uniquefd_p.h"
+#include "mime/mimetext_p.h"
 #include "vyxstrings.h"
 
 #include <algorithm>
@@ -234,7 +234,7 @@ bool MimeDatabase::isSubclass(const char* type, const char* base) const
     const bool anySubtype = baseLength > 2 && Vyx::equal(base + baseLength - 2, "/*");
     // Each type is visited once: parents may form loops, and a walk that
     // followed every path could take for ever on a hostile file.
-    std::vector<const char*> seen{type}, pending{type};
+    std::vector<const char*> seen {type}, pending {type};
     while (!pending.empty()) {
         const char* current = pending.back();
         pending.pop_back();

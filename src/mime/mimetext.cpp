@@ -28,8 +28,7 @@ std::string trimmed(std::string text)
 
 // The lines of a text file that hold something, trailing blanks cut,
 // comments skipped.
-template <typename Visit>
-void eachLine(FILE* file, Visit visit)
+template <typename Visit> void eachLine(FILE* file, Visit visit)
 {
     forEachLine(file, [&](const std::string& line) {
         std::string current = trimmed(line);
@@ -40,8 +39,7 @@ void eachLine(FILE* file, Visit visit)
 
 // Hands the regular file at path to read and closes it again; false when
 // there is no such file.
-template <typename Read>
-bool readTextFile(const std::string& path, Read read)
+template <typename Read> bool readTextFile(const std::string& path, Read read)
 {
     FILE* file = fopenRegularFile(path.c_str());
     if (!file)

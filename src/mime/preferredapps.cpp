@@ -49,7 +49,7 @@ bool usableHere(const std::string& path)
 
 class Collector {
 public:
-    explicit Collector(std::deque<ListFile>& lists) : m_lists(lists) {}
+    explicit Collector(std::deque<ListFile>& lists) : m_lists(lists) { }
 
     // The answers for one type known under several names (its canonical
     // name and aliases): a list may use any of them.
@@ -77,7 +77,8 @@ public:
             }
         }
         const std::string& type = names.front();
-        for (const std::string& path : GetDesktopEntryPathForMime(type.c_str(), Vyx::tagged_bool<AllDesktopEntries_tag>(true))) {
+        for (const std::string& path :
+             GetDesktopEntryPathForMime(type.c_str(), Vyx::tagged_bool<AllDesktopEntries_tag>(true))) {
             std::string id = desktopIdOf(path);
             // The id's own file, which shadows a copy in a later directory.
             std::string own = desktopIdPath(id);
@@ -151,7 +152,7 @@ std::vector<VyxMimeApp> GetPreferredApplications(const char* mime)
     // The type itself first, under its canonical name and its aliases (from
     // the catalogue's alias table, already read): most types have an answer,
     // and the fallbacks need the whole MIME database read.
-    std::vector<std::string> names{mime};
+    std::vector<std::string> names {mime};
     for (const auto& [canonical, alias] : mimeAliasTable()) {
         if (alias == mime && canonical != mime) {
             names.insert(names.begin(), canonical);

@@ -159,8 +159,7 @@ private:
         }
         return m_lines.size();
     }
-    template <typename Visit>
-    void forKeys(const std::string& group, const std::string& key, Visit visit) const
+    template <typename Visit> void forKeys(const std::string& group, const std::string& key, Visit visit) const
     {
         for (size_t i = findGroup(group) + 1; i < m_lines.size() && !isGroup(i); ++i) {
             const std::string& line = m_lines[i];

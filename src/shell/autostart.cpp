@@ -8,9 +8,9 @@
 
 #include "core/atomicfile_p.h"
 #include "core/diag_p.h"
-#include "core/readfile_p.h"
 #include "core/environment_p.h"
 #include "core/makedirs_p.h"
+#include "core/readfile_p.h"
 #include "vyxdesktopentry.h"
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
@@ -168,8 +168,8 @@ bool enable(const char* name, const AutostartName& program, const std::string& u
     return copied;
 }
 
-bool disable(const AutostartName& program, const Decision& before, const std::string& userFile,
-             const char* command, bool deleteIfDisabled)
+bool disable(const AutostartName& program, const Decision& before, const std::string& userFile, const char* command,
+             bool deleteIfDisabled)
 {
     bool result = false;
     Decision now = before;

@@ -71,7 +71,8 @@ bool SendCommandToDMWithReply(Display* display, const char* command, FILE* out)
     const std::pair<std::string, bool> socketPath = GetVyxDMFIFOPath(display);
     const char* path = socketPath.first.c_str();
     if (!socketPath.second) {
-        Vyx::detail::diag(nullptr, "SendCommandToDM: Can't access DM fifo/socket file '%s'.\n"
+        Vyx::detail::diag(nullptr,
+                          "SendCommandToDM: Can't access DM fifo/socket file '%s'.\n"
                           "                 May be other user uses it.\n"
                           "                 Ask administrator to check it.\n",
                           path);

@@ -74,7 +74,8 @@ bool editPositions(const std::function<bool(Vyx::detail::IniDocument&)>& edit)
     bool saved = false;
     if (fd && ini.loadDescriptor(fd.get(), &text)) {
         if (!ini.keepsEveryLine(text))
-            Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "%s holds lines that would be lost, not rewritten\n", file.c_str());
+            Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "%s holds lines that would be lost, not rewritten\n",
+                              file.c_str());
         else if (edit(ini))
             saved = ini.saveAtomically(file);
     }
@@ -116,7 +117,8 @@ bool SaveDesktopItemPosition(const char* name, int x, int y, const std::string& 
     if (group.empty())
         return false;
     if (!Vyx::detail::IniDocument::isWritableValue(monitor)) {
-        Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "can't keep a position on a monitor named with a line break or edge blanks\n");
+        Vyx::detail::diag(Vyx::detail::kLibraryPrefix,
+                          "can't keep a position on a monitor named with a line break or edge blanks\n");
         return false;
     }
     return editPositions([&](Vyx::detail::IniDocument& ini) {
@@ -145,7 +147,8 @@ void RenameDesktopShortcutCoord(const char* oldPath, const char* newPath, Displa
         return;
     const std::string target = newPath;
     const size_t slash = target.rfind('/');
-    const std::string newName = slash == std::string::npos || slash + 1 == target.size() ? target : target.substr(slash + 1);
+    const std::string newName =
+        slash == std::string::npos || slash + 1 == target.size() ? target : target.substr(slash + 1);
     SendCommandToWM(display, (std::string("VYXWM_UPDATE_ICONFILENAME ") + oldPath + "|" + newName + "\n").c_str());
 }
 

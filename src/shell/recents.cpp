@@ -107,8 +107,7 @@ public:
     explicit FolderLock(const std::string& folder)
         : m_fd(open((folder + "/.lock").c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK, 0600))
     {
-        while (m_fd && flock(m_fd.get(), LOCK_EX) != 0 && errno == EINTR) {
-        }
+        while (m_fd && flock(m_fd.get(), LOCK_EX) != 0 && errno == EINTR) { }
     }
 
 private:
@@ -146,7 +145,7 @@ int putEntryToRecentsMenu(const char* path, const char* icon, Display* display,
 
     // A launcher is copied as it is, so only a file that is one counts: its
     // name ends with ".desktop" and it reads as a desktop entry (one with a
-// Type: any text file parses as an empty INI document). Any other
+    // Type: any text file parses as an empty INI document). Any other
     // file (say "photos.desktop.txt") is an ordinary document whose item
     // opens it, whatever its text says.
     const VyxDesktopEntry entry(Vyx::endsWith(recorded, ".desktop") ? recorded : std::string());

@@ -89,7 +89,7 @@ std::string desktopFileId(const std::string& path, const std::vector<std::string
 class MenuBuilder {
 public:
     // layers: the start-menu directories, the user's first.
-    explicit MenuBuilder(std::vector<std::string> layers) : m_layers(std::move(layers)) {}
+    explicit MenuBuilder(std::vector<std::string> layers) : m_layers(std::move(layers)) { }
 
     MenuFolderDsc build()
     {

@@ -19,8 +19,8 @@
 #include "vyxstrings.h"
 
 #include <cerrno>
-#include <cstdlib>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -178,7 +178,8 @@ void restoreLostRecord(const TrashDirs& dirs, const std::string& trashName, cons
     Vyx::detail::UniqueFd fd(open(record.c_str(), O_CREAT | O_EXCL | O_WRONLY | O_CLOEXEC, 0600));
     if (!fd)
         return;
-    bool written = Vyx::detail::writeAll(fd.get(), Vyx::detail::trashRecordText(Vyx::concat(directory, '/', name), time(nullptr)));
+    bool written =
+        Vyx::detail::writeAll(fd.get(), Vyx::detail::trashRecordText(Vyx::concat(directory, '/', name), time(nullptr)));
     if (!fd.close() || !written)
         unlink(record.c_str());
 }
@@ -268,7 +269,8 @@ std::string readRecordLine(const TrashDirs& dirs, const char* name, bool origina
     std::string record = dirs.recordPath(name);
     FILE* file = record.empty() ? nullptr : Vyx::detail::fopenRegularFile(record.c_str());
     if (!file) {
-        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't find trashinfo file: %s\n", record.empty() ? name : record.c_str());
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't find trashinfo file: %s\n",
+                          record.empty() ? name : record.c_str());
         return std::string();
     }
     std::string answer = originalPath ? Vyx::detail::recordOriginalPath(file, dirs.top)
@@ -288,7 +290,8 @@ bool removeRecord(const TrashDirs& dirs, const char* name)
         return false;
     std::string record = dirs.recordPath(name);
     if (record.empty() || unlink(record.c_str()) != 0) {
-        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't remove trashinfo file: %s\n", record.empty() ? name : record.c_str());
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't remove trashinfo file: %s\n",
+                          record.empty() ? name : record.c_str());
         return false;
     }
     return true;
@@ -503,8 +506,9 @@ bool VyxTrash::moveToTrash(const char* path)
             if (Vyx::detail::makePrivateDirectories(dirs.files))
                 continue;  // the name just given up is free again
         }
-        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't trash file, rename(%s,%s) failed due to %s, will try vyx-fops\n",
-                          source.c_str(), target.c_str(), std::strerror(error));
+        Vyx::detail::diag(Vyx::detail::kToolPrefix,
+                          "can't trash file, rename(%s,%s) failed due to %s, will try vyx-fops\n", source.c_str(),
+                          target.c_str(), std::strerror(error));
         return false;
     }
 }
@@ -530,8 +534,8 @@ bool VyxTrash::restoreFromTrash(const char* path)
     bool isDirectory = lstat(source.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
     if (renameNoReplace(source.c_str(), destination.c_str()) != 0) {
         int error = errno;
-        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't restore file, rename(%s,%s) failed due to %s\n", source.c_str(),
-                          destination.c_str(), std::strerror(error));
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't restore file, rename(%s,%s) failed due to %s\n",
+                          source.c_str(), destination.c_str(), std::strerror(error));
         if (lstat(source.c_str(), &st) != 0)
             Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't find file in trash to restore: %s\n", source.c_str());
         return false;
@@ -588,10 +592,10 @@ bool removeTrashed(const TrashDirs& dirs, const std::string& name)
 {
     const std::string object = Vyx::concat(dirs.files, '/', name);
     struct stat st;
-    if (lstat(object.c_str(), &st) == 0 &&
-        !rmdirRecursive(object.c_str(), Vyx::tagged_bool<InsideOnly_tag>(false),
-                        Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false))) {
-        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't remove %s from the trash, its record is kept\n", object.c_str());
+    if (lstat(object.c_str(), &st) == 0 && !rmdirRecursive(object.c_str(), Vyx::tagged_bool<InsideOnly_tag>(false),
+                                                           Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false))) {
+        Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't remove %s from the trash, its record is kept\n",
+                          object.c_str());
         return false;
     }
     const std::string record = dirs.recordPath(name);
@@ -632,7 +636,8 @@ bool VyxTrash::cleanAll()
             ok = removeTrashed(dirs, entry.substr(0, entry.size() - suffix.size())) && ok;
         } else if (!rmdirRecursive(Vyx::concat(dirs.info, '/', entry).c_str(), Vyx::tagged_bool<InsideOnly_tag>(false),
                                    Vyx::tagged_bool<KeepDotDirectoryFile_tag>(false))) {
-            Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't remove %s/%s from the trash\n", dirs.info.c_str(), entry.c_str());
+            Vyx::detail::diag(Vyx::detail::kToolPrefix, "can't remove %s/%s from the trash\n", dirs.info.c_str(),
+                              entry.c_str());
             ok = false;
         }
     }

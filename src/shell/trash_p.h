@@ -19,8 +19,8 @@ namespace Vyx::detail {
 // extra stat or mkdir once the trash exists.
 struct TrashDirs {
     std::string files;  // the trashed objects
-    std::string top;    // files without its last component
-    std::string info;   // top + "/info"
+    std::string top;  // files without its last component
+    std::string info;  // top + "/info"
 
     // All three empty when the user has no trash directory.
     static TrashDirs current();

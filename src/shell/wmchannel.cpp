@@ -21,8 +21,8 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
-#include <cstring>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <mutex>
@@ -59,8 +59,7 @@ bool administrator()
 
 // Calls visit(name) for each entry of dir but "." and ".." until it answers
 // true; false when the directory cannot be read or nothing was accepted.
-template <typename Visit>
-bool forEachEntry(const std::string& dir, Visit visit)
+template <typename Visit> bool forEachEntry(const std::string& dir, Visit visit)
 {
     Vyx::detail::DirWalker d(dir);
     while (const dirent* entry = d.next()) {
@@ -86,8 +85,7 @@ void writeWithoutSigpipe(int fd, const char* data, size_t size)
     ssize_t written = write(fd, data, size);
     if (written < 0 && errno == EPIPE && !alreadyPending) {
         const timespec zero = {0, 0};
-        while (sigtimedwait(&pipeOnly, nullptr, &zero) < 0 && errno == EINTR) {
-        }
+        while (sigtimedwait(&pipeOnly, nullptr, &zero) < 0 && errno == EINTR) { }
     }
     pthread_sigmask(SIG_SETMASK, &previous, nullptr);
 }
@@ -219,7 +217,8 @@ bool SendCommandToWM(Display* display, const char* command)
     if (!fifo.found) {
         for (const auto& [path, reason] : fifo.refused)
             notUsed(path, reason);
-        Vyx::detail::diag(nullptr, "SendCommandToWM: Can't access WM fifo file %s.\n"
+        Vyx::detail::diag(nullptr,
+                          "SendCommandToWM: Can't access WM fifo file %s.\n"
                           "                 May be other user uses it.\n"
                           "                 Ask administrator to check it.\n",
                           fifo.path.empty() ? "<undefined>" : fifo.path.c_str());
@@ -229,7 +228,8 @@ bool SendCommandToWM(Display* display, const char* command)
     // instead of hanging the caller until a window manager starts. The path
     // was looked at before; what is opened is checked again, since the name
     // may have been replaced in between.
-    const Vyx::detail::UniqueFd fifoFd(open(fifo.path.c_str(), O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY));
+    const Vyx::detail::UniqueFd fifoFd(
+        open(fifo.path.c_str(), O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC | O_NOCTTY));
     const int fd = fifoFd.get();
     if (fd < 0) {
         if (errno == ELOOP)

@@ -10,10 +10,10 @@
 #include "core/readfile_p.h"
 #include "core/textlines_p.h"
 #include "vyxdesktopentry.h"
-#include "vyxstrings.h"
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
 #include "vyxsession.h"
+#include "vyxstrings.h"
 #include "vyxsystem.h"
 
 #include <cstdio>

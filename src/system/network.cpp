@@ -21,9 +21,9 @@ std::vector<std::string> addresses(int family)
         if (!entry->ifa_addr || entry->ifa_addr->sa_family != family || (entry->ifa_flags & IFF_LOOPBACK))
             continue;
         char text[INET6_ADDRSTRLEN];
-        const void* address = family == AF_INET
-                                  ? static_cast<const void*>(&reinterpret_cast<sockaddr_in*>(entry->ifa_addr)->sin_addr)
-                                  : static_cast<const void*>(&reinterpret_cast<sockaddr_in6*>(entry->ifa_addr)->sin6_addr);
+        const void* address =
+            family == AF_INET ? static_cast<const void*>(&reinterpret_cast<sockaddr_in*>(entry->ifa_addr)->sin_addr)
+                              : static_cast<const void*>(&reinterpret_cast<sockaddr_in6*>(entry->ifa_addr)->sin6_addr);
         if (inet_ntop(family, address, text, sizeof text))
             found.emplace_back(text);
     }

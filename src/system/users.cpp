@@ -24,12 +24,11 @@ constexpr int kMaxGroups = 256;
 
 // Process-wide and, as documented, not locked.
 std::string g_userName;
-std::multimap<std::string, std::string> g_members;    // group -> user, positive answers
+std::multimap<std::string, std::string> g_members;  // group -> user, positive answers
 std::multimap<std::string, long long> g_uidAnswers;  // group -> uid (yes) or -uid (no)
 
 // The real user's password entry field, through the re-entrant lookup.
-template <typename Field>
-std::string ownEntryField(Field field)
+template <typename Field> std::string ownEntryField(Field field)
 {
     long size = sysconf(_SC_GETPW_R_SIZE_MAX);
     std::vector<char> buffer(size > 0 ? static_cast<size_t>(size) : 16384);

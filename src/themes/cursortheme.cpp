@@ -124,10 +124,10 @@ std::string VyxIconTheme::getCurrentCursorThemeName(Display* display)
     }
     if (name.empty())
         name = Vyx::detail::envString("XCURSOR_THEME");
-    for (const std::string& file : {home.empty() ? std::string() : home + "/.icons/default/index.theme",
-                                    home.empty() ? std::string() : home + "/.icons/default/cursor.theme",
-                                    std::string("/usr/share/icons/default/index.theme"),
-                                    std::string("/usr/share/icons/default/cursor.theme")}) {
+    for (const std::string& file :
+         {home.empty() ? std::string() : home + "/.icons/default/index.theme",
+          home.empty() ? std::string() : home + "/.icons/default/cursor.theme",
+          std::string("/usr/share/icons/default/index.theme"), std::string("/usr/share/icons/default/cursor.theme")}) {
         if (!name.empty())
             break;
         if (!file.empty())

@@ -211,7 +211,8 @@ bool forEachCachedImage(const ByteView& bytes, std::vector<const char*>* dirs,
     dirs->clear();
     for (uint32_t i = 0; i < dirCount; ++i) {
         uint32_t nameOffset = 0;
-        const char* name = u32(uint64_t(dirList) + 4 + 4 * uint64_t(i), &nameOffset) ? bytes.string(nameOffset) : nullptr;
+        const char* name =
+            u32(uint64_t(dirList) + 4 + 4 * uint64_t(i), &nameOffset) ? bytes.string(nameOffset) : nullptr;
         if (!name)
             return false;
         dirs->push_back(name);
@@ -228,7 +229,8 @@ bool forEachCachedImage(const ByteView& bytes, std::vector<const char*>* dirs,
         for (; entry != 0 && uint64_t(entry) + 12 <= bytes.size(); --budget) {
             uint32_t nameOffset = 0, images = 0, count = 0, next = 0;
             if (budget == 0 || !u32(uint64_t(entry) + 4, &nameOffset) || !u32(uint64_t(entry) + 8, &images) ||
-                !u32(images, &count) || !u32(entry, &next) || !bytes.contains(uint64_t(images) + 4, 8 * uint64_t(count)))
+                !u32(images, &count) || !u32(entry, &next) ||
+                !bytes.contains(uint64_t(images) + 4, 8 * uint64_t(count)))
                 return false;
             const char* name = bytes.string(nameOffset);
             if (!name)

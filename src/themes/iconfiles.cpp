@@ -15,17 +15,17 @@
 #include <cstring>
 #include <ctime>
 #include <deque>
-#include <functional>
-#include <unordered_set>
 #include <fcntl.h>
+#include <functional>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <unordered_set>
 
 namespace Vyx::detail {
 
-std::atomic<int64_t> IconFiles::recheckInterval{2'000'000'000};
-std::atomic<uint64_t> IconFiles::s_generation{0};
-std::atomic<bool> IconFiles::enabled{true};
+std::atomic<int64_t> IconFiles::recheckInterval {2'000'000'000};
+std::atomic<uint64_t> IconFiles::s_generation {0};
+std::atomic<bool> IconFiles::enabled {true};
 
 int64_t iconClockNow()
 {
@@ -40,8 +40,10 @@ std::pair<std::string_view, IconFileKind> splitIconFileName(std::string_view nam
     if (dot == std::string_view::npos)
         return {name, kBareFile};
     const std::string_view extension = name.substr(dot + 1);
-    IconFileKind kind = extension == "png" ? kPngFile : extension == "svg" ? kSvgFile
-                      : extension == "xpm" ? kXpmFile : kOtherFile;
+    IconFileKind kind = extension == "png"   ? kPngFile
+                        : extension == "svg" ? kSvgFile
+                        : extension == "xpm" ? kXpmFile
+                                             : kOtherFile;
     return {name.substr(0, dot), kind};
 }
 
@@ -76,7 +78,8 @@ public:
     {
         if (m_missing.empty())
             return false;
-        for (size_t slash = path.rfind('/'); slash != std::string_view::npos && slash > 0; slash = path.rfind('/', slash - 1)) {
+        for (size_t slash = path.rfind('/'); slash != std::string_view::npos && slash > 0;
+             slash = path.rfind('/', slash - 1)) {
             if (m_missing.count(path.substr(0, slash)))
                 return true;
         }
@@ -99,7 +102,6 @@ private:
     std::deque<std::string> m_names;  // owns what m_missing views
     std::unordered_set<std::string_view> m_missing;
 };
-
 
 }  // namespace
 
@@ -155,7 +157,7 @@ void IconListing::add(std::string_view stem, uint32_t dir, uint8_t kinds, size_t
 }
 
 std::shared_ptr<const IconListing> IconListing::read(const std::vector<std::string>& paths,
-                                                      const IconCacheSource* cache, int64_t now, int64_t youngFor)
+                                                     const IconCacheSource* cache, int64_t now, int64_t youngFor)
 {
     auto listing = std::make_shared<IconListing>();
     listing->m_dirs.resize(paths.size());
@@ -179,7 +181,8 @@ std::shared_ptr<const IconListing> IconListing::read(const std::vector<std::stri
     auto collect = [&](const char* name, uint16_t index, uint16_t flags) {
         // The generator's flags: 1 .xpm, 2 .svg, 4 .png.
         cachedImages.push_back(
-            {name, index, uint8_t((flags & 1 ? kXpmFile : 0) | (flags & 2 ? kSvgFile : 0) | (flags & 4 ? kPngFile : 0))});
+            {name, index,
+             uint8_t((flags & 1 ? kXpmFile : 0) | (flags & 2 ? kSvgFile : 0) | (flags & 4 ? kPngFile : 0))});
     };
     // The walk maps the cache anew: its time is then that of the bytes
     // walked, even when the file was replaced since the reader checked it.
@@ -322,7 +325,10 @@ namespace {
 thread_local uint64_t t_uncertainChecks = 0;
 }
 
-uint64_t IconProbe::uncertainChecks() { return t_uncertainChecks; }
+uint64_t IconProbe::uncertainChecks()
+{
+    return t_uncertainChecks;
+}
 
 void IconProbe::setName(const std::string& name)
 {

@@ -37,7 +37,7 @@ enum IconFileKind : uint8_t {
     kPngFile = 1,
     kSvgFile = 2,
     kXpmFile = 4,
-    kBareFile = 8,   // no '.' at all
+    kBareFile = 8,  // no '.' at all
     kOtherFile = 16  // any other extension
 };
 // The part before the last '.' and the kind of what follows it.
@@ -148,7 +148,7 @@ private:
     std::mutex m_mutex;  // guards m_listing and m_busy only, never held during I/O
     std::shared_ptr<const IconListing> m_listing;
     bool m_busy = false;
-    std::atomic<int64_t> m_checkedAt{0};
+    std::atomic<int64_t> m_checkedAt {0};
     static std::atomic<uint64_t> s_generation;
 };
 
@@ -162,7 +162,7 @@ public:
     static constexpr uint32_t kNoDir = IconListing::kNone;
 
     IconProbe() = default;  // no listing: every check goes to the file system
-    explicit IconProbe(std::shared_ptr<const IconListing> listing) : m_listing(std::move(listing)) {}
+    explicit IconProbe(std::shared_ptr<const IconListing> listing) : m_listing(std::move(listing)) { }
 
     // The name the following checks look for.
     void setName(const std::string& name);

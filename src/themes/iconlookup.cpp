@@ -30,23 +30,23 @@ bool hasImageExtension(const char* name)
 }
 
 const IconContext kIconContexts[12] = {
-    {"/apps/", "Applications"},  {"/places/", "Places"},     {"/mimetypes/", "MimeTypes"},
-    {"/actions/", "Actions"},    {"/status/", "Status"},     {"/devices/", "Devices"},
-    {"/categories/", "Categories"}, {"/emblems/", "Emblems"}, {"/emotes/", "Emotes"},
-    {"/intl/", "International"}, {"/filesystems/", "FileSystems"}, {"/animations/", "Animations"}};
+    {"/apps/", "Applications"},     {"/places/", "Places"},           {"/mimetypes/", "MimeTypes"},
+    {"/actions/", "Actions"},       {"/status/", "Status"},           {"/devices/", "Devices"},
+    {"/categories/", "Categories"}, {"/emblems/", "Emblems"},         {"/emotes/", "Emotes"},
+    {"/intl/", "International"},    {"/filesystems/", "FileSystems"}, {"/animations/", "Animations"}};
 
 }  // namespace Vyx::detail
 
 namespace {
 
 using Vyx::detail::diag;
+using Vyx::detail::IconProbe;
 using Vyx::detail::iconSwitches;
 using Vyx::detail::iconTrace;
-using Vyx::detail::IconProbe;
 using Vyx::detail::kLibraryPrefix;
-using Vyx::detail::kToolPrefix;
 using Vyx::detail::kPngFile;
 using Vyx::detail::kSvgFile;
+using Vyx::detail::kToolPrefix;
 using Vyx::detail::kXpmFile;
 
 // The search of one size directory (VyxIconThemeSubdir::findIcon) with the
@@ -63,7 +63,8 @@ std::string findIconWith(const VyxIconThemeSubdir& subdir, IconProbe& probe, con
     const bool asIs = probe.carriesExtension();
     auto image = [&](size_t copy, std::string_view base) {
         const uint32_t dir = dirs ? dirs[copy] : IconProbe::kNoDir;
-        return asIs ? probe.asIs(dir, base, subdir.path()) : probe.withExtension(dir, base, subdir.path(), {kPngFile, kSvgFile});
+        return asIs ? probe.asIs(dir, base, subdir.path())
+                    : probe.withExtension(dir, base, subdir.path(), {kPngFile, kSvgFile});
     };
     std::string found = image(0, themePath);
     if (!found.empty())
@@ -84,7 +85,7 @@ bool isMimeOrApplications(const char* context)
 }
 
 // One flag for both cache messages, for the whole process.
-std::atomic<bool> g_cacheComplaintMade{false};
+std::atomic<bool> g_cacheComplaintMade {false};
 
 }  // namespace
 
@@ -179,8 +180,8 @@ void VyxIconThemePrivate::resetLayout()
     layout.reset();
 }
 
-std::string VyxIconThemePrivate::searchThemeCache(IconProbe& probe, const std::string& searchName,
-                                                  const char* iconName, int size)
+std::string VyxIconThemePrivate::searchThemeCache(IconProbe& probe, const std::string& searchName, const char* iconName,
+                                                  int size)
 {
     if (!cacheReader || !cacheReader->isValid()) {
         if (!g_cacheComplaintMade.exchange(true))
@@ -250,9 +251,10 @@ std::string VyxIconThemePrivate::searchParents(const std::string& searchName, co
             hicolor = &parent;
             continue;
         }
-        iconTrace(kToolPrefix,
-                  "icon theme %s failed: getIcon(iconName=%s,iconSize=%d,iconContext=%s) - check in inherited theme %s\n",
-                  name.c_str(), iconName, size, iconContext ? iconContext : "", parent.name().c_str());
+        iconTrace(
+            kToolPrefix,
+            "icon theme %s failed: getIcon(iconName=%s,iconSize=%d,iconContext=%s) - check in inherited theme %s\n",
+            name.c_str(), iconName, size, iconContext ? iconContext : "", parent.name().c_str());
         found = parent.getIconPath(searchName.c_str(), size, iconContext);
         if (found.empty())
             continue;
@@ -314,7 +316,6 @@ void setPassKey(std::string& key, std::string_view searchName, int iconSize, int
         key.append(iconContext);
 }
 
-
 // The passes of one lookup in their order: each one's name, size and
 // whether it is generic, as the bigger sizes and the shorter names change
 // them.
@@ -322,8 +323,7 @@ class PassSequence {
 public:
     PassSequence(const char* iconName, int iconSize, int size, bool bigger, bool generic)
         : m_name(iconName), m_iconSize(iconSize), m_size(size), m_bigger(bigger), m_cutNames(generic)
-    {
-    }
+    { }
     const std::string& name() const { return m_name; }
     int size() const { return m_size; }
     bool generic() const { return m_generic; }
@@ -405,8 +405,8 @@ bool VyxIconThemePrivate::readyToSearch(VyxIconTheme& theme)
     return !path.empty();
 }
 
-std::string VyxIconThemePrivate::recallPasses(const std::string& askedKey, const char* iconName, int iconSize,
-                                              int size, const char* iconContext, int64_t now, bool* known)
+std::string VyxIconThemePrivate::recallPasses(const std::string& askedKey, const char* iconName, int iconSize, int size,
+                                              const char* iconContext, int64_t now, bool* known)
 {
     // Asked before, and the passes that found nothing would still find
     // nothing: the answer is that of the first later pass whose key is

@@ -22,8 +22,7 @@ bool IconPathCache::recall(const std::string& key, std::string* file)
     return true;
 }
 
-bool IconPathCache::recallExisting(const std::string& key, const std::string& themePath, int64_t now,
-                                   std::string* file)
+bool IconPathCache::recallExisting(const std::string& key, const std::string& themePath, int64_t now, std::string* file)
 {
     std::lock_guard<std::mutex> lock(m_mutex);
     auto found = m_files.find(key);

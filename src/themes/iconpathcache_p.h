@@ -27,11 +27,11 @@ class IconPathCache {
 public:
     // The passes of an earlier lookup, while the listings they searched hold.
     struct Trail {
-        int count = 0;       // 0: none remembered
+        int count = 0;  // 0: none remembered
         bool found = false;  // the last pass found the answer
     };
 
-    explicit IconPathCache(uint32_t capacity) : m_capacity(capacity) {}
+    explicit IconPathCache(uint32_t capacity) : m_capacity(capacity) { }
 
     // The file remembered under key, as it was stored; false when none is.
     bool recall(const std::string& key, std::string* file);

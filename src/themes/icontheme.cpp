@@ -107,7 +107,7 @@ std::vector<std::string> splitList(const char* text)
 // the configured name changes is kept, not freed, so that a pointer another
 // thread still holds stays valid; a name changes a few times in a session.
 struct CurrentTheme {
-    VyxIconTheme* theme = nullptr;                     // null: none yet, or none configured
+    VyxIconTheme* theme = nullptr;  // null: none yet, or none configured
     std::vector<std::unique_ptr<VyxIconTheme>> made;  // every theme handed out, the current one last
 };
 std::mutex g_currentMutex;
@@ -134,37 +134,78 @@ VyxIconThemeSubdir::VyxIconThemeSubdir(std::string path) : d(new VyxIconThemeSub
     d->path = std::move(path);
 }
 VyxIconThemeSubdir::~VyxIconThemeSubdir() = default;
-VyxIconThemeSubdir::VyxIconThemeSubdir(VyxIconThemeSubdir&& other) noexcept : d(std::move(other.d)) {}
+VyxIconThemeSubdir::VyxIconThemeSubdir(VyxIconThemeSubdir&& other) noexcept : d(std::move(other.d)) { }
 VyxIconThemeSubdir& VyxIconThemeSubdir::operator=(VyxIconThemeSubdir&& other) noexcept
 {
     std::swap(d, other.d);
     return *this;
 }
 
-int VyxIconThemeSubdir::size() const { return d->size; }
-void VyxIconThemeSubdir::setSize(int size) { d->size = size; }
-int VyxIconThemeSubdir::maxSize() const { return d->maxSize; }
-void VyxIconThemeSubdir::setMaxSize(int size) { d->maxSize = size; }
-int VyxIconThemeSubdir::minSize() const { return d->minSize; }
-void VyxIconThemeSubdir::setMinSize(int size) { d->minSize = size; }
-int VyxIconThemeSubdir::threshold() const { return d->threshold; }
-void VyxIconThemeSubdir::setThreshold(int threshold) { d->threshold = threshold; }
-const std::string& VyxIconThemeSubdir::path() const { return d->path; }
-void VyxIconThemeSubdir::setPath(std::string path) { d->path = std::move(path); }
-const std::string& VyxIconThemeSubdir::context() const { return d->context; }
-void VyxIconThemeSubdir::setContext(std::string context) { d->context = std::move(context); }
-const std::string& VyxIconThemeSubdir::type() const { return d->type; }
+int VyxIconThemeSubdir::size() const
+{
+    return d->size;
+}
+void VyxIconThemeSubdir::setSize(int size)
+{
+    d->size = size;
+}
+int VyxIconThemeSubdir::maxSize() const
+{
+    return d->maxSize;
+}
+void VyxIconThemeSubdir::setMaxSize(int size)
+{
+    d->maxSize = size;
+}
+int VyxIconThemeSubdir::minSize() const
+{
+    return d->minSize;
+}
+void VyxIconThemeSubdir::setMinSize(int size)
+{
+    d->minSize = size;
+}
+int VyxIconThemeSubdir::threshold() const
+{
+    return d->threshold;
+}
+void VyxIconThemeSubdir::setThreshold(int threshold)
+{
+    d->threshold = threshold;
+}
+const std::string& VyxIconThemeSubdir::path() const
+{
+    return d->path;
+}
+void VyxIconThemeSubdir::setPath(std::string path)
+{
+    d->path = std::move(path);
+}
+const std::string& VyxIconThemeSubdir::context() const
+{
+    return d->context;
+}
+void VyxIconThemeSubdir::setContext(std::string context)
+{
+    d->context = std::move(context);
+}
+const std::string& VyxIconThemeSubdir::type() const
+{
+    return d->type;
+}
 void VyxIconThemeSubdir::setType(std::string type)
 {
     using Kind = VyxIconThemeSubdirPrivate::Kind;
     d->type = std::move(type);
-    d->kind = d->type == "Fixed" ? Kind::Fixed : d->type == "Scalable" ? Kind::Scalable
-            : d->type == "Threshold" ? Kind::Threshold : Kind::None;
+    d->kind = d->type == "Fixed"       ? Kind::Fixed
+              : d->type == "Scalable"  ? Kind::Scalable
+              : d->type == "Threshold" ? Kind::Threshold
+                                       : Kind::None;
 }
 
 // ---- VyxIconTheme: the model --------------------------------------------
 
-VyxIconThemePrivate::VyxIconThemePrivate() : languages(GetLangPref()), cacheSize(cacheSizeFromEnvironment()) {}
+VyxIconThemePrivate::VyxIconThemePrivate() : languages(GetLangPref()), cacheSize(cacheSizeFromEnvironment()) { }
 
 VyxIconThemePrivate::~VyxIconThemePrivate() = default;
 
@@ -189,45 +230,111 @@ VyxIconTheme::VyxIconTheme(std::string themeName, std::string inheritedBy, bool 
 }
 
 VyxIconTheme::~VyxIconTheme() = default;
-VyxIconTheme::VyxIconTheme(VyxIconTheme&& other) noexcept : d(std::move(other.d)) {}
+VyxIconTheme::VyxIconTheme(VyxIconTheme&& other) noexcept : d(std::move(other.d)) { }
 VyxIconTheme& VyxIconTheme::operator=(VyxIconTheme&& other) noexcept
 {
     std::swap(d, other.d);
     return *this;
 }
 
-bool VyxIconTheme::isLoaded() const { return d->loadState == 1; }
-std::string VyxIconTheme::path() const { return d->path; }
+bool VyxIconTheme::isLoaded() const
+{
+    return d->loadState == 1;
+}
+std::string VyxIconTheme::path() const
+{
+    return d->path;
+}
 void VyxIconTheme::setPath(std::string path)
 {
     d->path = std::move(path);
     d->resetLayout();
 }
-std::string VyxIconTheme::themeName() const { return d->themeName; }
-void VyxIconTheme::setThemeName(std::string themeName) { d->themeName = std::move(themeName); }
-std::string VyxIconTheme::name() const { return d->name; }
-void VyxIconTheme::setName(std::string name) { d->name = std::move(name); }
-std::string VyxIconTheme::comment() const { return d->comment; }
-void VyxIconTheme::setComment(std::string comment) { d->comment = std::move(comment); }
-std::string VyxIconTheme::localName() const { return d->localName; }
-void VyxIconTheme::setLocalName(std::string name) { d->localName = std::move(name); }
-std::string VyxIconTheme::localComment() const { return d->localComment; }
-void VyxIconTheme::setLocalComment(std::string comment) { d->localComment = std::move(comment); }
-bool VyxIconTheme::hidden() const { return d->hidden; }
-void VyxIconTheme::setHidden(bool hidden) { d->hidden = hidden; }
-std::string VyxIconTheme::exampleIcon() const { return d->exampleIcon; }
-void VyxIconTheme::setExampleIcon(std::string icon) { d->exampleIcon = std::move(icon); }
-std::vector<std::string> VyxIconTheme::inheritedNames() const { return d->inheritedNames; }
-void VyxIconTheme::setInheritedNames(std::vector<std::string> names) { d->inheritedNames = std::move(names); }
-const std::vector<VyxIconThemeSubdir>& VyxIconTheme::subdirs() const { return d->subdirs; }
+std::string VyxIconTheme::themeName() const
+{
+    return d->themeName;
+}
+void VyxIconTheme::setThemeName(std::string themeName)
+{
+    d->themeName = std::move(themeName);
+}
+std::string VyxIconTheme::name() const
+{
+    return d->name;
+}
+void VyxIconTheme::setName(std::string name)
+{
+    d->name = std::move(name);
+}
+std::string VyxIconTheme::comment() const
+{
+    return d->comment;
+}
+void VyxIconTheme::setComment(std::string comment)
+{
+    d->comment = std::move(comment);
+}
+std::string VyxIconTheme::localName() const
+{
+    return d->localName;
+}
+void VyxIconTheme::setLocalName(std::string name)
+{
+    d->localName = std::move(name);
+}
+std::string VyxIconTheme::localComment() const
+{
+    return d->localComment;
+}
+void VyxIconTheme::setLocalComment(std::string comment)
+{
+    d->localComment = std::move(comment);
+}
+bool VyxIconTheme::hidden() const
+{
+    return d->hidden;
+}
+void VyxIconTheme::setHidden(bool hidden)
+{
+    d->hidden = hidden;
+}
+std::string VyxIconTheme::exampleIcon() const
+{
+    return d->exampleIcon;
+}
+void VyxIconTheme::setExampleIcon(std::string icon)
+{
+    d->exampleIcon = std::move(icon);
+}
+std::vector<std::string> VyxIconTheme::inheritedNames() const
+{
+    return d->inheritedNames;
+}
+void VyxIconTheme::setInheritedNames(std::vector<std::string> names)
+{
+    d->inheritedNames = std::move(names);
+}
+const std::vector<VyxIconThemeSubdir>& VyxIconTheme::subdirs() const
+{
+    return d->subdirs;
+}
 void VyxIconTheme::setSubdirs(std::vector<VyxIconThemeSubdir> subdirs)
 {
     d->subdirs = std::move(subdirs);
     d->resetLayout();
 }
-const std::vector<VyxIconTheme>& VyxIconTheme::parents() const { return d->parents; }
-const std::vector<std::string>& VyxIconTheme::otherPaths() const { return d->otherPaths; }
-bool VyxIconTheme::hasValidCache() const { return d->cacheReader && d->cacheReader->isValid(); }
+const std::vector<VyxIconTheme>& VyxIconTheme::parents() const
+{
+    return d->parents;
+}
+const std::vector<std::string>& VyxIconTheme::otherPaths() const
+{
+    return d->otherPaths;
+}
+bool VyxIconTheme::hasValidCache() const
+{
+    return d->cacheReader && d->cacheReader->isValid();
+}
 
 bool VyxIconTheme::load()
 {
@@ -249,7 +356,7 @@ bool VyxIconTheme::load()
     struct Loading {
         std::vector<std::string>& stack;
         ~Loading() { stack.pop_back(); }
-    } guard{loading};
+    } guard {loading};
     loading.push_back(d->path);
 
     const std::string indexFile = d->path + "/index.theme";
@@ -359,12 +466,14 @@ bool VyxIconTheme::save()
     for (const VyxIconThemeSubdir& subdir : d->subdirs)
         dirs.push_back(subdir.path());
     bool ok = ini.set(main, "Name", d->name) && ini.set(main, "Comment", d->comment) &&
-              ini.set(main, "Inherits", join(d->inheritedNames)) && ini.set(main, "Hidden", d->hidden ? "true" : "false") &&
-              ini.set(main, "Example", d->exampleIcon) && ini.set(main, "Directories", join(dirs));
+              ini.set(main, "Inherits", join(d->inheritedNames)) &&
+              ini.set(main, "Hidden", d->hidden ? "true" : "false") && ini.set(main, "Example", d->exampleIcon) &&
+              ini.set(main, "Directories", join(dirs));
     for (const VyxIconThemeSubdir& subdir : d->subdirs) {
         const char* section = subdir.path().c_str();
-        ok = ok && ini.set(section, "Size", std::to_string(subdir.size())) && ini.set(section, "Context", subdir.context()) &&
-             ini.set(section, "Type", subdir.type()) && ini.set(section, "MaxSize", std::to_string(subdir.maxSize())) &&
+        ok = ok && ini.set(section, "Size", std::to_string(subdir.size())) &&
+             ini.set(section, "Context", subdir.context()) && ini.set(section, "Type", subdir.type()) &&
+             ini.set(section, "MaxSize", std::to_string(subdir.maxSize())) &&
              ini.set(section, "MinSize", std::to_string(subdir.minSize())) &&
              ini.set(section, "Threshold", std::to_string(subdir.threshold()));
     }
@@ -412,8 +521,8 @@ std::vector<std::string> VyxIconTheme::GetThemesIndexFiles()
             GetFileList(&found, dir.c_str(), 1, "index.theme", Vyx::tagged_bool<FilesOnly_tag>(true));
             // Only a theme directory's own index: one level down, no deeper.
             for (const std::string& file : found) {
-                if (file.compare(0, dir.size() + 1, dir + "/") == 0 && file.find('/', dir.size() + 1) != std::string::npos &&
-                    fileExists(file, false))
+                if (file.compare(0, dir.size() + 1, dir + "/") == 0 &&
+                    file.find('/', dir.size() + 1) != std::string::npos && fileExists(file, false))
                     files.push_back(file);
             }
         }

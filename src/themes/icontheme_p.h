@@ -101,9 +101,9 @@ public:
     uint16_t loadState = 65535;  // 65535 never loaded, 0 failed early, 1 loaded
     uint32_t cacheSize = 2000;
     // The answers of getIconPath, with their own mutex.
-    Vyx::detail::IconPathCache answers{cacheSize};
+    Vyx::detail::IconPathCache answers {cacheSize};
     std::unique_ptr<VyxIconCacheGtkReader> cacheReader;
-    std::shared_ptr<IconThemeLayout> layout;     // made by the first lookup
+    std::shared_ptr<IconThemeLayout> layout;  // made by the first lookup
     std::mutex layoutMutex;
 
     static const char* mainSectionName() { return "Icon Theme"; }

@@ -65,12 +65,12 @@ const NameGroup kNameGroups[] = {
      {"printer", "printer1", "print_printer", "scanner", "tv", "tablet"},
      {"_mount", "_unmount"}},
     {{"Actions"},
-     {"view-",     "window-", "zoom-",    "go-",       "align-",    "arrow-",    "edit-",    "tab-",
-      "text-",     "tools-",  "list-",    "call-",     "draw-",     "help-",     "format-",  "debug-",
-      "transform-", "dialog-", "document-", "bookmark-", "distribute-", "flag-",   "games-",   "mail-",
-      "media-",    "im-",     "insert-",  "irc-",      "office-",   "page-",     "run-",     "resource-",
-      "project-",  "snap-",   "stroke-",  "system-",   "view_",     "viewmag",   "bookmark", "button_",
-      "mail_",     "connect_", "mix_",    "player_",   "text_",     "file",      "message",  "led"},
+     {"view-",      "window-",  "zoom-",     "go-",       "align-",      "arrow-",  "edit-",    "tab-",
+      "text-",      "tools-",   "list-",     "call-",     "draw-",       "help-",   "format-",  "debug-",
+      "transform-", "dialog-",  "document-", "bookmark-", "distribute-", "flag-",   "games-",   "mail-",
+      "media-",     "im-",      "insert-",   "irc-",      "office-",     "page-",   "run-",     "resource-",
+      "project-",   "snap-",    "stroke-",   "system-",   "view_",       "viewmag", "bookmark", "button_",
+      "mail_",      "connect_", "mix_",      "player_",   "text_",       "file",    "message",  "led"},
      {"apply", "cancel", "ok", "no", "attach", "configure", "back", "forward", "top", "bottom", "gohome", "help",
       "lock", "wizard", "exit", "run", "undo", "redo"},
      {}},
@@ -152,9 +152,9 @@ std::string VyxIconTheme::getMimeIconPath(const char* mime, int size)
         }
     }
     for (int step = 0; step < 3 && found.empty(); ++step) {
-        const std::string name = step == 0 ? getMimeIconNameXDG(mime)
-                               : step == 1 ? getMimeIconNameSimple(mime)
-                                           : getMimeGenericIconNameXDG(mime);
+        const std::string name = step == 0   ? getMimeIconNameXDG(mime)
+                                 : step == 1 ? getMimeIconNameSimple(mime)
+                                             : getMimeGenericIconNameXDG(mime);
         if (name.empty())
             continue;
         found = name.find('/') != std::string::npos ? name : getIconPath(name.c_str(), size, "MimeTypes");

@@ -81,7 +81,7 @@ void VyxSoundThemePrivate::addThemes(const std::string& root, std::vector<Search
 {
     // Depth-first with a stack of its own, each theme once: Inherits can
     // form cycles, and a long chain must not grow the call stack.
-    std::vector<std::string> pending{root};
+    std::vector<std::string> pending {root};
     while (!pending.empty()) {
         std::string themeName = std::move(pending.back());
         pending.pop_back();
@@ -141,7 +141,7 @@ VyxSoundTheme::VyxSoundTheme(std::string themeName) : d(new VyxSoundThemePrivate
 }
 
 VyxSoundTheme::~VyxSoundTheme() = default;
-VyxSoundTheme::VyxSoundTheme(VyxSoundTheme&& other) noexcept : d(std::move(other.d)) {}
+VyxSoundTheme::VyxSoundTheme(VyxSoundTheme&& other) noexcept : d(std::move(other.d)) { }
 VyxSoundTheme& VyxSoundTheme::operator=(VyxSoundTheme&& other) noexcept
 {
     std::swap(d, other.d);
@@ -150,11 +150,26 @@ VyxSoundTheme& VyxSoundTheme::operator=(VyxSoundTheme&& other) noexcept
 
 // The theme itself is the first one added, so it heads the chain whenever
 // it is installed; otherwise nothing of its own (not even parents) is known.
-bool VyxSoundTheme::isLoaded() const { return !d->chain.empty(); }
-std::string VyxSoundTheme::themeName() const { return d->themeName; }
-std::string VyxSoundTheme::path() const { return isLoaded() ? d->chain[0].path : std::string(); }
-std::string VyxSoundTheme::name() const { return isLoaded() ? d->chain[0].index.name : std::string(); }
-std::string VyxSoundTheme::comment() const { return isLoaded() ? d->chain[0].index.comment : std::string(); }
+bool VyxSoundTheme::isLoaded() const
+{
+    return !d->chain.empty();
+}
+std::string VyxSoundTheme::themeName() const
+{
+    return d->themeName;
+}
+std::string VyxSoundTheme::path() const
+{
+    return isLoaded() ? d->chain[0].path : std::string();
+}
+std::string VyxSoundTheme::name() const
+{
+    return isLoaded() ? d->chain[0].index.name : std::string();
+}
+std::string VyxSoundTheme::comment() const
+{
+    return isLoaded() ? d->chain[0].index.comment : std::string();
+}
 std::vector<std::string> VyxSoundTheme::inheritedNames() const
 {
     return isLoaded() ? d->chain[0].index.inheritedNames : std::vector<std::string>();
@@ -181,7 +196,7 @@ std::string VyxSoundTheme::getSoundPath(const char* soundName) const
         return std::string();
     // "dialog-error-serious", "dialog-error", "dialog": the naming rule
     // makes each shorter name a more generic sound for the same event.
-    std::vector<std::string> names{soundName};
+    std::vector<std::string> names {soundName};
     for (std::string shorter = soundName; Vyx::cutLastSection(shorter, '-') && !shorter.empty();)
         names.push_back(shorter);
 

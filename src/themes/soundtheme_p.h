@@ -40,9 +40,9 @@ public:
 
     std::string themeName;
     std::vector<std::string> languages;  // GetLangPref(), each a locale subdirectory
-    std::vector<std::string> baseDirs;   // GetSoundSearchDirs()
-    std::vector<Searched> chain;         // the theme (when installed) and its inherited themes
-    std::vector<Searched> fallback;      // "freedesktop", unless the chain holds it
+    std::vector<std::string> baseDirs;  // GetSoundSearchDirs()
+    std::vector<Searched> chain;  // the theme (when installed) and its inherited themes
+    std::vector<Searched> fallback;  // "freedesktop", unless the chain holds it
 };
 
 #endif

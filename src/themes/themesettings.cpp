@@ -5,8 +5,8 @@
 #include "themes/themesettings_p.h"
 
 #include "core/inireader_p.h"
-#include "vyxdirs.h"
 #include "core/session_p.h"
+#include "vyxdirs.h"
 
 namespace Vyx::detail {
 

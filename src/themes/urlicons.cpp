@@ -25,11 +25,11 @@ struct Location {
 
 // The file manager's own places, after "vyx-fm:".
 const Location kLocations[] = {
-    {"Computer", "computer", "Devices"},        {"Home", "user-home", "Places"},
-    {"Trash", "user-trash", "Places"},          {"Desktop", "user-desktop", "Places"},
-    {"Documents", "folder-txt", "Places"},      {"Music", "folder-sound", "Places"},
-    {"Pictures", "folder-image", "Places"},     {"Videos", "folder-video", "Places"},
-    {"Download", "folder-download", "Places"},  {"Shares", "folder-html", "Places"},
+    {"Computer", "computer", "Devices"},       {"Home", "user-home", "Places"},
+    {"Trash", "user-trash", "Places"},         {"Desktop", "user-desktop", "Places"},
+    {"Documents", "folder-txt", "Places"},     {"Music", "folder-sound", "Places"},
+    {"Pictures", "folder-image", "Places"},    {"Videos", "folder-video", "Places"},
+    {"Download", "folder-download", "Places"}, {"Shares", "folder-html", "Places"},
     {"Templates", "folder-green", "Places"},
 };
 

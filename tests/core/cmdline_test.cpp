@@ -64,7 +64,10 @@ std::string split(const std::string& line, std::string* cmdAfter = nullptr)
 
 TEST(CmdLine, SplitsLikeASmallShell)
 {
-    const struct { const char* line; const char* expected; } cases[] = {
+    const struct {
+        const char* line;
+        const char* expected;
+    } cases[] = {
         {"  ls   -l  ", "[ls][-l]"},
         {"say \"it 'is' `odd`\" '#' \"a\\\"b\" \"\"", "[say][it 'is' `odd`][#][a\"b][]"},
         // An apostrophe inside double quotes opens a span that only an
@@ -89,7 +92,10 @@ TEST(CmdLine, SplitsLikeASmallShell)
 
 TEST(CmdLine, ErrorsClearTheArguments)
 {
-    const struct { const char* line; const char* expected; } cases[] = {
+    const struct {
+        const char* line;
+        const char* expected;
+    } cases[] = {
         {"a > f1 > f2", "E3 Cannot redirect output to more than one file"},
         {"a > > f", "E3 Cannot redirect output to more than one file"},
         {"a < f", "E6 Redirection of input not implemented"},
@@ -139,7 +145,8 @@ TEST(CmdLine, LimitsNeverOverflow)
     std::string value(10000, 'v');
     ScopedEnv big("VYXBIG", value.c_str());
     // The second copy is cut where the command buffer ends; "tail" is lost.
-    EXPECT_EQ(split("$VYXBIG $VYXBIG tail"), "[" + value + "][" + std::string(CmdLineBufferSize - 1 - 10001, 'v') + "]");
+    EXPECT_EQ(split("$VYXBIG $VYXBIG tail"),
+              "[" + value + "][" + std::string(CmdLineBufferSize - 1 - 10001, 'v') + "]");
 }
 
 TEST(DollarVariables, BoundedInPlaceExpansion)

@@ -127,14 +127,13 @@ TEST(XdgDirs, FindAndListTheUserDirectoryFirstThenTheSystemList)
     EXPECT_EQ(findInXDGConfigDirs("autostart"), world.home() + "/.config/autostart");
     EXPECT_EQ(findInXDGDataDirs("nothing-here"), "");
     ScopedEnv dirs("XDG_CONFIG_DIRS", "/a::/b");
-    EXPECT_EQ(xdgConfigDirs("x"),
-              (std::vector<std::string>{world.home() + "/.config/x", "/a/x", "/b/x"}));
+    EXPECT_EQ(xdgConfigDirs("x"), (std::vector<std::string> {world.home() + "/.config/x", "/a/x", "/b/x"}));
     struct stat st;
     ASSERT_EQ(stat((world.home() + "/.config/x").c_str(), &st), 0);
     EXPECT_EQ(st.st_mode & 0777, 0700u);
 
     ScopedEnv noDirs("XDG_CONFIG_DIRS", ""), noHome("XDG_CONFIG_HOME", nullptr);
-    EXPECT_EQ(xdgConfigDirs(nullptr), (std::vector<std::string>{world.home() + "/.config", "/etc/xdg"}));
+    EXPECT_EQ(xdgConfigDirs(nullptr), (std::vector<std::string> {world.home() + "/.config", "/etc/xdg"}));
 }
 
 TEST(XdgDirs, UncreatableOrUncreatedUserDirectoryIsLeftOut)
@@ -143,14 +142,14 @@ TEST(XdgDirs, UncreatableOrUncreatedUserDirectoryIsLeftOut)
     ScopedEnv noDirs("XDG_DATA_DIRS", nullptr);
     // ".local" is missing, and only one level is ever created.
     EXPECT_EQ(xdgDataDirs("applications"),
-              (std::vector<std::string>{"/usr/local/share/applications", "/usr/share/applications"}));
+              (std::vector<std::string> {"/usr/local/share/applications", "/usr/share/applications"}));
     world.makeDir("home/.local/share");
     EXPECT_EQ(xdgDataDirs("applications").front(), world.home() + "/.local/share/applications");
 
     // Creation switched off leaves the home alone.
     const std::string user = world.home() + "/.local/share/sounds";
     setXdgUserDirCreation(false);
-    EXPECT_EQ(xdgDataDirs("sounds"), (std::vector<std::string>{"/usr/local/share/sounds", "/usr/share/sounds"}));
+    EXPECT_EQ(xdgDataDirs("sounds"), (std::vector<std::string> {"/usr/local/share/sounds", "/usr/share/sounds"}));
     EXPECT_NE(access(user.c_str(), F_OK), 0);
     world.makeDir("home/.local/share/sounds");
     EXPECT_EQ(xdgDataDirs("sounds").front(), user) << "an existing directory still leads";

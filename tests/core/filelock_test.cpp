@@ -31,8 +31,8 @@ TEST(FileLock, SecondProcessFailsOrWaitsAndBadDescriptorsAreReported)
         int fd = open(path.c_str(), O_RDWR);
         char go;
         bool ok = vyxLockFile(fd, kWrite, kNoWait);
-        ok = write(toParent[1], "L", 1) == 1 && ok;    // holding the lock
-        ok = read(toChild[0], &go, 1) == 1 && ok;      // until told to let go
+        ok = write(toParent[1], "L", 1) == 1 && ok;  // holding the lock
+        ok = read(toChild[0], &go, 1) == 1 && ok;  // until told to let go
         ok = vyxUnlockFile(fd) && ok;
         _exit(ok ? 0 : 1);
     }

@@ -38,17 +38,18 @@ TEST(FileList, DepthPatternAndHiddenEntries)
 
     Strings names;
     EXPECT_TRUE(GetFileNameList(&names, apps.c_str(), 1, "*.desktop", kFilesOnly));
-    EXPECT_EQ(vyxtest::sorted(names), (Strings{"a.desktop", "b.desktop"}));
+    EXPECT_EQ(vyxtest::sorted(names), (Strings {"a.desktop", "b.desktop"}));
 
     Strings paths;
     EXPECT_TRUE(GetFileList(&paths, (apps + "/").c_str(), 0, "*", kAnyEntry));
-    EXPECT_EQ(vyxtest::sorted(paths), (Strings{apps + "/a.desktop", apps + "/dir.desktop", apps + "/notes.txt", apps + "/sub"}));
+    EXPECT_EQ(vyxtest::sorted(paths),
+              (Strings {apps + "/a.desktop", apps + "/dir.desktop", apps + "/notes.txt", apps + "/sub"}));
 
     Strings deep = {"kept"};
     EXPECT_TRUE(GetFileList(&deep, apps.c_str(), 5, "*.desktop", kAnyEntry));
     // A matching directory is listed but never entered.
-    EXPECT_EQ(vyxtest::sorted(deep), (Strings{apps + "/a.desktop", apps + "/dir.desktop", apps + "/sub/b.desktop",
-                                     apps + "/sub/deeper/c.desktop", "kept"}));
+    EXPECT_EQ(vyxtest::sorted(deep), (Strings {apps + "/a.desktop", apps + "/dir.desktop", apps + "/sub/b.desktop",
+                                               apps + "/sub/deeper/c.desktop", "kept"}));
 
     EXPECT_FALSE(GetFileList(nullptr, apps.c_str(), 1, "*", kAnyEntry));
     EXPECT_FALSE(GetFileList(&paths, world.path("missing").c_str(), 1, "*", kAnyEntry));
@@ -104,7 +105,8 @@ TEST(PathExpansion, TildeUserAndVariables)
     EXPECT_EQ(ExtractPathName(("~" + longName).c_str()), "~" + longName);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "No user nosuchuser42 or failed to get info\nNo environment variable NO_SUCH_VAR_42\n"
-              "Too long before delim: " + longName + "\n");
+              "Too long before delim: " +
+                  longName + "\n");
 
     ScopedEnv var("VYX_TEST_DIR", "/opt/place");
     EXPECT_EQ(ExtractPathName("$VYX_TEST_DIR/sub"), "/opt/place/sub");

@@ -24,8 +24,8 @@
 
 namespace {
 
-using Vyx::detail::IniReader;
 using Vyx::detail::iniDifference;
+using Vyx::detail::IniReader;
 
 std::string differenceOf(const std::string& text)
 {
@@ -70,7 +70,7 @@ TEST(IniReader, ReadsEdgeCasesLongLinesAndManyNamesAsTheDocumentDoes)
     EXPECT_STREQ(reader.groupName(1), "B");
     std::vector<std::string> keys;
     reader.forEach(reader.group("a"), [&](const Vyx::detail::IniField& f) { keys.push_back(f.key); });
-    EXPECT_EQ(keys, (std::vector<std::string>{"Key", "other"}));
+    EXPECT_EQ(keys, (std::vector<std::string> {"Key", "other"}));
     EXPECT_STREQ(reader.value("A", "kEy"), "3");
     EXPECT_EQ(reader.value("C", "k"), nullptr);
 

@@ -38,10 +38,10 @@ TEST(DirectoryProbe, AnswersAsStatDoes)
     world.makeDir("theme/locked/inside");
     chmod((root + "/locked").c_str(), 0644);  // readable, not passable
 
-    const char* const paths[] = {"16x16", "16x16/apps", "16x16/places", "16x16/missing", "16x16/file",
-                                 "16x16/linked", "16x16/filelink", "notadir", "notadir/x", "missing/apps",
-                                 "dangling", "up/real", "up", "16x16/./apps", "16x16//apps", "../elsewhere",
-                                 "16x16/apps/", "locked/inside", "locked"};
+    const char* const paths[] = {
+        "16x16",       "16x16/apps",   "16x16/places", "16x16/missing", "16x16/file", "16x16/linked", "16x16/filelink",
+        "notadir",     "notadir/x",    "missing/apps", "dangling",      "up/real",    "up",           "16x16/./apps",
+        "16x16//apps", "../elsewhere", "16x16/apps/",  "locked/inside", "locked"};
     auto compare = [&] {
         Vyx::detail::DirectoryProbe probe(root);
         for (const char* path : paths)

@@ -15,9 +15,9 @@ using Strings = std::vector<std::string>;
 
 TEST(Strings, SplitAndJoin)
 {
-    EXPECT_EQ(Vyx::split("a,,b,", ","), (Strings{"a", "b"}));  // empty fields dropped
-    EXPECT_EQ(Vyx::split(",,", ","), Strings{});
-    EXPECT_EQ(Vyx::split("a b\tc", " \t"), (Strings{"a", "b", "c"}));  // any of the delimiters
+    EXPECT_EQ(Vyx::split("a,,b,", ","), (Strings {"a", "b"}));  // empty fields dropped
+    EXPECT_EQ(Vyx::split(",,", ","), Strings {});
+    EXPECT_EQ(Vyx::split("a b\tc", " \t"), (Strings {"a", "b", "c"}));  // any of the delimiters
     const char input[] = "x:y";
     Vyx::split(input, ":");
     EXPECT_STREQ(input, "x:y");  // the input is never written
@@ -62,10 +62,14 @@ TEST(Strings, FileNamePiecesAndSections)
     }
 
     // A leading separator ends the backward walk.
-    const struct { const char* text; int index; const char* expected; } sections[] = {
-        {"a/b/c", 0, "a"}, {"a/b/c", 2, "c"},  {"a/b/c", 3, ""},   {"a/b/c", -1, "c"},      {"a/b/c", -3, "a"},
-        {"a/b/c", -4, ""}, {"a/b/", 2, ""},    {"a/b/", -1, ""},   {"/a", 1, "a"},          {"/a", -2, ""},
-        {"", -1, ""},      {"a/b", INT_MIN, ""}, {"a/b", INT_MAX, ""}};
+    const struct {
+        const char* text;
+        int index;
+        const char* expected;
+    } sections[] = {{"a/b/c", 0, "a"},   {"a/b/c", 2, "c"}, {"a/b/c", 3, ""}, {"a/b/c", -1, "c"},
+                    {"a/b/c", -3, "a"},  {"a/b/c", -4, ""}, {"a/b/", 2, ""},  {"a/b/", -1, ""},
+                    {"/a", 1, "a"},      {"/a", -2, ""},    {"", -1, ""},     {"a/b", INT_MIN, ""},
+                    {"a/b", INT_MAX, ""}};
     for (const auto& c : sections)
         EXPECT_EQ(Vyx::section(c.text, '/', c.index), c.expected) << c.text << " " << c.index;
 }
@@ -92,7 +96,7 @@ TEST(Strings, ConcatAppendsEveryKindOfArgument)
 }
 
 // The flag type only exists to be spelled out at the call site.
-struct OtherTag {};
+struct OtherTag { };
 static_assert(std::is_constructible_v<Vyx::tagged_bool<FilesOnly_tag>, bool>);
 static_assert(!std::is_convertible_v<bool, Vyx::tagged_bool<FilesOnly_tag>>);
 static_assert(!std::is_constructible_v<Vyx::tagged_bool<FilesOnly_tag>, int>);

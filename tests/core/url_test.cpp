@@ -24,9 +24,9 @@ TEST(Url, EncodeKeepsTheSafeAsciiSetAndDecodeUndoesIt)
     EXPECT_EQ(Vyx::encodedUrl(std::string("\x7f\x80\xff")), "%7F%80%FF");
     // Decoding is unvalidated; a "%" near the end decodes the digits that
     // are there and ends.
-    const std::pair<const char*, std::string> decoded[] = {{"%41%2f", "A/"}, {"a+b", "a+b"},
-                                                           {"%zz!", std::string("\0!", 2)}, {"%4g", "\x04"},
-                                                           {"x%4", "x\x04"}, {"x%", std::string("x\0", 2)}};
+    const std::pair<const char*, std::string> decoded[] = {
+        {"%41%2f", "A/"}, {"a+b", "a+b"},   {"%zz!", std::string("\0!", 2)},
+        {"%4g", "\x04"},  {"x%4", "x\x04"}, {"x%", std::string("x\0", 2)}};
     for (const auto& [text, expected] : decoded)
         EXPECT_EQ(Vyx::decodedUrl(text), expected) << text;
     std::mt19937 random(12345);
@@ -41,8 +41,10 @@ TEST(Url, EncodeKeepsTheSafeAsciiSetAndDecodeUndoesIt)
 TEST(Url, Utf8Structure)
 {
     // Overlong and the old five-byte forms are accepted.
-    for (const char* good : {"", "\xef\xbb\xbf" "abc", "caf\xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80", "\xc0\x80",
-                             "\xf8\x88\x80\x80\x80"})
+    for (const char* good : {"",
+                             "\xef\xbb\xbf"
+                             "abc",
+                             "caf\xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80", "\xc0\x80", "\xf8\x88\x80\x80\x80"})
         EXPECT_TRUE(Vyx::isValidUtf8(u(good))) << good;
     for (const char* bad : {"ab\xc3", "\x80", "a\xfe", "\xc3("})
         EXPECT_FALSE(Vyx::isValidUtf8(u(bad))) << bad;

@@ -30,7 +30,8 @@ TEST(EntrySave, RoundTripKeepsEveryField)
 {
     ScopedEnv language("LANGUAGE", "de");
     TempHome world;
-    for (const char* name : {"browser.desktop", "crlf-bom.desktop", "odd.desktop", "folder.directory", "link.desktop"}) {
+    for (const char* name :
+         {"browser.desktop", "crlf-bom.desktop", "odd.desktop", "folder.directory", "link.desktop"}) {
         SCOPED_TRACE(name);
         VyxDesktopEntry original(data(name));
         ASSERT_TRUE(original.isLoaded());
@@ -102,7 +103,7 @@ TEST(EntrySave, ReplacesAtomicallyThroughLinksKeepingPermissionsOrReportsFailure
 
     std::vector<std::string> names;
     GetFileNameList(&names, world.path("real").c_str(), 0, "*", Vyx::tagged_bool<FilesOnly_tag>(false));
-    EXPECT_EQ(names, std::vector<std::string>{"app.desktop"});  // no temporary left behind
+    EXPECT_EQ(names, std::vector<std::string> {"app.desktop"});  // no temporary left behind
 
     // Failures are reported.
     VyxDesktopEntry unbound;
@@ -144,7 +145,7 @@ TEST(EntryMerge, CopyInheritOverride)
     EXPECT_EQ(overridden.name(), "Mine");
     EXPECT_EQ(overridden.comment(), "From the system");  // not cleared by an empty source
     EXPECT_TRUE(overridden.hasHidden());
-    EXPECT_EQ(overridden.categories(), std::vector<std::string>{"Utility"});
+    EXPECT_EQ(overridden.categories(), std::vector<std::string> {"Utility"});
 
     overridden.copyFrom(user);  // everything, empty or not
     EXPECT_EQ(overridden.comment(), "");
@@ -193,7 +194,11 @@ TEST(EntryFields, EachFieldOnItsOwn)
         {"StartupWMClass = w\n", [](VyxDesktopEntry& e) { e.setStartupWMClass("w"); }, false},
         {"PrefersNonDefaultGPU = true\n", [](VyxDesktopEntry& e) { e.setPrefersNonDefaultGPU(true); }, false},
         {"SingleMainWindow = true\n", [](VyxDesktopEntry& e) { e.setSingleMainWindow(true); }, false},
-        {"MimeType = a/b;c/d\n", [](VyxDesktopEntry& e) { e.setMimeType({"a/b", "c/d"}); }, true},
+        {"MimeType = a/b;c/d\n",
+         [](VyxDesktopEntry& e) {
+             e.setMimeType({"a/b", "c/d"});
+         },
+         true},
         {"SortOrder = s\n", [](VyxDesktopEntry& e) { e.setSortOrder({"s"}); }, true},
         {"URL = u\n",
          [](VyxDesktopEntry& e) {
@@ -205,7 +210,11 @@ TEST(EntryFields, EachFieldOnItsOwn)
         {"OnlyShowIn = o\n", [](VyxDesktopEntry& e) { e.setOnlyShowIn({"o"}); }, true},
         {"NotShowIn = no\n", [](VyxDesktopEntry& e) { e.setNotShowIn({"no"}); }, true},
         {"Version = 1.5\n", [](VyxDesktopEntry& e) { e.setVersion("1.5"); }, false},
-        {"Keywords = w1;w2\n", [](VyxDesktopEntry& e) { e.setKeywords({"w1", "w2"}); }, true},
+        {"Keywords = w1;w2\n",
+         [](VyxDesktopEntry& e) {
+             e.setKeywords({"w1", "w2"});
+         },
+         true},
         {"Keywords[de] = lw\n", [](VyxDesktopEntry& e) { e.setLocalKeywords({"lw"}); }, true},
     };
     const std::string blankFile = world.writeFile("blank.desktop", "[Desktop Entry]\n");

@@ -36,10 +36,10 @@ TEST(EntryLoad, FieldsTranslationsActionsAndLineEnds)
     EXPECT_EQ(entry.localName(), "Webbrowser");  // the earlier language wins
     EXPECT_EQ(entry.localGenericName(), "Browser für das Netz");
     EXPECT_EQ(entry.localComment(), "Im Internet surfen");
-    EXPECT_EQ(entry.localKeywords(), (Strings{"Internet", "WWW", "Netz"}));
+    EXPECT_EQ(entry.localKeywords(), (Strings {"Internet", "WWW", "Netz"}));
     EXPECT_EQ(entry.localIconOrFallback(), "web-browser");
     EXPECT_EQ(entry.mimeType().size(), 5u);
-    EXPECT_EQ(entry.categories(), (Strings{"Network", "WebBrowser"}));
+    EXPECT_EQ(entry.categories(), (Strings {"Network", "WebBrowser"}));
     EXPECT_TRUE(entry.hasTerminal());
     EXPECT_FALSE(entry.terminal());
     EXPECT_TRUE(entry.startupNotify());
@@ -63,7 +63,7 @@ TEST(EntryLoad, FieldsTranslationsActionsAndLineEnds)
     EXPECT_EQ(crlf.type(), "Application");
     EXPECT_EQ(crlf.localName(), "Texteditor");
     EXPECT_EQ(crlf.exec(), "editor %F");
-    EXPECT_EQ(crlf.categories(), (Strings{"Utility", "TextEditor"}));
+    EXPECT_EQ(crlf.categories(), (Strings {"Utility", "TextEditor"}));
     EXPECT_TRUE(crlf.noDisplay());  // "True" counts
     EXPECT_TRUE(crlf.hasHidden());
     EXPECT_FALSE(crlf.hidden());  // "TRUE" does not, on purpose
@@ -82,7 +82,7 @@ TEST(EntryLoad, WithoutLanguagesEveryTranslationIsUnknown)
 TEST(EntryLoad, LocaleIsReducedToOneLanguage)
 {
     ScopedEnv language("LANGUAGE", nullptr), all("LC_ALL", nullptr), lang("LANG", "ru_RU.UTF-8");
-    EXPECT_EQ(GetLangPref(), Strings{"ru"});
+    EXPECT_EQ(GetLangPref(), Strings {"ru"});
     VyxDesktopEntry entry(data("browser.desktop"));
     EXPECT_EQ(entry.localName(), "Веб-браузер");
     EXPECT_EQ(entry.actions()[0].localName(), "Новое окно");
@@ -92,7 +92,7 @@ TEST(EntryLoad, LanguageListRules)
 {
     // A field with a "." is reduced; "ru", "en", "de", "fr" anywhere decide.
     ScopedEnv language("LANGUAGE", "pt_BR:sr_RS.UTF-8@latin:de_AT.UTF-8::x");
-    EXPECT_EQ(GetLangPref(), (Strings{"pt_BR", "sr", "de", "x"}));
+    EXPECT_EQ(GetLangPref(), (Strings {"pt_BR", "sr", "de", "x"}));
 }
 
 TEST(EntryLoad, OddSpacingDuplicatesStrayKeysAndActionGroups)
@@ -104,11 +104,11 @@ TEST(EntryLoad, OddSpacingDuplicatesStrayKeysAndActionGroups)
     EXPECT_TRUE(entry.terminal());
     EXPECT_FALSE(entry.prefersNonDefaultGPU());  // "yes" is not true
     EXPECT_TRUE(entry.hasPrefersNonDefaultGPU());
-    EXPECT_EQ(entry.notShowIn(), Strings{"KDE"});
+    EXPECT_EQ(entry.notShowIn(), Strings {"KDE"});
     EXPECT_EQ(entry.getUnknownValue("StrayKey"), "");  // outside the group: not ours
     ASSERT_EQ(entry.actions().size(), 1u);  // "gone" has no name anywhere
     EXPECT_EQ(entry.actions()[0].id(), "kept");
-    EXPECT_EQ(entry.actions()[0].onlyShowIn(), Strings{"Vyx"});
+    EXPECT_EQ(entry.actions()[0].onlyShowIn(), Strings {"Vyx"});
 }
 
 TEST(EntryLoad, PathsAndValidity)
@@ -184,11 +184,10 @@ TEST(EntryLoad, TranslationsOfActionsAndUnknownKeysInOrder)
     ScopedEnv language("LANGUAGE", "de:ru:fr");
     vyxtest::TempHome world;
     const std::string file = world.writeFile(
-        "t.desktop",
-        "[Desktop Entry]\nName=App\nName[fr]=Appli\nNAME[de]=Upper\nX-First=1\nName[ru]=Prilozhenie\n"
-        "Comment[pl]=Polski\nActions=go;\n"
-        "[Desktop Action go]\nname=Go\nNAME[DE]=\nname[Ru]=Idti\nName[fr]=Aller\nCOMMENT[fr]=Partir\n"
-        "icon[de]=gehen\n");
+        "t.desktop", "[Desktop Entry]\nName=App\nName[fr]=Appli\nNAME[de]=Upper\nX-First=1\nName[ru]=Prilozhenie\n"
+                     "Comment[pl]=Polski\nActions=go;\n"
+                     "[Desktop Action go]\nname=Go\nNAME[DE]=\nname[Ru]=Idti\nName[fr]=Aller\nCOMMENT[fr]=Partir\n"
+                     "icon[de]=gehen\n");
     VyxDesktopEntry entry(file);
     ASSERT_TRUE(entry.isLoaded());
     EXPECT_EQ(entry.localName(), "Prilozhenie");

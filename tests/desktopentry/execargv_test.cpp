@@ -37,10 +37,46 @@ Commands expand(const char* exec, const Argv& targets, std::string* error = null
 // quotes, escapes, field codes, line breaks, invalid UTF-8, leading dashes.
 std::vector<std::string> hostileNames(size_t count)
 {
-    static const char* const pieces[] = {"$(touch owned)", "`touch owned`", "\"", "'", "\\", "\\\\\"", "\n", " ",
-                                         "  ", "\t", "%f", "%%", "%U", "%", "-", "--help", "$HOME", "${IFS}", ";",
-                                         "|", "&", ">", "<", "*", "?", "~", "#", "(", ")", "\xff\xfe", "\xc3",
-                                         "\xe2\x82\xac", "a", "file.txt", "=", "\r", "\\s", "\\n", ":", "//"};
+    static const char* const pieces[] = {"$(touch owned)",
+                                         "`touch owned`",
+                                         "\"",
+                                         "'",
+                                         "\\",
+                                         "\\\\\"",
+                                         "\n",
+                                         " ",
+                                         "  ",
+                                         "\t",
+                                         "%f",
+                                         "%%",
+                                         "%U",
+                                         "%",
+                                         "-",
+                                         "--help",
+                                         "$HOME",
+                                         "${IFS}",
+                                         ";",
+                                         "|",
+                                         "&",
+                                         ">",
+                                         "<",
+                                         "*",
+                                         "?",
+                                         "~",
+                                         "#",
+                                         "(",
+                                         ")",
+                                         "\xff\xfe",
+                                         "\xc3",
+                                         "\xe2\x82\xac",
+                                         "a",
+                                         "file.txt",
+                                         "=",
+                                         "\r",
+                                         "\\s",
+                                         "\\n",
+                                         ":",
+                                         "//"};
     std::mt19937 random(20);
     std::vector<std::string> names;
     for (size_t i = 0; i < count; ++i) {
@@ -92,7 +128,7 @@ TEST(ExecArgv, HostileNamesStayWholeArguments)
         // The URL made for a file comes back as the same file for %f.
         EXPECT_EQ(expand("viewer %f", {asUrl[0][1]}), Commands({{"viewer", paths[i]}}));
     }
-    Argv all{"viewer", "-x"};
+    Argv all {"viewer", "-x"};
     all.insert(all.end(), paths.begin(), paths.end());
     EXPECT_EQ(expand("viewer -x %F", paths), Commands({all}));
     Commands each = expand("viewer %f", paths);
@@ -126,8 +162,8 @@ TEST(ExecArgv, QuotingEscapesFieldCodesAndRefusals)
     EXPECT_EQ(expand(("prog " + longArg + " %f").c_str(), {"/a"}), Commands({{"prog", longArg, "/a"}}));
 
     // Invalid values are refused with their reason.
-    for (const char* exec : {"prog \"unbalanced", "prog \"%f\"", "prog --files=%F", "prog x%U", "prog %i%c",
-                             "prog %x", "prog %", "prog %f %U", "FOO=1 prog", "", "   ", "%f", "\"\" %f"}) {
+    for (const char* exec : {"prog \"unbalanced", "prog \"%f\"", "prog --files=%F", "prog x%U", "prog %i%c", "prog %x",
+                             "prog %", "prog %f %U", "FOO=1 prog", "", "   ", "%f", "\"\" %f"}) {
         std::string error;
         EXPECT_TRUE(expand(exec, {"/a"}, &error).empty()) << exec;
         EXPECT_FALSE(error.empty()) << exec;
@@ -153,8 +189,7 @@ std::vector<Launched> collect(const std::string& base, const std::vector<int>& p
     std::vector<Launched> result;
     for (int pid : pids) {
         int status = 0;
-        while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-        }
+        while (waitpid(pid, &status, 0) < 0 && errno == EINTR) { }
         EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
         std::string text = vyxtest::readFile(base + "." + std::to_string(pid));
         Launched one;
@@ -205,7 +240,7 @@ TEST(Launch, RealProgramReceivesEveryNameWhole)
         ASSERT_GT(LaunchDesktopEntry(many, batch, &error, &pids), 0) << error;
         std::vector<Launched> runs = collect(base, pids);
         ASSERT_EQ(runs.size(), 1u);
-        Argv expected{VYX_ARGV_RECORDER, "--all"};
+        Argv expected {VYX_ARGV_RECORDER, "--all"};
         expected.insert(expected.end(), batch.begin(), batch.end());
         EXPECT_EQ(runs[0].argv, expected);
         EXPECT_EQ(runs[0].stdinKind, "null");
@@ -213,8 +248,8 @@ TEST(Launch, RealProgramReceivesEveryNameWhole)
     EXPECT_NE(access(owned.c_str(), F_OK), 0) << "a file name ran as a command";
 
     // One process per file, each in the entry's working directory.
-    VyxDesktopEntry single(writeEntry(world, "single.desktop",
-                                      "Exec=" VYX_ARGV_RECORDER " %f\nPath=" + world.path("tmp") + "\n"));
+    VyxDesktopEntry single(
+        writeEntry(world, "single.desktop", "Exec=" VYX_ARGV_RECORDER " %f\nPath=" + world.path("tmp") + "\n"));
     std::vector<int> pids;
     Argv three(paths.end() - 3, paths.end());
     ASSERT_GT(LaunchDesktopEntry(single, three, nullptr, &pids), 0);
@@ -234,8 +269,7 @@ TEST(Launch, TerminalAndRefusals)
     ScopedEnv record("VYX_ARGV_RECORD", base.c_str());
     std::string bin = world.makeDir("bin");
     ScopedEnv path("PATH", (bin + ":/usr/bin:/bin").c_str());
-    VyxDesktopEntry inTerminal(
-        writeEntry(world, "term.desktop", "Exec=" VYX_ARGV_RECORDER " %u\nTerminal=true\n"));
+    VyxDesktopEntry inTerminal(writeEntry(world, "term.desktop", "Exec=" VYX_ARGV_RECORDER " %u\nTerminal=true\n"));
 
     // No terminal: refused, with the terminal named.
     std::string error;

@@ -20,10 +20,10 @@ namespace {
 
 using Code = VyxDesktopEntry::SuitableCode;
 using DisplayCode = VyxDesktopEntry::DisplayableCode;
-using vyxtest::ScopedEnv;
-using vyxtest::TempHome;
 using Vyx::detail::SessionFacts;
 using Vyx::detail::UserFacts;
+using vyxtest::ScopedEnv;
+using vyxtest::TempHome;
 
 VyxDesktopEntry entryFrom(const TempHome& world, const std::string& name, const std::string& body)
 {
@@ -46,8 +46,10 @@ TEST(Displayable, SessionHiddenAndNoDisplayInOrder)
     VyxDesktopEntry kde = entryFrom(world, "kde.desktop", "OnlyShowIn=KDE;\n");
     EXPECT_EQ(displayCode(kde, plain), VyxDesktopEntry::Displayable);  // no Plasma: "KDE" means us
     EXPECT_EQ(displayCode(kde, plasma), VyxDesktopEntry::DisplayableNotForSession);
-    EXPECT_EQ(displayCode(entryFrom(world, "notkde.desktop", "NotShowIn=KDE;\n"), plasma), VyxDesktopEntry::Displayable);
-    EXPECT_EQ(displayCode(entryFrom(world, "vyx.desktop", "OnlyShowIn=GNOME;vyx;\n"), plain), VyxDesktopEntry::Displayable);
+    EXPECT_EQ(displayCode(entryFrom(world, "notkde.desktop", "NotShowIn=KDE;\n"), plasma),
+              VyxDesktopEntry::Displayable);
+    EXPECT_EQ(displayCode(entryFrom(world, "vyx.desktop", "OnlyShowIn=GNOME;vyx;\n"), plain),
+              VyxDesktopEntry::Displayable);
     EXPECT_EQ(displayCode(entryFrom(world, "gnome.desktop", "OnlyShowIn=GNOME;\n"), plain),
               VyxDesktopEntry::DisplayableNotForSession);
     VyxDesktopEntry notMini = entryFrom(world, "nomini.desktop", "NotShowIn=Vyx-Mini;\n");
@@ -144,7 +146,8 @@ TEST(Suitable, TypeLinkTryExecOriginAndModes)
     EXPECT_EQ(code, VyxDesktopEntry::SuitableTryExecNotInPath);
     world.writeFile("home/tool", "x");
     EXPECT_TRUE(entryFrom(world, "e.desktop", "Type=Application\nTryExec=$HOME/tool\nExec=ls\n").isSuitable(&code));
-    EXPECT_FALSE(entryFrom(world, "f.desktop", "Type=Application\nExec=ls\nX-Vyx-OriginFile=/no/origin\n").isSuitable(&code));
+    EXPECT_FALSE(
+        entryFrom(world, "f.desktop", "Type=Application\nExec=ls\nX-Vyx-OriginFile=/no/origin\n").isSuitable(&code));
     EXPECT_EQ(code, VyxDesktopEntry::SuitableOriginFileMissing);
     EXPECT_TRUE(entryFrom(world, "g.desktop", "Type=Link\nURL=https://x\n").isSuitable(&code));
     EXPECT_EQ(code, VyxDesktopEntry::Suitable);
@@ -229,12 +232,14 @@ TEST(RealUsers, AdministratorAndConsoleGroups)
     asUser(world, 2001, admins, false, [] {
         EXPECT_EQ(codeOf("pkexec no-such-42"), VyxDesktopEntry::SuitableExecNotInPath);  // allowed, just missing
     });
-    asUser(world, 2002, admins, false, [] {
-        EXPECT_EQ(codeOf("pkexec no-such-42"), VyxDesktopEntry::SuitableAdminRequired);
-    });
-    asUser(world, 2001, groups, true, [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableExecNotInPath); });
-    asUser(world, 2002, groups, true, [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableAdminRequired); });
-    asUser(world, 2002, groups, false, [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableExecNotInPath); });
+    asUser(world, 2002, admins, false,
+           [] { EXPECT_EQ(codeOf("pkexec no-such-42"), VyxDesktopEntry::SuitableAdminRequired); });
+    asUser(world, 2001, groups, true,
+           [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableExecNotInPath); });
+    asUser(world, 2002, groups, true,
+           [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableAdminRequired); });
+    asUser(world, 2002, groups, false,
+           [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableExecNotInPath); });
 }
 
 }  // namespace

@@ -28,8 +28,14 @@
 
 // fontconfig keeps part of the configuration that FcInitReinitialize reads
 // until the process ends; its frames are seen only with the slow unwinder.
-extern "C" const char* __asan_default_options() { return "fast_unwind_on_malloc=0"; }
-extern "C" const char* __lsan_default_suppressions() { return "leak:FcInitReinitialize\n"; }
+extern "C" const char* __asan_default_options()
+{
+    return "fast_unwind_on_malloc=0";
+}
+extern "C" const char* __lsan_default_suppressions()
+{
+    return "leak:FcInitReinitialize\n";
+}
 
 namespace {
 
@@ -88,9 +94,9 @@ constexpr Window kRoot = 0x100;
 
 TEST(FontSize, LevelsFromDpiMovedByDelta)
 {
-    const int cases[][3] = {{96, 0, 10},   {120, 0, 11},  {400, 3, 20},       {96, -3, 8},        {96, -1, 9},
-                            {119, 0, 10},  {167, 0, 11},  {168, 0, 12},       {239, 0, 12},       {240, 0, 14},
-                            {335, 0, 14},  {336, 0, 16},  {336, 1, 18},       {96, INT_MIN, 8},   {96, INT_MAX, 20}};
+    const int cases[][3] = {{96, 0, 10},  {120, 0, 11}, {400, 3, 20}, {96, -3, 8},      {96, -1, 9},
+                            {119, 0, 10}, {167, 0, 11}, {168, 0, 12}, {239, 0, 12},     {240, 0, 14},
+                            {335, 0, 14}, {336, 0, 16}, {336, 1, 18}, {96, INT_MIN, 8}, {96, INT_MAX, 20}};
     for (const auto& c : cases)
         EXPECT_EQ(GetFontSizeForDPI(c[0], c[1]), c[2]) << c[0] << " " << c[1];
 }
@@ -98,9 +104,9 @@ TEST(FontSize, LevelsFromDpiMovedByDelta)
 TEST(RandrDpi, PhysicalSizeSnapAndTurnedCrtcs)
 {
     // CRTC width and height, millimetres across and down, rotation, DPI across and down
-    const double cases[][7] = {{1920, 1080, 508, 286, 1, 96, 96},     {1920, 1920, 490, 490, 1, 96, 96},
-                               {1000, 900, 254, 254, 1, 100, 90},      {1000, 2000, 400, 200, 2, 127, 127},
-                               {1000, 2000, 400, 200, 8, 127, 127},    {1000, 2000, 400, 200, 18, 127, 127},
+    const double cases[][7] = {{1920, 1080, 508, 286, 1, 96, 96},   {1920, 1920, 490, 490, 1, 96, 96},
+                               {1000, 900, 254, 254, 1, 100, 90},   {1000, 2000, 400, 200, 2, 127, 127},
+                               {1000, 2000, 400, 200, 8, 127, 127}, {1000, 2000, 400, 200, 18, 127, 127},
                                {1000, 2000, 400, 200, 4, 63.5, 254}};
     for (const auto& c : cases) {
         ScriptedServer server;
@@ -202,7 +208,7 @@ TEST(FindDpi, XftAndRandrAreAskedOnlyWhileTheDpiIsNinetySixSomething)
 {
     ScriptedServer server;
     server.monitor(400, 200, 1000, 2000, 2);  // RandR says 127
-    server.widthMM = 506;                      // 1920 px: 96.38
+    server.widthMM = 506;  // 1920 px: 96.38
     server.xft = 96.2;
     EXPECT_EQ(Vyx::detail::findDPI(server, 0, kRoot), 127.0);
     server.xft = 110;
@@ -225,8 +231,8 @@ TEST(XftDpi, TheCurrentValueWinsAndIsPublishedRounded)
     Vyx::detail::setXftDPI(server, 0, 144, true);  // already published
     Vyx::detail::setXftDPI(server, 0, 0, true);
     Vyx::detail::setXftDPI(server, 0, 90, false);
-    EXPECT_EQ(server.xftSet, (std::vector<double>{144, 100.4, 120, 120}));
-    EXPECT_EQ(server.xrmLines, (std::vector<std::string>{"Xft.dpi: 144", "Xft.dpi: 100"}));
+    EXPECT_EQ(server.xftSet, (std::vector<double> {144, 100.4, 120, 120}));
+    EXPECT_EQ(server.xrmLines, (std::vector<std::string> {"Xft.dpi: 144", "Xft.dpi: 100"}));
 }
 
 // ---- against Xvfb: 1280x1024 pixels, 325x260 mm, one output "screen" with
@@ -235,7 +241,7 @@ TEST(XftDpi, TheCurrentValueWinsAndIsPublishedRounded)
 std::string resourceOf(XrmDatabase db, const char* name)
 {
     char* type = nullptr;
-    XrmValue value{};
+    XrmValue value {};
     return db && XrmGetResource(db, name, name, &type, &value) && value.addr ? value.addr : "(none)";
 }
 
@@ -350,7 +356,7 @@ TEST(XrdbFile, ReplacesAppendsAndRemovesLinesInPlace)
     EXPECT_TRUE(setXrdbParameterInFile(file.c_str(), "b:", nullptr, nullptr, ApplyByXrdb(false)));
     EXPECT_EQ(vyxtest::readFile(file), "a: 1\nc: 3\nXcursor.theme: dmz\n");
     EXPECT_EQ(vyxtest::fileMode(file), 0640u);
-    EXPECT_EQ(vyxtest::listDir(world.path("res")), std::vector<std::string>{"Xresources"});
+    EXPECT_EQ(vyxtest::listDir(world.path("res")), std::vector<std::string> {"Xresources"});
 }
 
 TEST(XrdbFile, MissingFilesAreCreatedAndBadArgumentsRefused)
@@ -360,7 +366,8 @@ TEST(XrdbFile, MissingFilesAreCreatedAndBadArgumentsRefused)
     EXPECT_TRUE(setXrdbParameterInFile(file.c_str(), "Xft.dpi", ": ", "96", ApplyByXrdb(false)));
     EXPECT_TRUE(setXrdbParameterInFile(empty.c_str(), "Xft.dpi", ": ", "", ApplyByXrdb(false)));
     EXPECT_TRUE(setXrdbParameterInFile(lost.c_str(), "Xft.dpi", ": ", "96", ApplyByXrdb(false)));
-    EXPECT_EQ(vyxtest::listDir(world.root()), (std::vector<std::string>{"empty", "etc", "home", "new", "run", "tmp", "usr"}));
+    EXPECT_EQ(vyxtest::listDir(world.root()),
+              (std::vector<std::string> {"empty", "etc", "home", "new", "run", "tmp", "usr"}));
     EXPECT_EQ(vyxtest::readFile(empty), "");
     for (const char* bad : {static_cast<const char*>(nullptr), ""}) {
         EXPECT_FALSE(setXrdbParameterInFile(bad, "Xft.dpi", ": ", "1", ApplyByXrdb(false)));

@@ -56,12 +56,12 @@ TEST(InputDevices, TouchClassesThenNamesAndPenAxes)
     std::vector<std::pair<int, VyxInputDeviceKind>> kinds;
     for (const VyxInputDevice& device : found)
         kinds.emplace_back(device.id, device.kind);
-    EXPECT_EQ(kinds, (std::vector<std::pair<int, VyxInputDeviceKind>>{{9, TouchscreenDevice},
-                                                                      {10, TouchpadDevice},
-                                                                      {11, TouchpadDevice},
-                                                                      {12, TabletDevice},
-                                                                      {13, TabletDevice},
-                                                                      {17, TabletDevice}}));
+    EXPECT_EQ(kinds, (std::vector<std::pair<int, VyxInputDeviceKind>> {{9, TouchscreenDevice},
+                                                                       {10, TouchpadDevice},
+                                                                       {11, TouchpadDevice},
+                                                                       {12, TabletDevice},
+                                                                       {13, TabletDevice},
+                                                                       {17, TabletDevice}}));
     ASSERT_FALSE(found.empty());
     EXPECT_EQ(found[0].name, "ELAN Touchscreen");
 
@@ -73,7 +73,7 @@ TEST(InputDevices, TouchClassesThenNamesAndPenAxes)
     EXPECT_EQ(server.queries, 2) << "without XInput 2 the devices are not asked for";
 }
 
-class InputDevicesXvfb : public vyxtest::XvfbTest {};
+class InputDevicesXvfb : public vyxtest::XvfbTest { };
 
 TEST_F(InputDevicesXvfb, TheRealServerIsAskedAndHasNone)
 {

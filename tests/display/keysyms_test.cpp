@@ -17,13 +17,24 @@ namespace {
 TEST(KeySym2Ucs, LegacyBlocksFromTheHeader)
 {
     const unsigned long pairs[][2] = {
-        {0x01a1, 0x0104} /* Aogonek */, {0x01e6, 0x0107} /* cacute */, {0x02a6, 0x0124} /* Hcircumflex */,
-        {0x03a2, 0x0138} /* kra */, {0x047e, 0x203e} /* overline */, {0x04b1, 0x30a2} /* kana_A */,
-        {0x05c7, 0x0627} /* Arabic_alef */, {0x06c1, 0x0430} /* Cyrillic_a */, {0x06e1, 0x0410} /* Cyrillic_A */,
-        {0x07c1, 0x0391} /* Greek_ALPHA */, {0x07e1, 0x03b1} /* Greek_alpha */,
+        {0x01a1, 0x0104} /* Aogonek */,
+        {0x01e6, 0x0107} /* cacute */,
+        {0x02a6, 0x0124} /* Hcircumflex */,
+        {0x03a2, 0x0138} /* kra */,
+        {0x047e, 0x203e} /* overline */,
+        {0x04b1, 0x30a2} /* kana_A */,
+        {0x05c7, 0x0627} /* Arabic_alef */,
+        {0x06c1, 0x0430} /* Cyrillic_a */,
+        {0x06e1, 0x0410} /* Cyrillic_A */,
+        {0x07c1, 0x0391} /* Greek_ALPHA */,
+        {0x07e1, 0x03b1} /* Greek_alpha */,
         {0x08a2, 0x250c} /* topleftradical, an approximate match in parentheses */,
-        {0x08bc, 0x2264} /* lessthanequal */, {0x0aa9, 0x2014} /* emdash */, {0x0ad2, 0x201c} /* leftdoublequotemark */,
-        {0x0ce0, 0x05d0} /* hebrew_aleph */, {0x0da1, 0x0e01} /* Thai_kokai */, {0x13bc, 0x0152} /* OE */,
+        {0x08bc, 0x2264} /* lessthanequal */,
+        {0x0aa9, 0x2014} /* emdash */,
+        {0x0ad2, 0x201c} /* leftdoublequotemark */,
+        {0x0ce0, 0x05d0} /* hebrew_aleph */,
+        {0x0da1, 0x0e01} /* Thai_kokai */,
+        {0x13bc, 0x0152} /* OE */,
         {0x20ac, 0x20ac} /* EuroSign */,
     };
     for (const auto& pair : pairs)

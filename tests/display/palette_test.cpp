@@ -51,7 +51,7 @@ TEST(Palette, ShadesRunFromTheColourTowardsBlackThroughTheDarkVariants)
     EXPECT_EQ(four[1], GetPrimaryDarkColor("#5682a3", false));
     EXPECT_EQ(four[2], GetPrimaryDarkColor("#5682a3", true));
     EXPECT_EQ(four[3], "#162129");  // a quarter of the lightness, computed as the cases above
-    EXPECT_EQ(CreateShadeColors("#808080", 2), (std::vector<std::string>{"#808080", "#404040"}));
+    EXPECT_EQ(CreateShadeColors("#808080", 2), (std::vector<std::string> {"#808080", "#404040"}));
     EXPECT_EQ(CreateShadeColors("#123456", 100000).size(), 256u);
     EXPECT_TRUE(CreateShadeColors("#123456", 0).empty());
     EXPECT_TRUE(CreateShadeColors("#12345", 3).empty());

@@ -65,7 +65,7 @@ TEST(Wallpaper, TheDesktopsOwnDirectoriesSitBetweenTheUsersAndTheSystems)
         ASSERT_EQ(mkdir("/usr/share/vyx-wm/images", 0755), 0);
         for (const char* file : {"/usr/share/vyx-wm/wallpapers/dawn.png", "/usr/share/vyx-wm/wallpapers/noon.jpg",
                                  "/usr/share/vyx-wm/images/noon.png", "/usr/share/vyx-wm/images/dusk.png"})
-            std::ofstream{file};
+            std::ofstream {file};
         EXPECT_EQ(FindWallPaperByName("dawn"), userDawn);
         EXPECT_EQ(FindWallPaperByName("noon"), "/usr/share/vyx-wm/wallpapers/noon.jpg");
         EXPECT_EQ(FindWallPaperByName("dusk"), "/usr/share/vyx-wm/images/dusk.png");

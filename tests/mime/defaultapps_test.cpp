@@ -30,7 +30,8 @@ using Strings = std::vector<std::string>;
 
 const Vyx::tagged_bool<AllDesktopEntries_tag> kFirst(false), kAll(true);
 
-void app(const TempHome& world, const std::string& relative, const std::string& mimeTypes, const char* type = "Application")
+void app(const TempHome& world, const std::string& relative, const std::string& mimeTypes,
+         const char* type = "Application")
 {
     world.writeFile(relative, "[Desktop Entry]\nType=" + std::string(type) + "\nName=" + relative +
                                   "\nExec=true\nIcon=icon-" + relative.substr(relative.rfind('/') + 1) +
@@ -113,15 +114,16 @@ TEST(Catalogue, PathsEntriesAndFolders)
 
     EXPECT_EQ(GetDesktopEntryFullPath("/x/y.desktop"), "/x/y.desktop");
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-    Strings paths = GetAllAppDesktopEntryPaths();
-    ASSERT_EQ(paths.size(), 4u);
-    EXPECT_EQ(paths[0], world.path("home/data/applications/editor.desktop"));  // listed twice, user's first
-    EXPECT_EQ(std::count(paths.begin(), paths.end(), world.path("usr/share/applications/editor.desktop")), 1);
-    EXPECT_EQ(GetDesktopEntryFullPath("editor.desktop"), paths[0]);
-    EXPECT_EQ(GetDesktopEntryFullPath("vendor/tool.desktop"), world.path("usr/share/applications/vendor/tool.desktop"));
-    EXPECT_EQ(GetAllAppDesktopEntries().size(), 3u);  // the link is not an application
-    // One character more than ".directory" is cut, as it always was.
-    EXPECT_EQ(GetAllCategorizedFolderList(), Strings{world.path("usr/share/applications/game")});
+        Strings paths = GetAllAppDesktopEntryPaths();
+        ASSERT_EQ(paths.size(), 4u);
+        EXPECT_EQ(paths[0], world.path("home/data/applications/editor.desktop"));  // listed twice, user's first
+        EXPECT_EQ(std::count(paths.begin(), paths.end(), world.path("usr/share/applications/editor.desktop")), 1);
+        EXPECT_EQ(GetDesktopEntryFullPath("editor.desktop"), paths[0]);
+        EXPECT_EQ(GetDesktopEntryFullPath("vendor/tool.desktop"),
+                  world.path("usr/share/applications/vendor/tool.desktop"));
+        EXPECT_EQ(GetAllAppDesktopEntries().size(), 3u);  // the link is not an application
+        // One character more than ".directory" is cut, as it always was.
+        EXPECT_EQ(GetAllCategorizedFolderList(), Strings {world.path("usr/share/applications/game")});
     }));
 }
 
@@ -138,10 +140,10 @@ TEST(DefaultApps, FromMimeinfoCacheThenFromTheCacheFile)
         Strings all = GetDesktopEntryPathForMime("text/plain", kAll);
         EXPECT_EQ(all.size(), 2u);
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst).size(), 1u);
-        EXPECT_EQ(GetDesktopEntryPathForMime("image/png", kAll), Strings{dir + "/viewer.desktop"});
+        EXPECT_EQ(GetDesktopEntryPathForMime("image/png", kAll), Strings {dir + "/viewer.desktop"});
         EXPECT_TRUE(GetDesktopEntryPathForMime("", kAll).empty());
-        EXPECT_EQ(applicationLines(cache), dir + "/editor.desktop=text/plain;text/x-c\n" + dir +
-                                               "/viewer.desktop=image/png;text/plain\n");
+        EXPECT_EQ(applicationLines(cache),
+                  dir + "/editor.desktop=text/plain;text/x-c\n" + dir + "/viewer.desktop=image/png;text/plain\n");
     }));
     // A new process whose directories did not change reads the cache file,
     // in ascending path order; the file is what it trusts.
@@ -150,7 +152,7 @@ TEST(DefaultApps, FromMimeinfoCacheThenFromTheCacheFile)
     world.writeFile("run/.vyx-mime-desktop.tbl", text);
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll),
-                  (Strings{"/from/cache.desktop", dir + "/editor.desktop", dir + "/viewer.desktop"}));
+                  (Strings {"/from/cache.desktop", dir + "/editor.desktop", dir + "/viewer.desktop"}));
         EXPECT_EQ(GetDesktopEntryForMime("image/png", kFirst).front().filePath(), dir + "/viewer.desktop");
     }));
 }
@@ -165,7 +167,7 @@ TEST(DefaultApps, DirectoryWithoutMimeinfoIsScanned)
     vyxtest::setMtime(cache, 1000);
     vyxtest::setMtime(dir, 2000);
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-        EXPECT_EQ(GetDesktopEntryPathForMime("text/html", kAll), Strings{dir + "/a.desktop"});
+        EXPECT_EQ(GetDesktopEntryPathForMime("text/html", kAll), Strings {dir + "/a.desktop"});
     }));
     EXPECT_EQ(applicationLines(cache), dir + "/a.desktop=text/html\n");
 }
@@ -185,15 +187,15 @@ TEST(DefaultApps, AliasesWidenTheLookup)
     world.writeFile("usr/share/mime/aliases", aliases);  // where the MIME database reads it
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world, aliases), [&] {
         EXPECT_EQ(GetMimeAliases("application/foo"),
-                  (Strings{"application/x-foo", "application/x-foo2", "application/x-foo3"}));
+                  (Strings {"application/x-foo", "application/x-foo2", "application/x-foo3"}));
         EXPECT_TRUE(GetMimeAliases("application/x-foo").empty());
         EXPECT_TRUE(GetMimeAliases("").empty());  // "lonely" names no canonical type
         // The MIME database reads the same text the same way.
         for (const char* alias : {"application/x-foo", "application/x-foo2", "application/x-foo3"})
             EXPECT_STREQ(xdg_mime_unalias_mime_type(alias), "application/foo") << alias;
         EXPECT_STREQ(xdg_mime_unalias_mime_type("lonely"), "lonely");
-        EXPECT_EQ(GetDesktopEntryPathForMime("application/foo", kAll), Strings{dir + "/foo.desktop"});
-        EXPECT_EQ(GetDesktopEntryPathForMime("application/x-bar", kAll), Strings{dir + "/bar.desktop"});
+        EXPECT_EQ(GetDesktopEntryPathForMime("application/foo", kAll), Strings {dir + "/foo.desktop"});
+        EXPECT_EQ(GetDesktopEntryPathForMime("application/x-bar", kAll), Strings {dir + "/bar.desktop"});
     }));
 }
 
@@ -206,10 +208,10 @@ TEST(Mimeapps, ListingOrderAndWritableLists)
                              "usr/share/applications/mimeapps.list", "home/.local/share/applications/A-mimeapps.list"})
         world.writeFile(name, "[Added Associations]\n");
     EXPECT_EQ(GetMimeappsLists(),
-              (Strings{world.home() + "/.config/A-mimeapps.list", world.home() + "/.config/B-mimeapps.list",
-                       world.home() + "/.config/mimeapps.list", world.path("etc/xdg/mimeapps.list"),
-                       world.home() + "/.local/share/applications/A-mimeapps.list",
-                       world.path("usr/share/applications/mimeapps.list")}));
+              (Strings {world.home() + "/.config/A-mimeapps.list", world.home() + "/.config/B-mimeapps.list",
+                        world.home() + "/.config/mimeapps.list", world.path("etc/xdg/mimeapps.list"),
+                        world.home() + "/.local/share/applications/A-mimeapps.list",
+                        world.path("usr/share/applications/mimeapps.list")}));
     EXPECT_EQ(GetWritableMimeappsList(), world.home() + "/.config/mimeapps.list");
     ScopedEnv session("DESKTOP_SESSION", "vyx");
     EXPECT_EQ(GetWritableDesktopMimeappsList(), "");
@@ -222,9 +224,10 @@ TEST(Mimeapps, AssignedApplicationsAndIcons)
     TempHome world;
     app(world, "usr/share/applications/editor.desktop", "text/plain;");
     app(world, "usr/share/applications/viewer.desktop", "text/plain;");
-    std::string list = world.writeFile("home/.config/mimeapps.list",
-                                       "[Default Applications]\ntext/html=viewer.desktop\n"
-                                       "[Added Associations]\ntext/plain=viewer.desktop;missing.desktop;editor.desktop;\n");
+    std::string list =
+        world.writeFile("home/.config/mimeapps.list",
+                        "[Default Applications]\ntext/html=viewer.desktop\n"
+                        "[Added Associations]\ntext/plain=viewer.desktop;missing.desktop;editor.desktop;\n");
     world.writeFile("etc/xdg/mimeapps.list", "[Added Associations]\ntext/plain=editor.desktop\n");
     std::vector<VyxDesktopEntry> first = GetAssignedDesktopEntryForMime("text/plain", kFirst);
     ASSERT_EQ(first.size(), 1u);
@@ -233,7 +236,7 @@ TEST(Mimeapps, AssignedApplicationsAndIcons)
     EXPECT_EQ(GetAssignedDesktopEntryForMime("text/plain", kAll).size(), 3u);
     EXPECT_TRUE(GetAssignedDesktopEntryForMime("text/html", kAll).empty());  // only Added Associations
     EXPECT_EQ(GetAssignedIconForMime("text/plain", Vyx::tagged_bool<AllIcons_tag>(true)),
-              (Strings{"icon-viewer.desktop", "icon-editor.desktop", "icon-editor.desktop"}));
+              (Strings {"icon-viewer.desktop", "icon-editor.desktop", "icon-editor.desktop"}));
 
     // A newer list is read again.
     world.writeFile("home/.config/mimeapps.list", "[Added Associations]\ntext/plain=editor.desktop\n");
@@ -249,7 +252,8 @@ TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
     app(world, "usr/share/applications/ok.desktop", "text/plain;");
     world.writeFile("usr/share/applications/mimeinfo.cache",
                     "[MIME Cache]\ngarbage without equals\n=\ntext/plain=ok.desktop;;\n"
-                    "text/huge=" + std::string(20000, 'x') + ".desktop\n\x01\x02\xff=\xfe\n");
+                    "text/huge=" +
+                        std::string(20000, 'x') + ".desktop\n\x01\x02\xff=\xfe\n");
     vyxtest::setMtime(dir, 1000);
     vyxtest::setMtime(dir + "/mimeinfo.cache", 2000);
     // A binary, truncated cache file with lines far beyond 8190 characters.
@@ -262,14 +266,14 @@ TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
     chmod(list.c_str(), 0600);
     world.writeFile("home/.config/B-mimeapps.list", std::string(5000, '\xff'));
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings{dir + "/ok.desktop"});
+        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings {dir + "/ok.desktop"});
         EXPECT_EQ(GetDesktopEntryPathForMime("text/huge", kAll).size(), 1u);
     }));
     // Garbage however new is not a cache file: ignored and rebuilt.
     world.writeFile("run/.vyx-mime-desktop.tbl", binary);
     vyxtest::setMtime(cache, time(nullptr) + 100);
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings{dir + "/ok.desktop"});
+        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings {dir + "/ok.desktop"});
         EXPECT_EQ(GetMimeCacheUse().ignored, "not a cache file of this library");
     }));
     vyxtest::ChildOptions unprivileged = isolated(world);
@@ -307,8 +311,8 @@ TEST(DefaultAppsCache, PlaceOfTheFile)
     ASSERT_EQ(chown(foreign.c_str(), 65534, 65534), 0);
     std::string cacheFile = "/c/vyx/.vyx-mime-desktop.tbl";
     EXPECT_EQ(Vyx::detail::chooseMimeCachePath(own, "/c", "/h"), own + "/.vyx-mime-desktop.tbl");
-    for (const std::string& runtime : {shared, foreign, std::string("relative/run"), world.path("missing"),
-                                       world.writeFile("file", "")})
+    for (const std::string& runtime :
+         {shared, foreign, std::string("relative/run"), world.path("missing"), world.writeFile("file", "")})
         EXPECT_EQ(Vyx::detail::chooseMimeCachePath(runtime, "/c", "/h"), cacheFile) << runtime;
     EXPECT_EQ(Vyx::detail::chooseMimeCachePath("", "relative", "/h"), "/h/.cache/vyx/.vyx-mime-desktop.tbl");
     EXPECT_EQ(Vyx::detail::chooseMimeCachePath("", "", ""), "");
@@ -318,7 +322,8 @@ TEST(DefaultAppsCache, PlaceOfTheFile)
     app(world, "usr/share/applications/editor.desktop", "text/plain;");
     ScopedEnv runtime("XDG_RUNTIME_DIR", nullptr);
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst), Strings{world.path("usr/share/applications/editor.desktop")});
+        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst),
+                  Strings {world.path("usr/share/applications/editor.desktop")});
         VyxMimeCacheUse use = GetMimeCacheUse();
         EXPECT_EQ(use.path, world.home() + "/.cache/vyx/.vyx-mime-desktop.tbl");
         EXPECT_TRUE(use.written);
@@ -334,7 +339,8 @@ TEST(DefaultAppsCache, PlaceOfTheFile)
     // written, although the file in it is still intact.
     chmod((world.home() + "/.cache/vyx").c_str(), 0777);
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst), Strings{world.path("usr/share/applications/editor.desktop")});
+        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst),
+                  Strings {world.path("usr/share/applications/editor.desktop")});
         VyxMimeCacheUse use = GetMimeCacheUse();
         EXPECT_FALSE(use.read || use.written);
         EXPECT_EQ(use.ignored, "in a directory others can write");
@@ -367,7 +373,7 @@ TEST(DefaultAppsCache, PlantedByAnotherUser)
     for (const char* runtime : {static_cast<const char*>("shared"), static_cast<const char*>(nullptr)}) {
         ScopedEnv variable("XDG_RUNTIME_DIR", runtime ? world.path(runtime).c_str() : nullptr);
         VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-            EXPECT_EQ(GetDesktopEntryPathForMime("application/pdf", kAll), Strings{dir + "/editor.desktop"});
+            EXPECT_EQ(GetDesktopEntryPathForMime("application/pdf", kAll), Strings {dir + "/editor.desktop"});
             EXPECT_EQ(GetMimeCacheUse().path, world.home() + "/.cache/vyx/.vyx-mime-desktop.tbl");
         }));
     }
@@ -396,7 +402,8 @@ TEST(DefaultAppsCache, UntrustedFilesAreIgnored)
         std::string dir = world.path("usr/share/applications");
         app(world, "usr/share/applications/editor.desktop", "text/plain;");
         app(world, "home/.local/share/applications/mine.desktop", "text/x-mine;");
-        VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [] { GetDesktopEntryPathForMime("text/plain", kFirst); }));
+        VYX_EXPECT_CHILD(
+            vyxtest::runInChild(isolated(world), [] { GetDesktopEntryPathForMime("text/plain", kFirst); }));
         std::string cache = runtimeCache(world), planted = plantedCache(world);
         std::string name = c.name;
         std::string other = world.writeFile("other", planted);
@@ -420,9 +427,9 @@ TEST(DefaultAppsCache, UntrustedFilesAreIgnored)
             world.writeFile("run/.vyx-mime-desktop.tbl", planted);
         }
         ScopedEnv dataHome("XDG_DATA_HOME", name == "other directory list" ? world.path("elsewhere").c_str()
-                                                                         : (world.home() + "/.local/share").c_str());
+                                                                           : (world.home() + "/.local/share").c_str());
         VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-            EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings{dir + "/editor.desktop"});
+            EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings {dir + "/editor.desktop"});
             VyxMimeCacheUse use = GetMimeCacheUse();
             EXPECT_FALSE(use.read);
             EXPECT_EQ(use.ignored, c.reason);
@@ -443,8 +450,8 @@ TEST(DefaultAppsCache, NoApplicationIsLostWhenAnotherDirectoryChanges)
     ScopedEnv dataDirs("XDG_DATA_DIRS", (world.path("t/a") + ":" + world.path("t/b")).c_str());
     auto expectBoth = [&](bool read) {
         VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-            EXPECT_EQ(GetDesktopEntryPathForMime("text/x-b", kAll), Strings{b + "/appb.desktop"});
-            EXPECT_EQ(GetDesktopEntryPathForMime("text/x-a", kAll), Strings{a + "/appa.desktop"});
+            EXPECT_EQ(GetDesktopEntryPathForMime("text/x-b", kAll), Strings {b + "/appb.desktop"});
+            EXPECT_EQ(GetDesktopEntryPathForMime("text/x-a", kAll), Strings {a + "/appa.desktop"});
             EXPECT_EQ(GetMimeCacheUse().read, read);
         }));
     };
@@ -478,10 +485,11 @@ TEST(DefaultAppsCache, TextAndMapAnswersAgree)
     world.writeFile("run/.vyx-mime-desktop.tbl", text);
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
         for (int round = 0; round < 4; ++round) {
-            EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), (Strings{"/r.desktop", "", dir + "/editor.desktop"}));
-            EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst), Strings{"/r.desktop"});
-            EXPECT_EQ(GetDesktopEntryPathForMime("x=text/plain", kAll), Strings{"/q.desktop"});
-            EXPECT_EQ(GetDesktopEntryPathForMime("image/png", kAll), (Strings{"/p/text/plain", ""}));
+            EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll),
+                      (Strings {"/r.desktop", "", dir + "/editor.desktop"}));
+            EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst), Strings {"/r.desktop"});
+            EXPECT_EQ(GetDesktopEntryPathForMime("x=text/plain", kAll), Strings {"/q.desktop"});
+            EXPECT_EQ(GetDesktopEntryPathForMime("image/png", kAll), (Strings {"/p/text/plain", ""}));
             EXPECT_TRUE(GetDesktopEntryPathForMime("text/plain;image/png", kAll).empty());
         }
         EXPECT_TRUE(GetMimeCacheUse().read);
@@ -542,7 +550,7 @@ TEST(DefaultAppsCache, ManyApplicationsAndRebuildsAtOnce)
     // Nothing left half-written beside it.
     std::vector<std::string> files;
     GetFileList(&files, world.path("run").c_str(), 1, "*", Vyx::tagged_bool<FilesOnly_tag>(true));
-    EXPECT_EQ(files, Strings{cache});
+    EXPECT_EQ(files, Strings {cache});
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
         Strings all = GetDesktopEntryPathForMime("text/plain", kAll);
         EXPECT_EQ(all.size(), 10000u);

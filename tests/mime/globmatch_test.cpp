@@ -19,13 +19,13 @@ using Vyx::detail::globMatch;
 
 TEST(GlobMatch, AgreesWithFnmatch)
 {
-    const char* patterns[] = {"*.so.[0-9]*", "README*", "[Mm]akefile", "*.[1-9]", "x?z", "*~", "a\\*b",
-                              "[!a-c]x",     "[]]x",    "[a-]x",       "*[[:digit:]]", "[",  "a[b",   "**.c",
-                              "*.tar.*",     "\\",      "[\\]]x",      "*a*b*c",  ""};
-    const char* names[] = {"libx.so.1",  "libx.so",  "README.md", "Makefile", "makefile", "x.3", "x.z",  "xyz",
-                           "xz",         "old~",     "a*b",       "ab",       "dx",       "bx",  "]x",   "-x",
-                           "file2",      "[",        "a[b",       "x.c",      "a.tar.gz", "\\",  "aXbYc", "",
-                           ".hidden.c",  "dir/x.c"};
+    const char* patterns[] = {"*.so.[0-9]*", "README*", "[Mm]akefile", "*.[1-9]",      "x?z", "*~",  "a\\*b",
+                              "[!a-c]x",     "[]]x",    "[a-]x",       "*[[:digit:]]", "[",   "a[b", "**.c",
+                              "*.tar.*",     "\\",      "[\\]]x",      "*a*b*c",       ""};
+    const char* names[] = {"libx.so.1", "libx.so", "README.md", "Makefile",  "makefile", "x.3", "x.z",
+                           "xyz",       "xz",      "old~",      "a*b",       "ab",       "dx",  "bx",
+                           "]x",        "-x",      "file2",     "[",         "a[b",      "x.c", "a.tar.gz",
+                           "\\",        "aXbYc",   "",          ".hidden.c", "dir/x.c"};
     for (const char* pattern : patterns) {
         for (const char* name : names)
             EXPECT_EQ(globMatch(pattern, name), fnmatch(pattern, name, 0) == 0) << pattern << " ~ " << name;

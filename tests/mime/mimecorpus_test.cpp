@@ -51,9 +51,13 @@ TEST(MimeCorpus, InstalledFilesGetTheirKnownTypes)
         {"/usr/share/man/man1", 1, "*.1.gz", {"application/gzip"}, ""},
         // Names such as "tclsh8.6" are manual pages by their name, and a
         // name that names one type is not second-guessed.
-        {"/usr/bin", 1, "*[a-z]", elf, "\x7f" "ELF"},
+        {"/usr/bin", 1, "*[a-z]", elf,
+         "\x7f"
+         "ELF"},
         {"/usr/bin", 1, "*[a-z]", {"application/x-shellscript"}, "#!/bin/sh\n"},
-        {"/usr/lib/x86_64-linux-gnu", 1, "lib*.so.[0-9]*", elf, "\x7f" "ELF"},
+        {"/usr/lib/x86_64-linux-gnu", 1, "lib*.so.[0-9]*", elf,
+         "\x7f"
+         "ELF"},
         {"/usr/share/locale", 3, "*.mo", {"application/x-gettext-translation"}, ""},
         {"/usr/include", 1, "*.h", {"text/x-chdr"}, ""},
         {"/usr/share/icons/Adwaita", 4, "*.png", {"image/png"}, ""},

@@ -37,20 +37,19 @@ class OwnDatabase : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        world.writeFile("home/.local/share/mime/globs2",
-                        "# weight:type:pattern\n"
-                        "50:text/x-own:*.own\n"
-                        "60:text/x-heavy:*.own\n"
-                        "50:application/x-longer:*.tar.own\n"
-                        "50:text/x-case:*.C:cs\n"
-                        "50:text/x-lower:*.c\n"
-                        "50:text/x-literal:Ownfile\n"
-                        "40:application/x-tie-a:*.tie\n"
-                        "40:application/x-tie-b:*.tie\n"
-                        "50:image/x-glob:img-*.dat\n"
-                        "45:video/x-both-bin:*.both\n"
-                        "45:text/x-both-text:*.both\n"
-                        "50:application/x-dropped:__NOGLOBS__\n");
+        world.writeFile("home/.local/share/mime/globs2", "# weight:type:pattern\n"
+                                                         "50:text/x-own:*.own\n"
+                                                         "60:text/x-heavy:*.own\n"
+                                                         "50:application/x-longer:*.tar.own\n"
+                                                         "50:text/x-case:*.C:cs\n"
+                                                         "50:text/x-lower:*.c\n"
+                                                         "50:text/x-literal:Ownfile\n"
+                                                         "40:application/x-tie-a:*.tie\n"
+                                                         "40:application/x-tie-b:*.tie\n"
+                                                         "50:image/x-glob:img-*.dat\n"
+                                                         "45:video/x-both-bin:*.both\n"
+                                                         "45:text/x-both-text:*.both\n"
+                                                         "50:application/x-dropped:__NOGLOBS__\n");
         world.writeFile("usr/share/mime/globs2", "50:application/x-dropped:*.drop\n50:text/x-system:*.sys\n");
         world.writeFile("home/.local/share/mime/aliases", "text/x-old-own text/x-own\n");
         world.writeFile("home/.local/share/mime/subclasses", "text/x-own text/x-base\ntext/x-base text/plain\n"
@@ -72,15 +71,15 @@ protected:
 
 TEST_F(OwnDatabase, NamesByKindWeightAndLength)
 {
-    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.own"), "text/x-heavy");        // weight
-    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.tar.own"), "text/x-heavy");    // weight before length
-    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("/dir.c/x.C"), "text/x-case");    // case-sensitive
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.own"), "text/x-heavy");  // weight
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.tar.own"), "text/x-heavy");  // weight before length
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("/dir.c/x.C"), "text/x-case");  // case-sensitive
     EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("X.c"), "text/x-lower");
-    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("OWNFILE"), "text/x-literal");    // literals ignore case too
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("OWNFILE"), "text/x-literal");  // literals ignore case too
     EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("img-12.dat"), "image/x-glob");
     EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.sys"), "text/x-system");
     EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.drop"), xdg_mime_type_unknown);  // __NOGLOBS__
-    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.tie"), xdg_mime_type_unknown);   // ambiguous
+    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.tie"), xdg_mime_type_unknown);  // ambiguous
     const char* types[4];
     EXPECT_EQ(xdg_mime_get_mime_types_from_file_name("a.tie", types, 4), 2);
     EXPECT_EQ(xdg_mime_get_mime_types_from_file_name("a.tie", types, 1), 1);
@@ -95,8 +94,9 @@ TEST_F(OwnDatabase, MagicNestingRangesMasksAndPriority)
     EXPECT_STREQ(xdg_mime_get_mime_type_for_data("NESTNO..", 8, &priority), "text/plain");  // child fails
     EXPECT_EQ(priority, 0);
     EXPECT_STREQ(xdg_mime_get_mime_type_for_data("......ZZ", 8, nullptr), "application/x-ranged");
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_data(".......ZZ", 9, nullptr), "application/x-ranged");  // offset 7: in range
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("........ZZ", 10, nullptr), "text/plain");          // offset 8: out
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_data(".......ZZ", 9, nullptr),
+                 "application/x-ranged");  // offset 7: in range
+    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("........ZZ", 10, nullptr), "text/plain");  // offset 8: out
     EXPECT_STREQ(xdg_mime_get_mime_type_for_data("\xF7\x01", 2, nullptr), "application/x-masked");
     EXPECT_STREQ(xdg_mime_get_mime_type_for_data("\x01\x02", 2, nullptr), xdg_mime_type_unknown);
     EXPECT_STREQ(xdg_mime_get_mime_type_for_data("", 0, nullptr), xdg_mime_type_empty);
@@ -208,7 +208,8 @@ TEST(MimeCache, AgreesWithTheTextFiles)
             data.replace(m.offset, m.value.size(), m.value);
             const unsigned char* bytes = reinterpret_cast<const unsigned char*>(data.data());
             int a = 0, b = 0;
-            EXPECT_EQ(text(fromCache.matchMagic(bytes, data.size(), &a)), text(fromText.matchMagic(bytes, data.size(), &b)))
+            EXPECT_EQ(text(fromCache.matchMagic(bytes, data.size(), &a)),
+                      text(fromText.matchMagic(bytes, data.size(), &b)))
                 << section.type;
             EXPECT_EQ(a, b);
             ++contents;
@@ -244,7 +245,8 @@ TEST(MimeCache, DamagedCachesGiveWhatCanBeRead)
     uint32_t tree = readBe32(good, 16), roots = readBe32(good, tree + 4);
     writeBe32(loops, roots + 8, roots);
     writeBe32(loops, roots + 4, readBe32(good, tree));
-    uint32_t magic = readBe32(good, 24), firstMatch = readBe32(good, magic + 8), firstMatchlet = readBe32(good, firstMatch + 12);
+    uint32_t magic = readBe32(good, 24), firstMatch = readBe32(good, magic + 8),
+             firstMatchlet = readBe32(good, firstMatch + 12);
     writeBe32(loops, firstMatchlet + 24, 1);
     writeBe32(loops, firstMatchlet + 28, firstMatchlet);
     damaged.push_back(loops);

@@ -22,10 +22,11 @@ using Strings = std::vector<std::string>;
 
 const char kApps[] = "usr/share/applications/";
 
-void app(const TempHome& world, const std::string& relative, const std::string& mimeTypes, const std::string& extra = "")
+void app(const TempHome& world, const std::string& relative, const std::string& mimeTypes,
+         const std::string& extra = "")
 {
-    world.writeFile(relative, "[Desktop Entry]\nType=Application\nName=" + relative + "\nExec=true %F\nMimeType=" +
-                                  mimeTypes + "\n" + extra);
+    world.writeFile(relative, "[Desktop Entry]\nType=Application\nName=" + relative +
+                                  "\nExec=true %F\nMimeType=" + mimeTypes + "\n" + extra);
 }
 
 // The machine's own applications and aliases hidden; the world's MIME

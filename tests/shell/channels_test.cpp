@@ -18,8 +18,8 @@
 
 #include <chrono>
 #include <clocale>
-#include <functional>
 #include <fcntl.h>
+#include <functional>
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -136,7 +136,8 @@ TEST(WmFifo, OnlyAnAdministratorFindsAnotherUsersFifo)
     world.makeDir("runuser/1000");
     world.makeDir("runuser/private/E/F");
     VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(runUser), [] {
-        const std::string privateFifo = "/var/run/user/private/E/F/vyx-wm-:5", userFifo = "/var/run/user/1000/vyx-wm-:5";
+        const std::string privateFifo = "/var/run/user/private/E/F/vyx-wm-:5",
+                          userFifo = "/var/run/user/1000/vyx-wm-:5";
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, false));  // the last candidate tried
         makeFifo(privateFifo);
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, true));
@@ -212,10 +213,7 @@ TEST(WmFifo, NothingButTheCallersOwnFifoGetsACommand)
         EXPECT_HAS(errors, planted + " not used: it is not a FIFO\n");
         EXPECT_EQ(vyxtest::readFile(planted), "");
         plant(planted, true, 1234);
-        EXPECT_EQ(unreadAfter(planted, [&] {
-                      errors = sendCapturingErrors("SECRET\n");
-                  }),
-                  "");
+        EXPECT_EQ(unreadAfter(planted, [&] { errors = sendCapturingErrors("SECRET\n"); }), "");
         EXPECT_HAS(errors, planted + " not used: it belongs to uid 1234, not to uid 0\n");
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(planted, false));
     }));
@@ -230,10 +228,10 @@ TEST(WmFifo, AdministratorTakesOnlyTheFifoOfTheUserWhoseDirectoryHoldsIt)
         ASSERT_EQ(chown(world.makeDir(std::string("runuser/") + uid).c_str(), std::stoi(uid), 0), 0);
     ASSERT_EQ(chown(world.makeDir("runuser/private/E/F").c_str(), 1002, 0), 0);
     VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(runUser), [] {
-        const std::string intruder = "/var/run/user/1000/vyx-wm-:6", privateFifo = "/var/run/user/private/E/F/vyx-wm-:6",
-                          own = "/var/run/user/1001/vyx-wm-:6";
-        plant(intruder, true, 1001);      // 1001's FIFO in 1000's directory
-        plant(privateFifo, true, 0);      // root's FIFO in a directory of 1002
+        const std::string intruder = "/var/run/user/1000/vyx-wm-:6",
+                          privateFifo = "/var/run/user/private/E/F/vyx-wm-:6", own = "/var/run/user/1001/vyx-wm-:6";
+        plant(intruder, true, 1001);  // 1001's FIFO in 1000's directory
+        plant(privateFifo, true, 0);  // root's FIFO in a directory of 1002
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, false));
         std::string errors;
         EXPECT_EQ(unreadAfter(intruder, [&] { errors = sendCapturingErrors("X\n"); }), "");
@@ -326,7 +324,7 @@ class DmSocket : public ::testing::Test {
 protected:
     DmSocket() { m_world.makeDir("dm/dmctl-:7"); }
     vyxtest::TempHome m_world;
-    ScopedEnv m_control{"DM_CONTROL", m_world.path("dm").c_str()}, m_display{"DISPLAY", ":7.1"};
+    ScopedEnv m_control {"DM_CONTROL", m_world.path("dm").c_str()}, m_display {"DISPLAY", ":7.1"};
     const std::string m_path = m_world.path("dm/dmctl-:7/socket");
 };
 
@@ -387,7 +385,7 @@ TEST(DmCtl, SessionsAndReserveDisplays)
     withDmCtl("if [ $# = 1 ] && [ \"$1\" = list ]; then printf 'ok\\t:0 alice\\t\\t:1 bob\\nnot read\\n'\n"
               "elif [ $# = 0 ]; then echo 'displays 2 reserve 3 active'; fi\n",
               [] {
-                  EXPECT_EQ(GetDMSessionsList(), (std::vector<std::string>{":0 alice", ":1 bob"}));
+                  EXPECT_EQ(GetDMSessionsList(), (std::vector<std::string> {":0 alice", ":1 bob"}));
                   EXPECT_EQ(GetDMReserveNum(), 3);
               });
     withDmCtl("[ $# = 0 ] && echo 'reserve none'\n", [] {  // "list" prints nothing
@@ -398,10 +396,7 @@ TEST(DmCtl, SessionsAndReserveDisplays)
 
 class ToplevelWindows : public vyxtest::XvfbTest {
 protected:
-    Window make()
-    {
-        return XCreateSimpleWindow(display(), DefaultRootWindow(display()), 0, 0, 10, 10, 0, 0, 0);
-    }
+    Window make() { return XCreateSimpleWindow(display(), DefaultRootWindow(display()), 0, 0, 10, 10, 0, 0, 0); }
     void setName(Window w, const char* encoding, const std::string& text)
     {
         XTextProperty property = {reinterpret_cast<unsigned char*>(const_cast<char*>(text.c_str())),
@@ -432,9 +427,9 @@ TEST_F(ToplevelWindows, NameThenClassPrefixThenIconName)
     XSetIconName(display(), calendar, "Calendar");
 
     EXPECT_EQ(find("Files"), filesByName);  // WM_NAME beats earlier class and icon matches
-    EXPECT_EQ(find("File"), files);         // but must match whole
-    EXPECT_EQ(find("Caf\xc3\xa9"), cafe);   // compared in the locale's encoding
-    EXPECT_EQ(find("Mail"), mailer);        // a class prefix beats an earlier icon name
+    EXPECT_EQ(find("File"), files);  // but must match whole
+    EXPECT_EQ(find("Caf\xc3\xa9"), cafe);  // compared in the locale's encoding
+    EXPECT_EQ(find("Mail"), mailer);  // a class prefix beats an earlier icon name
     EXPECT_EQ(find("mail"), mailer);
     EXPECT_EQ(find("view"), viewer);
     EXPECT_EQ(find("Calendar"), calendar);

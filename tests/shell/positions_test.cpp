@@ -30,9 +30,9 @@ TEST(DesktopPositions, SavedOnceRemovedAloneNeverCreated)
     EXPECT_FALSE(SaveDesktopItemPosition("a.txt", 1, 2, "HDMI-1"));  // no .directory: not made here
     EXPECT_NE(access(world.path("home/Desktop/.directory").c_str(), F_OK), 0);
 
-    const std::string file = world.writeFile("home/Desktop/.directory",
-                                             "[Desktop Entry]\nIcon=user-desktop\n\n"
-                                             "[IconPosition::other.txt]\nX=5\nY=6\nMonitor=\n");
+    const std::string file =
+        world.writeFile("home/Desktop/.directory", "[Desktop Entry]\nIcon=user-desktop\n\n"
+                                                   "[IconPosition::other.txt]\nX=5\nY=6\nMonitor=\n");
     ASSERT_TRUE(SaveDesktopItemPosition("a.txt", 10, 20, "HDMI-1"));
     ASSERT_TRUE(SaveDesktopItemPosition("a.txt", -30, 40, ""));
     std::string text = vyxtest::readFile(file);

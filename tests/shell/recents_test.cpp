@@ -72,7 +72,7 @@ TEST_F(Recents, DesktopEntriesFoldersAndPrograms)
     world.writeFile("home/.vyx/startmenu/recents/old-editor.desktop",
                     "[Desktop Entry]\nType=Application\nName=Old\nExec=editor %f\n");
     EXPECT_EQ(putEntryToRecentsMenu(editor.c_str(), nullptr, nullptr, kProgs), 1);  // copied
-    EXPECT_EQ(items(), std::vector<std::string>{"editor.desktop"});  // the same program's item replaced
+    EXPECT_EQ(items(), std::vector<std::string> {"editor.desktop"});  // the same program's item replaced
 
     std::string red = world.makeDir("home/red");
     world.writeFile("home/red/.directory", "[Desktop Entry]\nName=Red things\nIcon=folder-red\n");

@@ -28,13 +28,19 @@ TEST(Session, KindAndSuffixFromDesktopSession)
 {
     TempHome world;
     const KindCase cases[] = {
-        {nullptr, UnknownSession, ""}, {"", UnknownSession, ""}, {"vyx", VyxDefaultSession, ""},
+        {nullptr, UnknownSession, ""},
+        {"", UnknownSession, ""},
+        {"vyx", VyxDefaultSession, ""},
         {"VYX-Kiosk", VyxKioskSession, ".vyx-kiosk"},  // fixed suffixes are lower case
         {"vyx-tablet-kiosk", VyxTabletKioskSession, ".vyx-tablet-kiosk"},
-        {"vyx-tablet", VyxTabletSession, ".vyx-tablet"}, {"vyx-mini", VyxMiniSession, ".vyx-mini"},
-        {"Vyx-Mobile", VyxMobileSession, ".vyx-mobile"}, {"vyx-weston", VyxWestonSession, ""},
-        {"FailSafe", FailsafeSession, ""}, {"vyxfoo", UnknownSession, ".vyxfoo"},
-        {"vyx-other", UnknownSession, ".vyx-other"}, {"gnome", UnknownSession, ".gnome"},
+        {"vyx-tablet", VyxTabletSession, ".vyx-tablet"},
+        {"vyx-mini", VyxMiniSession, ".vyx-mini"},
+        {"Vyx-Mobile", VyxMobileSession, ".vyx-mobile"},
+        {"vyx-weston", VyxWestonSession, ""},
+        {"FailSafe", FailsafeSession, ""},
+        {"vyxfoo", UnknownSession, ".vyxfoo"},
+        {"vyx-other", UnknownSession, ".vyx-other"},
+        {"gnome", UnknownSession, ".gnome"},
         {"VYX", VyxDefaultSession, ""},
     };
     for (const KindCase& c : cases) {

@@ -104,20 +104,20 @@ TEST(StartMenu, PlacesApplicationsByCategories)
     inIsolation([&] {
         MenuFolderDsc root = CreateStartMenu(kDropEmpty);
         // Sorted by name; the empty Science folder and the hidden ones are gone.
-        ASSERT_EQ(folderNames(root), (Strings{"My Games", "My Office", "Other"}));
+        ASSERT_EQ(folderNames(root), (Strings {"My Games", "My Office", "Other"}));
 
         const MenuFolderDsc& games = root.folders[0];
         EXPECT_EQ(games.directoryFile, world.path("home/.local/share/applications/Games/.directory"));
         EXPECT_EQ(games.icon, "") << "the user's folder describes it, not the system's";
-        EXPECT_EQ(appNames(games), (Strings{"Mines"})) << "the user's Games collects only Puzzle; Old is Hidden";
+        EXPECT_EQ(appNames(games), (Strings {"Mines"})) << "the user's Games collects only Puzzle; Old is Hidden";
         const MenuFolderDsc& office = *child(root, "Office");
         EXPECT_EQ(office.directoryFile, world.path("home/.vyx/startmenu/Office/.directory"));
-        EXPECT_EQ(appNames(office), (Strings{"Editor", "Memo", "Viewer"}));
+        EXPECT_EQ(appNames(office), (Strings {"Editor", "Memo", "Viewer"}));
         // Chess lists no category of a shown folder; Spy's folder is hidden.
-        EXPECT_EQ(appNames(*child(root, "Other")), (Strings{"apple", "Chess", "Lonely"}));
+        EXPECT_EQ(appNames(*child(root, "Other")), (Strings {"apple", "Chess", "Lonely"}));
         EXPECT_EQ(child(root, "Other")->icon, "applications-other");
 
-        EXPECT_EQ(folderNames(CreateStartMenu(kKeepEmpty)), (Strings{"My Games", "My Office", "Other", "Science"}));
+        EXPECT_EQ(folderNames(CreateStartMenu(kKeepEmpty)), (Strings {"My Games", "My Office", "Other", "Science"}));
     });
 }
 
@@ -130,13 +130,13 @@ TEST(StartMenu, SortsByTranslatedNames)
     ScopedEnv language("LANGUAGE", "de");
     inIsolation([&] {
         MenuFolderDsc root = CreateStartMenu(kDropEmpty);
-        EXPECT_EQ(folderNames(root), (Strings{"Buero", "Other", "Spiele", "Werkzeuge"}));
-        EXPECT_EQ(appNames(*child(root, "Games")), (Strings{"Minen", "Schach"}));
+        EXPECT_EQ(folderNames(root), (Strings {"Buero", "Other", "Spiele", "Werkzeuge"}));
+        EXPECT_EQ(appNames(*child(root, "Games")), (Strings {"Minen", "Schach"}));
         const MenuFolderDsc& tools = *child(root, "Tools");
-        EXPECT_EQ(appNames(tools), (Strings{"Editor"})) << "one application, two folders";
+        EXPECT_EQ(appNames(tools), (Strings {"Editor"})) << "one application, two folders";
         EXPECT_EQ(tools.applications[0].filePath(), world.path("usr/share/applications/editor.desktop"));
         EXPECT_TRUE(tools.applications[0].isLoaded());
-        EXPECT_EQ(appNames(*child(root, "Office")), (Strings{"Editor", "Viewer"}));
+        EXPECT_EQ(appNames(*child(root, "Office")), (Strings {"Editor", "Viewer"}));
     });
 }
 
@@ -174,23 +174,23 @@ TEST(StartMenu, FolderTreeOfTheStartMenuDirectories)
     inIsolation([&] {
         MenuFolderDsc root = CreateStartMenu(kDropEmpty);
         EXPECT_EQ(root.localName, "Start");
-        EXPECT_EQ(folderNames(root), (Strings{"Work", "Damaged", "Extra"}));
-        EXPECT_EQ(appNames(root), (Strings{"Zeta", "Alpha"}));
+        EXPECT_EQ(folderNames(root), (Strings {"Work", "Damaged", "Extra"}));
+        EXPECT_EQ(appNames(root), (Strings {"Zeta", "Alpha"}));
 
         const MenuFolderDsc& work = root.folders[0];
         EXPECT_EQ(work.directoryFile, world.path(mine + "Work/.directory"));
         EXPECT_EQ(work.icon, "") << "the user's .directory describes the folder";
-        EXPECT_EQ(appNames(work), (Strings{"Yak", "Beta mine", "Alpha", "Gamma"}));
-        ASSERT_EQ(folderNames(work), (Strings{"Deep"}));
-        EXPECT_EQ(appNames(work.folders[0]), (Strings{"Link"}));
+        EXPECT_EQ(appNames(work), (Strings {"Yak", "Beta mine", "Alpha", "Gamma"}));
+        ASSERT_EQ(folderNames(work), (Strings {"Deep"}));
+        EXPECT_EQ(appNames(work.folders[0]), (Strings {"Link"}));
 
         const MenuFolderDsc& damaged = root.folders[1];
         EXPECT_EQ(damaged.localName, "Damaged");
         EXPECT_EQ(damaged.directoryFile, "");
-        EXPECT_EQ(appNames(damaged), (Strings{"Tool"}));
+        EXPECT_EQ(appNames(damaged), (Strings {"Tool"}));
         EXPECT_EQ(root.folders[2].icon, "extra");
 
-        EXPECT_EQ(folderNames(CreateStartMenu(kKeepEmpty)), (Strings{"Work", "Damaged", "Empty", "Extra"}));
+        EXPECT_EQ(folderNames(CreateStartMenu(kKeepEmpty)), (Strings {"Work", "Damaged", "Empty", "Extra"}));
     });
 }
 

@@ -77,7 +77,7 @@ TEST_F(Trash, EqualNamesGetNumberedNamesAndEachComesBack)
     const std::string dot = file("b/.bashrc", "3"), tar = file("b/x.tar.gz", "4");
     for (const std::string& path : {first, second, file("a/.bashrc"), dot, file("a/x.tar.gz"), tar})
         ASSERT_TRUE(VyxTrash::moveToTrash((path + "/").c_str())) << path;
-    EXPECT_EQ(listDir(files), (Names{".bashrc", "_0.bashrc", "report.txt", "report_0.txt", "x.tar.gz", "x_0.tar.gz"}));
+    EXPECT_EQ(listDir(files), (Names {".bashrc", "_0.bashrc", "report.txt", "report_0.txt", "x.tar.gz", "x_0.tar.gz"}));
     EXPECT_EQ(listDir(info)[3], "report_0.txt.trashinfo");
     EXPECT_EQ(fileMode(info + "/report_0.txt.trashinfo"), 0600u);
     EXPECT_TRUE(std::regex_match(readFile(info + "/report_0.txt.trashinfo"),
@@ -92,7 +92,7 @@ TEST_F(Trash, EqualNamesGetNumberedNamesAndEachComesBack)
     EXPECT_TRUE(VyxTrash::restoreFromTrash("_0.bashrc"));
     EXPECT_TRUE(VyxTrash::restoreFromTrash((files + "/x_0.tar.gz/").c_str()));
     EXPECT_EQ(readFile(second) + readFile(dot) + readFile(tar), "234");
-    EXPECT_EQ(listDir(info), (Names{".bashrc.trashinfo", "report.txt.trashinfo", "x.tar.gz.trashinfo"}));
+    EXPECT_EQ(listDir(info), (Names {".bashrc.trashinfo", "report.txt.trashinfo", "x.tar.gz.trashinfo"}));
 }
 
 TEST_F(Trash, NoObjectIsLostToANameAlreadyTaken)
@@ -102,7 +102,7 @@ TEST_F(Trash, NoObjectIsLostToANameAlreadyTaken)
     const std::string original = file("notes.txt", "mine");
     ASSERT_TRUE(VyxTrash::moveToTrash(original.c_str()));
     EXPECT_EQ(readFile(stray), "stray");
-    EXPECT_EQ(listDir(info), Names{"notes_0.txt.trashinfo"});
+    EXPECT_EQ(listDir(info), Names {"notes_0.txt.trashinfo"});
 
     // Nor is a new file at the original path replaced by the restore.
     file("notes.txt", "newer");
@@ -114,7 +114,7 @@ TEST_F(Trash, NoObjectIsLostToANameAlreadyTaken)
                   ") failed due to File exists\nvyxcore: can't trash file, rename(" + world.path("gone.txt") + "," +
                   files + "/gone.txt) failed due to No such file or directory, will try vyx-fops\n");
     EXPECT_EQ(readFile(original) + readFile(files + "/notes_0.txt"), "newermine");
-    EXPECT_EQ(listDir(info), Names{"notes_0.txt.trashinfo"});
+    EXPECT_EQ(listDir(info), Names {"notes_0.txt.trashinfo"});
 }
 
 TEST_F(Trash, NamingStopsAfterCounter10000)
@@ -189,11 +189,16 @@ TEST_F(Trash, DamagedRecordsGetDefinedAnswers)
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "vyxcore: can't convert 'DeletionDate=yesterday' to time_t\n"
               "vyxcore: can't convert 'DeletionDate=2024-13-01T00:00:00' to time_t\n"
-              "vyxcore: can't find trashinfo file: " + info + "/absent.trashinfo\n"
-              "vyxcore: can't find trashinfo file: ../info/good\n"
-              "vyxcore: can't remove trashinfo file: " + info + "/absent.trashinfo\n"
-              "libvyxcore: path relative/x must be absolute original path before trash\n"
-              "libvyxcore: path " + files + "/good must be absolute original path before trash\n");
+              "vyxcore: can't find trashinfo file: " +
+                  info +
+                  "/absent.trashinfo\n"
+                  "vyxcore: can't find trashinfo file: ../info/good\n"
+                  "vyxcore: can't remove trashinfo file: " +
+                  info +
+                  "/absent.trashinfo\n"
+                  "libvyxcore: path relative/x must be absolute original path before trash\n"
+                  "libvyxcore: path " +
+                  files + "/good must be absolute original path before trash\n");
     EXPECT_EQ(listDir(files).size() + listDir(info).size(), 2 * records.size());
 }
 
@@ -229,14 +234,14 @@ TEST_F(Trash, SizeTakesCachedDirectoriesWithoutWalkingThem)
     plain.st_mtime += 1;
     const std::string kept = "garbage\n\n12 34\nx 1 my%20dir\n 3000 " + myLine + "\n3000  " + myLine + "\n";
     file("home/.local/share/Trash/directorysizes", kept + "99999999999999999999 " + myLine + "\n-5 " + myLine +
-                                                       "\n3000 1e3 my%20dir\n77777 " +
-                                                       std::to_string(plain.st_mtime) + " plain");
+                                                       "\n3000 1e3 my%20dir\n77777 " + std::to_string(plain.st_mtime) +
+                                                       " plain");
     EXPECT_EQ(VyxTrash::size(), 10 + 7000 + 77777);
     // Dropping a name keeps every other line and leaves no temporary name.
     VyxTrash::unregisterDirSize("plain");
     EXPECT_EQ(readFile(trash + "/directorysizes").substr(0, kept.size()), kept);
     EXPECT_EQ(VyxTrash::size(), 10 + 7000 + 500);
-    EXPECT_EQ(listDir(trash), (Names{"directorysizes", "files", "info"}));
+    EXPECT_EQ(listDir(trash), (Names {"directorysizes", "files", "info"}));
 }
 
 TEST_F(Trash, DirectoriesAreMadeInCodeAndWithoutAHomeNothingIsDone)
@@ -322,18 +327,17 @@ TEST_F(Trash, AFullDiskLeavesNoHalfRecordAndTheCacheAsItWas)
         // Fill every block: big writes first, then single bytes.
         const int fd = open((small + "/filler").c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600);
         const std::string block(4096, 'f');
-        while (write(fd, block.data(), block.size()) > 0 || write(fd, "f", 1) > 0) {
-        }
+        while (write(fd, block.data(), block.size()) > 0 || write(fd, "f", 1) > 0) { }
         ASSERT_EQ(errno, ENOSPC);
         close(fd);
 
         EXPECT_EQ(stderrOf([&] { EXPECT_FALSE(VyxTrash::moveToTrash(original.c_str())); }),
                   "vyxcore: can't create trashinfo file: " + top + "/info/letter.txt.trashinfo\n");
         EXPECT_EQ(readFile(original), "dear disk");
-        EXPECT_EQ(listDir(top + "/info"), Names{});
+        EXPECT_EQ(listDir(top + "/info"), Names {});
         VyxTrash::registerDirSizeHelper("added", 7);
         EXPECT_EQ(readFile(top + "/directorysizes"), "42 0 kept\n");
-        EXPECT_EQ(listDir(top), (Names{"directorysizes", "files", "info"}));
+        EXPECT_EQ(listDir(top), (Names {"directorysizes", "files", "info"}));
 
         // With room again the same put goes through.
         ASSERT_EQ(unlink((small + "/filler").c_str()), 0);
@@ -356,18 +360,20 @@ TEST_F(Trash, RestoreMovesOnlyWhatIsInTheTrash)
     EXPECT_NE(testing::internal::GetCapturedStderr().find("not an object directly in the trash"), std::string::npos);
     EXPECT_EQ(readFile(current), "current");
     EXPECT_EQ(readFile(files + "/notes.txt"), "trashed");
-    EXPECT_EQ(listDir(info), Names{"notes.txt.trashinfo"});
+    EXPECT_EQ(listDir(info), Names {"notes.txt.trashinfo"});
 
     // Two versions of one path: the newer comes back first, whatever the
     // order of the directory. Both records are listed until then.
-    file("home/.local/share/Trash/info/a.trashinfo", "[Trash Info]\nPath=" + old + "\nDeletionDate=2020-01-01T00:00:00\n");
+    file("home/.local/share/Trash/info/a.trashinfo",
+         "[Trash Info]\nPath=" + old + "\nDeletionDate=2020-01-01T00:00:00\n");
     file("home/.local/share/Trash/files/a", "oldest");
-    file("home/.local/share/Trash/info/z.trashinfo", "[Trash Info]\nPath=" + old + "\nDeletionDate=2030-01-01T00:00:00\n");
+    file("home/.local/share/Trash/info/z.trashinfo",
+         "[Trash Info]\nPath=" + old + "\nDeletionDate=2030-01-01T00:00:00\n");
     file("home/.local/share/Trash/files/z", "newest");
     EXPECT_EQ(VyxTrash::getFileNameInTrash(old.c_str()), "z");
     ASSERT_TRUE(VyxTrash::restoreFromTrash(old.c_str()));
     EXPECT_EQ(readFile(old), "newest");
-    EXPECT_EQ(listDir(info), (Names{"a.trashinfo", "notes.txt.trashinfo"}));
+    EXPECT_EQ(listDir(info), (Names {"a.trashinfo", "notes.txt.trashinfo"}));
 
     // A relative Path= is under the directory holding the trash; a NUL or
     // nothing but slashes is no path at all.
@@ -378,7 +384,7 @@ TEST_F(Trash, RestoreMovesOnlyWhatIsInTheTrash)
     ASSERT_EQ(chdir(world.path("elsewhere").c_str()), 0);
     ASSERT_TRUE(VyxTrash::restoreFromTrash("rel.txt"));
     EXPECT_EQ(readFile(world.home() + "/.local/share/back/rel.txt"), "relative");
-    EXPECT_EQ(listDir(world.path("elsewhere/back")), Names{});
+    EXPECT_EQ(listDir(world.path("elsewhere/back")), Names {});
     const std::string victim = file("x/victim", "victim");
     for (const std::string& path : {world.path("x/victim%00.bak"), std::string("//")}) {
         file("home/.local/share/Trash/info/bad.trashinfo", "[Trash Info]\nPath=" + path + "\n");
@@ -400,8 +406,8 @@ TEST_F(Trash, TheTrashItselfAndALinkedTrashAreRefused)
                                     files + "/kept.txt", trash + "/../Trash/info", info + "/../files/"})
         EXPECT_FALSE(VyxTrash::moveToTrash(path.c_str())) << path;
     EXPECT_NE(testing::internal::GetCapturedStderr().find("part of the trash itself"), std::string::npos);
-    EXPECT_EQ(listDir(info), Names{"kept.txt.trashinfo"});
-    EXPECT_EQ(listDir(files), Names{"kept.txt"});
+    EXPECT_EQ(listDir(info), Names {"kept.txt.trashinfo"});
+    EXPECT_EQ(listDir(files), Names {"kept.txt"});
     ASSERT_TRUE(VyxTrash::restoreFromTrash("kept.txt"));
 
     // files/ a link to the user's documents: emptying must not touch them.
@@ -441,13 +447,13 @@ TEST_F(Trash, EmptyingKeepsTheRecordOfWhatStaysAndTheDotDirectory)
     options.mounts.push_back(vyxtest::Mount::tmpfs(files + "/busy/inner"));
     VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
         EXPECT_HAS(stderrOf([] { EXPECT_FALSE(VyxTrash::cleanAll()); }), files + "/busy");
-        EXPECT_EQ(listDir(files), (Names{".directory", "busy"}));
-        EXPECT_EQ(listDir(info), Names{"busy.trashinfo"});
+        EXPECT_EQ(listDir(files), (Names {".directory", "busy"}));
+        EXPECT_EQ(listDir(info), Names {"busy.trashinfo"});
     }));
     // Once it can go, the trash ends as emptying always left it.
     EXPECT_TRUE(VyxTrash::cleanAll());
-    EXPECT_EQ(listDir(files), Names{".directory"});
-    EXPECT_EQ(listDir(info), Names{});
+    EXPECT_EQ(listDir(files), Names {".directory"});
+    EXPECT_EQ(listDir(info), Names {});
     EXPECT_EQ(readFile(trash + "/directorysizes"), cache);
     EXPECT_TRUE(VyxTrash::isEmpty());
     EXPECT_EQ(VyxTrash::size(), int64_t(readFile(dotDirectory).size()));
@@ -486,9 +492,9 @@ TEST_F(Trash, KilledOrConcurrentEmptyingLeavesNoUnrecordedObject)
                 VyxTrash::cleanAll();
         }
     }));
-    EXPECT_EQ(unrecorded(files, info), Names{});
+    EXPECT_EQ(unrecorded(files, info), Names {});
     EXPECT_TRUE(VyxTrash::cleanAll());
-    EXPECT_EQ(listDir(files), Names{});
+    EXPECT_EQ(listDir(files), Names {});
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ protected:
     void write(const std::string& name, const std::string& content) { m_world.writeFile("vyx-wm/" + name, content); }
 
     vyxtest::TempHome m_world;
-    ScopedEnv m_lcAll{"LC_ALL", nullptr}, m_lang{"LANG", nullptr}, m_language{"LANGUAGE", nullptr};
+    ScopedEnv m_lcAll {"LC_ALL", nullptr}, m_lang {"LANG", nullptr}, m_language {"LANGUAGE", nullptr};
 };
 
 TEST_F(WmMessages, LinesOfTheLocalesFile)
@@ -113,7 +113,8 @@ TEST_F(WmMessages, ThreadsShareOneTable)
             thread.join();
         for (int i = 0; i < kIndexes; ++i) {
             const std::string text = GetVyxWMMessage(i, nullptr);
-            EXPECT_EQ(text.substr(0, i < 50 ? std::string::npos : 7), i < 50 ? "message " + std::to_string(i) : "thread ");
+            EXPECT_EQ(text.substr(0, i < 50 ? std::string::npos : 7),
+                      i < 50 ? "message " + std::to_string(i) : "thread ");
             for (int t = 0; t < kThreads; ++t)
                 EXPECT_EQ(seen[t][i], GetVyxWMMessage(i, nullptr)) << i;  // one text per index, for everyone
         }

@@ -27,8 +27,8 @@
 
 namespace {
 
-using vyxtest::TempHome;
 using vyxtest::readFile;
+using vyxtest::TempHome;
 
 const auto kNoEmpty = Vyx::tagged_bool<SaveEmptyFields_tag>(false);
 const auto kAll = Vyx::tagged_bool<ProgsOnly_tag>(false);
@@ -37,9 +37,10 @@ const auto kAll = Vyx::tagged_bool<ProgsOnly_tag>(false);
 // a shell, with invalid UTF-8 and a few 4,000-byte ones.
 std::vector<std::string> hostileNames(size_t count, unsigned seed, size_t longest = 40)
 {
-    static const std::vector<std::string> pieces = {
-        "\n", "\r", "\r\n", "[", "]", "=", "\"", "'", "$", "`", "\\", "\\n", "\\\\", " ", "\t", "#", ";",
-        "a", "b", "Exec", "[Desktop Entry]", "\xff", "\xc3", "\xc3\xa9", "x=1", "%f", "%%"};
+    static const std::vector<std::string> pieces = {"\n",   "\r",   "\r\n",     "[",   "]",   "=",    "\"",
+                                                    "'",    "$",    "`",        "\\",  "\\n", "\\\\", " ",
+                                                    "\t",   "#",    ";",        "a",   "b",   "Exec", "[Desktop Entry]",
+                                                    "\xff", "\xc3", "\xc3\xa9", "x=1", "%f",  "%%"};
     std::mt19937 random(seed);
     std::vector<std::string> names;
     for (size_t i = 0; i < count; ++i) {
@@ -94,7 +95,7 @@ TEST(Writers, DesktopEntryValuesReadBackAndBadKeysAreRefused)
         EXPECT_EQ(back.name(), name);
         EXPECT_EQ(back.exec(), name);
         EXPECT_EQ(back.type(), "Application");
-        EXPECT_EQ(back.unknowns(), (Pairs{{"X-Value", name}}));
+        EXPECT_EQ(back.unknowns(), (Pairs {{"X-Value", name}}));
         EXPECT_TRUE(back.actions().empty() && back.icon().empty() && !back.hasHidden());
 
         // The same text as a key name: refused with nothing written, or kept.
@@ -112,7 +113,7 @@ TEST(Writers, DesktopEntryValuesReadBackAndBadKeysAreRefused)
             continue;
         }
         VyxDesktopEntry keyed(path);
-        EXPECT_EQ(keyed.unknowns(), (Pairs{{name, "v"}}));
+        EXPECT_EQ(keyed.unknowns(), (Pairs {{name, "v"}}));
         EXPECT_EQ(keyed.exec(), name);
     }
     EXPECT_GT(refusedKeys, 800);  // most of these names cannot be keys
@@ -168,13 +169,14 @@ TEST(Writers, NamesAndCommandsDoNotBecomeKeys)
     EXPECT_EQ(execArgument(item.exec(), "vyx-open --exec "), report);
     EXPECT_TRUE(item.unknowns().empty());
 
-    const std::string fake =
-        world.writeFile("home/docs/photos.desktop.txt", "[Desktop Entry]\nType=Application\nExec=sh -c \"touch pwned\"\n");
+    const std::string fake = world.writeFile("home/docs/photos.desktop.txt",
+                                             "[Desktop Entry]\nType=Application\nExec=sh -c \"touch pwned\"\n");
     EXPECT_EQ(putEntryToRecentsMenu(fake.c_str(), nullptr, nullptr, kAll), 0);  // 1 would mean copied
     VyxDesktopEntry photos(recents + "/photos.desktop.txt.desktop");
     EXPECT_EQ(execArgument(photos.exec(), "vyx-open --exec "), fake);
     // A real launcher is still copied; a ".desktop" file that is not one is not.
-    const std::string launcher = world.writeFile("home/docs/editor.desktop", "[Desktop Entry]\nType=Application\nExec=edit\n");
+    const std::string launcher =
+        world.writeFile("home/docs/editor.desktop", "[Desktop Entry]\nType=Application\nExec=edit\n");
     EXPECT_EQ(putEntryToRecentsMenu(launcher.c_str(), nullptr, nullptr, kAll), 1);
     const std::string text = world.writeFile("home/docs/notes.desktop", "Exec=sh -c boom\n");
     EXPECT_EQ(putEntryToRecentsMenu(text.c_str(), nullptr, nullptr, kAll), 0);
@@ -205,10 +207,9 @@ TEST(Writers, NamesAndCommandsDoNotBecomeKeys)
 TEST(Writers, PositionFileWithLinesWeCannotKeepStaysAsItIs)
 {
     TempHome world;
-    for (const std::string& text : {std::string("[Desktop Entry]\nIcon=a\nIcon=b\n"),
-                                    std::string("[Desktop Entry]\nthis line is not a key\n"),
-                                    std::string("[Desktop Entry]\nIcon=a\n# a closing comment\n"),
-                                    std::string("[A]\nX=1\n[A]\nX=2\n")}) {
+    for (const std::string& text :
+         {std::string("[Desktop Entry]\nIcon=a\nIcon=b\n"), std::string("[Desktop Entry]\nthis line is not a key\n"),
+          std::string("[Desktop Entry]\nIcon=a\n# a closing comment\n"), std::string("[A]\nX=1\n[A]\nX=2\n")}) {
         const std::string directory = world.writeFile("home/Desktop/.directory", text);
         testing::internal::CaptureStderr();
         EXPECT_FALSE(SaveDesktopItemPosition("item", 1, 2, "")) << text;

@@ -16,8 +16,8 @@
 #include <sys/mount.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
-#include <vector>
 #include <unistd.h>
+#include <vector>
 
 namespace vyxtest {
 
@@ -188,8 +188,7 @@ ChildResult runInChild(const ChildOptions& options, const std::function<void()>&
     close(fds[0]);
 
     int status = 0;
-    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-    }
+    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) { }
     if (!scratch.empty())
         removeTree(scratch);
 
@@ -220,8 +219,7 @@ bool runConcurrently(int count, const std::function<void(int)>& body)
         if (pid == 0) {
             close(start[1]);
             char go;
-            while (read(start[0], &go, 1) < 0 && errno == EINTR) {
-            }
+            while (read(start[0], &go, 1) < 0 && errno == EINTR) { }
             body(i);
             _exit(0);
         }

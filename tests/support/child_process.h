@@ -24,7 +24,7 @@ namespace vyxtest {
 struct Mount {
     enum class Kind {
         Tmpfs,  // an empty tmpfs over target (a directory)
-        Bind    // source (file or directory) bound over target
+        Bind  // source (file or directory) bound over target
     };
     Kind kind;
     std::string target;
@@ -71,13 +71,12 @@ bool runConcurrently(int count, const std::function<void(int)>& body);
 }  // namespace vyxtest
 
 // Use in the parent's test body: skips with the child's reason, or fails.
-#define VYX_EXPECT_CHILD(result_expr)                                                  \
-    do {                                                                               \
-        const ::vyxtest::ChildResult vyx_child_result_ = (result_expr);                \
-        if (vyx_child_result_.outcome == ::vyxtest::ChildResult::Outcome::Skipped)     \
-            GTEST_SKIP() << vyx_child_result_.reason;                                  \
-        EXPECT_EQ(vyx_child_result_.outcome, ::vyxtest::ChildResult::Outcome::Passed)  \
-            << vyx_child_result_.reason;                                               \
+#define VYX_EXPECT_CHILD(result_expr)                                                                                  \
+    do {                                                                                                               \
+        const ::vyxtest::ChildResult vyx_child_result_ = (result_expr);                                                \
+        if (vyx_child_result_.outcome == ::vyxtest::ChildResult::Outcome::Skipped)                                     \
+            GTEST_SKIP() << vyx_child_result_.reason;                                                                  \
+        EXPECT_EQ(vyx_child_result_.outcome, ::vyxtest::ChildResult::Outcome::Passed) << vyx_child_result_.reason;     \
     } while (0)
 
 #endif

@@ -33,8 +33,7 @@ void findFiles(const std::string& dir, const std::string& suffix, int depth, std
     }
 }
 
-void writeRepeated(const std::string& path, const std::string& head, char byte, size_t count,
-                   const std::string& tail)
+void writeRepeated(const std::string& path, const std::string& head, char byte, size_t count, const std::string& tail)
 {
     std::ofstream out(path, std::ios::binary | std::ios::trunc);
     out << head;

@@ -58,8 +58,7 @@ ProgramRun runProgram(const std::vector<std::string>& argv, unsigned timeLimit)
         }
     }
     int status = 0;
-    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-    }
+    while (waitpid(pid, &status, 0) < 0 && errno == EINTR) { }
     run.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     return run;
 }

@@ -46,7 +46,7 @@ int removeEntry(const char* path, const struct stat*, int type, struct FTW*)
 // Names of variables that would let the real session leak into a test.
 std::vector<std::string> leakingVariables()
 {
-    std::vector<std::string> names = {"DISPLAY", "DESKTOP_SESSION", "XDG_CURRENT_DESKTOP",
+    std::vector<std::string> names = {"DISPLAY",        "DESKTOP_SESSION",          "XDG_CURRENT_DESKTOP",
                                       "XDG_STATE_HOME", "GNOME_DESKTOP_SESSION_ID", "DM_CONTROL"};
     for (char** entry = environ; entry && *entry; ++entry) {
         if (std::strncmp(*entry, "VYX", 3) == 0) {

@@ -13,8 +13,9 @@ testing::AssertionResult check(const char* textExpr, const std::string& text, co
 {
     for (const std::string& piece : pieces) {
         if ((text.find(piece) != std::string::npos) != wanted)
-            return testing::AssertionFailure() << textExpr << (wanted ? " lacks \"" : " holds \"") << piece
-                                               << "\"; it is:\n" << text;
+            return testing::AssertionFailure()
+                   << textExpr << (wanted ? " lacks \"" : " holds \"") << piece << "\"; it is:\n"
+                   << text;
     }
     return testing::AssertionSuccess();
 }

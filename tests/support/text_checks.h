@@ -26,9 +26,9 @@ std::string stderrOf(const std::function<void()>& body);
 
 }  // namespace vyxtest
 
-#define EXPECT_HAS(text, ...) \
-    EXPECT_PRED_FORMAT2(::vyxtest::containsAll, text, (std::vector<std::string>{__VA_ARGS__}))
-#define EXPECT_LACKS(text, ...) \
-    EXPECT_PRED_FORMAT2(::vyxtest::containsNone, text, (std::vector<std::string>{__VA_ARGS__}))
+#define EXPECT_HAS(text, ...)                                                                                          \
+    EXPECT_PRED_FORMAT2(::vyxtest::containsAll, text, (std::vector<std::string> {__VA_ARGS__}))
+#define EXPECT_LACKS(text, ...)                                                                                        \
+    EXPECT_PRED_FORMAT2(::vyxtest::containsNone, text, (std::vector<std::string> {__VA_ARGS__}))
 
 #endif

@@ -58,7 +58,7 @@ bool XvfbServer::start(std::string* error, bool randr)
     m_pid = pid;
 
     std::string answer;
-    pollfd pfd{fds[0], POLLIN, 0};
+    pollfd pfd {fds[0], POLLIN, 0};
     while (answer.find('\n') == std::string::npos) {
         int ready = poll(&pfd, 1, kStartTimeoutMs);
         if (ready <= 0)
@@ -85,8 +85,7 @@ void XvfbServer::stop()
         return;
     kill(m_pid, SIGTERM);
     int status;
-    while (waitpid(m_pid, &status, 0) < 0 && errno == EINTR) {
-    }
+    while (waitpid(m_pid, &status, 0) < 0 && errno == EINTR) { }
     m_pid = -1;
 }
 

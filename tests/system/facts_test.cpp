@@ -49,9 +49,7 @@ TEST(Facts, LightPlatformBoundaries)
         EXPECT_EQ(GetMemTotal(), 253679u);
         EXPECT_TRUE(lightPlatform());
     });
-    withProc({{"cpuinfo", cpu("1000.000")}, {"meminfo", memory(253680)}}, [] {
-        EXPECT_FALSE(lightPlatform());
-    });
+    withProc({{"cpuinfo", cpu("1000.000")}, {"meminfo", memory(253680)}}, [] { EXPECT_FALSE(lightPlatform()); });
     // Unknown figures never make a platform light.
     withProc({{"cpuinfo", "processor\t: 0\n"}, {"meminfo", "MemFree: 5 kB\n"}}, [] {
         EXPECT_EQ(GetCPUMhz(), 0u);
@@ -67,9 +65,9 @@ TEST(Facts, FirstProcessorAndBadRates)
         unsigned mhz;
     } cases[] = {
         {cpu("1800.5") + cpu("700.0"), 1800},  // the first processor decides
-        {"cpu MHz 1200\n", 0},                // no ":"
+        {"cpu MHz 1200\n", 0},  // no ":"
         {"cpu MHz\t: inf\n", 0},
-        {"cpu MHz\t: 999999999999\n", 0},     // does not fit
+        {"cpu MHz\t: 999999999999\n", 0},  // does not fit
         {"cpu MHz\t: -5\n", 0},
     };
     for (const auto& c : cases) {
@@ -92,12 +90,14 @@ TEST(Facts, MemoryReadOnceAndSoundCards)
         EXPECT_EQ(GetMemTotal(), 4096u);
     });
     using Files = std::vector<std::pair<std::string, std::string>>;
-    const std::pair<Files, bool> cards[] = {{{{"asound/cards", "--- no soundcards ---\n"}}, false},
-                                            {{{"asound/cards", " 0 [PCH            ]: HDA-Intel - HDA Intel PCH\n"}}, true},
-                                            {{{"asound/cards", ""}}, false},
-                                            {{}, false}};
+    const std::pair<Files, bool> cards[] = {
+        {{{"asound/cards", "--- no soundcards ---\n"}}, false},
+        {{{"asound/cards", " 0 [PCH            ]: HDA-Intel - HDA Intel PCH\n"}}, true},
+        {{{"asound/cards", ""}}, false},
+        {{}, false}};
     for (const auto& c : cards)
-        withProc(c.first, [&] { EXPECT_EQ(isAlsaActive(), c.second) << (c.first.empty() ? "none" : c.first[0].second); });
+        withProc(c.first,
+                 [&] { EXPECT_EQ(isAlsaActive(), c.second) << (c.first.empty() ? "none" : c.first[0].second); });
 }
 
 TEST(Facts, Locale)

@@ -11,8 +11,8 @@
 #include <gtest/gtest.h>
 
 #include <csignal>
-#include <sys/stat.h>
 #include <cstring>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 #include <utmpx.h>
@@ -63,7 +63,7 @@ TEST(Processes, CountsLoggedInSessions)
     } entries[] = {{USER_PROCESS, "pts/1"}, {DEAD_PROCESS, "pts/2"}, {USER_PROCESS, "tty2"}, {LOGIN_PROCESS, "tty3"}};
     int pid = 100;
     for (const auto& e : entries) {
-        utmpx record{};
+        utmpx record {};
         record.ut_type = e.type;
         record.ut_pid = pid++;
         std::strncpy(record.ut_line, e.line, sizeof record.ut_line - 1);

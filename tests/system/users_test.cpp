@@ -96,10 +96,11 @@ TEST(Users, AdministratorGroupGrantedToUidZeroWithoutLookup)
     // Neither database knows root or the group: only the uid can grant it.
     vyxtest::TempHome world;
     ChildOptions options;
-    options.mounts = {Mount::bind(world.writeFile("passwd", "alice:x:2001:2001::/home/alice:/bin/sh\n"), "/etc/passwd"),
-                      Mount::bind(world.writeFile("group", "alice:x:2001:\n"), "/etc/group"),
-                      // Only the files: other sources may make up an entry for root.
-                      Mount::bind(world.writeFile("nsswitch.conf", "passwd: files\ngroup: files\n"), "/etc/nsswitch.conf")};
+    options.mounts = {
+        Mount::bind(world.writeFile("passwd", "alice:x:2001:2001::/home/alice:/bin/sh\n"), "/etc/passwd"),
+        Mount::bind(world.writeFile("group", "alice:x:2001:\n"), "/etc/group"),
+        // Only the files: other sources may make up an entry for root.
+        Mount::bind(world.writeFile("nsswitch.conf", "passwd: files\ngroup: files\n"), "/etc/nsswitch.conf")};
     vyxtest::ScopedEnv logname("LOGNAME", "operator");
     VYX_EXPECT_CHILD(vyxtest::runInChild(options, [] {
         testing::internal::CaptureStderr();

@@ -45,8 +45,9 @@ TEST(CursorThemes, SourcesInTheirOrder)
         }
         world.writeFile("fake-etc-xresources/x11-common", "! Xcursor.theme: commented\nXcursor.theme:\tFromSystem\r\n");
         EXPECT_EQ(VyxIconTheme::getCurrentCursorThemeName(nullptr), "FromSystem");
-        world.writeFile("home/.Xresources", "*background: grey\nXcursor.themeX: wrong\n*huge: " +
-                                                std::string(1 << 20, 'h') + "\nXcursor.theme\n  Xcursor.theme :  FromUser\n");
+        world.writeFile("home/.Xresources",
+                        "*background: grey\nXcursor.themeX: wrong\n*huge: " + std::string(1 << 20, 'h') +
+                            "\nXcursor.theme\n  Xcursor.theme :  FromUser\n");
         EXPECT_EQ(VyxIconTheme::getCurrentCursorThemeName(nullptr), "FromUser");
 
         // Setting it rewrites the user's line and keeps the other resources.
@@ -72,7 +73,7 @@ TEST(CursorThemes, InstalledOnesHaveCursors)
     // The system's own cursor themes follow ours.
     ASSERT_GE(names.size(), 2u);
     ASSERT_EQ(paths.size(), names.size());
-    EXPECT_EQ(std::vector<std::string>(names.begin(), names.begin() + 2), (std::vector<std::string>{"Mine", "Other"}));
+    EXPECT_EQ(std::vector<std::string>(names.begin(), names.begin() + 2), (std::vector<std::string> {"Mine", "Other"}));
     EXPECT_EQ(paths[0], world.home() + "/.icons/Mine");
     EXPECT_EQ(paths[1], world.path("usr/share/icons/Other"));
     EXPECT_EQ(std::count(names.begin(), names.end(), "Mine"), 1);

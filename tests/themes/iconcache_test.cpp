@@ -63,8 +63,8 @@ protected:
     void SetUp() override
     {
         theme = world.makeDir("usr/share/icons/own");
-        for (const char* file : {"16x16/apps/a.png", "48x48/apps/a.svg", "48x48/apps/b.xpm", "scalable/apps/a.svg",
-                                 "scalable/apps/c.png"})
+        for (const char* file :
+             {"16x16/apps/a.png", "48x48/apps/a.svg", "48x48/apps/b.xpm", "scalable/apps/a.svg", "scalable/apps/c.png"})
             world.writeFile(std::string("usr/share/icons/own/") + file, "x");
         // Enough names that buckets hold chains of several entries.
         for (int i = 0; i < 60; ++i)
@@ -113,11 +113,11 @@ TEST_F(SmallTheme, AnswersTheDirectoriesOfEachIcon)
     auto reader = open(cache, &messages);
     ASSERT_TRUE(reader->isValid());
     EXPECT_EQ(messages, "");
-    EXPECT_EQ(sorted(reader->lookup("a")), (Strings{"16x16/apps", "48x48/apps", "scalable/apps"}));
-    EXPECT_EQ(sorted(reader->lookup("b")), Strings{"48x48/apps"});
+    EXPECT_EQ(sorted(reader->lookup("a")), (Strings {"16x16/apps", "48x48/apps", "scalable/apps"}));
+    EXPECT_EQ(sorted(reader->lookup("b")), Strings {"48x48/apps"});
     for (int i = 0; i < 60; ++i)
-        EXPECT_EQ(sorted(reader->lookup("n" + std::to_string(i))), Strings{"22x22/apps"}) << i;
-    for (const std::string& absent : Strings{"a.png", "n", "n60", "", "A", std::string("a\0", 2)}) {
+        EXPECT_EQ(sorted(reader->lookup("n" + std::to_string(i))), Strings {"22x22/apps"}) << i;
+    for (const std::string& absent : Strings {"a.png", "n", "n60", "", "A", std::string("a\0", 2)}) {
         Strings found;
         EXPECT_EQ(lookupMessages(*reader, absent, &found), "") << absent;
         EXPECT_TRUE(found.empty()) << absent;
@@ -168,8 +168,8 @@ TEST_F(SmallTheme, DamagedCachesGiveDefinedAnswers)
     struct Damage {
         const char* what;
         std::function<void(std::string&)> damage;
-        std::string openMessage = {};    // empty: the reader opens valid
-        std::string lookupName = {};     // looked up twice
+        std::string openMessage = {};  // empty: the reader opens valid
+        std::string lookupName = {};  // looked up twice
         std::string lookupMessage = {};  // printed by the first lookup only
         Strings found = {};
     };
@@ -203,7 +203,7 @@ TEST_F(SmallTheme, DamagedCachesGiveDefinedAnswers)
          prefix + " read hash length failed\n"},
         // The second of a's three images; the first is still answered.
         {"directory index out of range", [&](std::string& b) { b[images + 12] = 0x7f; }, "", "a",
-         prefix + " read hash item failed\n", Strings{firstDirOfA}},
+         prefix + " read hash item failed\n", Strings {firstDirOfA}},
         {"icon name without NUL at the end",
          [&](std::string& b) {
              writeBe32(b, entryA + 4, static_cast<uint32_t>(b.size()));

@@ -113,9 +113,9 @@ protected:
                         "[48x48/actions]\nType=Fixed\nContext=Actions\n"
                         "[scalable/apps]\nSize=48\nType=Scalable\nMinSize=8\nMaxSize=512\n"
                         "[32x32/apps]\nType=Fixed\n");
-        for (const char* file : {"48x48/apps/both.png", "48x48/apps/both.svg", "48x48/apps/only-svg.svg",
-                                 "48x48/apps/abc", "48x48/apps/photo.jpg", "48x48/actions/edit.png",
-                                 "scalable/apps/big.svg", "48x48/apps/a.b.png"})
+        for (const char* file :
+             {"48x48/apps/both.png", "48x48/apps/both.svg", "48x48/apps/only-svg.svg", "48x48/apps/abc",
+              "48x48/apps/photo.jpg", "48x48/actions/edit.png", "scalable/apps/big.svg", "48x48/apps/a.b.png"})
             world.writeFile("usr/share/icons/own/" + std::string(file), "icon");
         world.makeDir("usr/share/icons/own/32x32/apps");  // empty: not in the cache
         auto run = Vyx::detail::runProgram(
@@ -123,8 +123,8 @@ protected:
         ASSERT_TRUE(run.started);
         // Every directory an hour old, older than the cache: the listing may
         // take them from the cache.
-        for (const char* dir : {"", "/48x48", "/48x48/apps", "/48x48/actions", "/scalable", "/scalable/apps",
-                                "/32x32", "/32x32/apps"})
+        for (const char* dir :
+             {"", "/48x48", "/48x48/apps", "/48x48/actions", "/scalable", "/scalable/apps", "/32x32", "/32x32/apps"})
             ASSERT_TRUE(vyxtest::setMtime(own + dir, time(nullptr) - 3600)) << dir;
     }
 

@@ -13,7 +13,7 @@ namespace {
 TEST(IconSizes, StepsAndTheirBounds)
 {
     // dpi -> icon size at step 0; the step changes at 130, 168, 240 and 336.
-    const std::pair<int, int> icons[] = {{96, 32}, {129, 32}, {130, 48}, {167, 48}, {168, 64},
+    const std::pair<int, int> icons[] = {{96, 32},  {129, 32}, {130, 48}, {167, 48},  {168, 64},
                                          {239, 64}, {240, 96}, {335, 96}, {336, 128}, {1000, 128}};
     for (auto [dpi, size] : icons)
         EXPECT_EQ(VyxIconTheme::GetIconSizeForDPI(dpi, 0), size) << dpi;
@@ -28,12 +28,12 @@ TEST(IconSizes, StepsAndTheirBounds)
     EXPECT_EQ(VyxIconTheme::GetFrameBorderSizeForDPI(130, 4), 7);
     EXPECT_EQ(VyxIconTheme::GetFrameBorderSizeForDPI(400, 4), 16);
 
-    const std::pair<int, int> standard[] = {{-5, 16}, {21, 16}, {22, 22}, {31, 22}, {32, 32}, {47, 32},
+    const std::pair<int, int> standard[] = {{-5, 16}, {21, 16}, {22, 22}, {31, 22},   {32, 32},   {47, 32},
                                             {48, 48}, {95, 64}, {96, 96}, {191, 128}, {192, 192}, {300, 256}};
     for (auto [size, expected] : standard)
         EXPECT_EQ(VyxIconTheme::GetStandardIconSize(size), expected) << size;
     // Emblem bounds belong to the step below them.
-    const std::pair<int, int> emblems[] = {{31, 8}, {32, 16}, {48, 16}, {49, 22}, {64, 22},
+    const std::pair<int, int> emblems[] = {{31, 8},  {32, 16}, {48, 16},  {49, 22}, {64, 22},
                                            {65, 32}, {96, 32}, {128, 48}, {129, 64}};
     for (auto [size, expected] : emblems)
         EXPECT_EQ(VyxIconTheme::GetIconEmblemSize(size), expected) << size;

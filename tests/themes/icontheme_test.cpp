@@ -39,7 +39,8 @@ protected:
     }
     void SetUp() override
     {
-        theme("hicolor", std::string(kIndexHead) + "Name=Hicolor\nDirectories=48x48/apps\n[48x48/apps]\nType=Threshold\n",
+        theme("hicolor",
+              std::string(kIndexHead) + "Name=Hicolor\nDirectories=48x48/apps\n[48x48/apps]\nType=Threshold\n",
               {"48x48/apps/only-hicolor.png", "48x48/apps/both.png"});
     }
 
@@ -55,12 +56,11 @@ TEST_F(Themes, IndexModelAndInheritanceCycles)
     theme("b", std::string(kIndexHead) + "Name=Beta\nInherits=c,hicolor\nDirectories=\n");
     theme("c", std::string(kIndexHead) + "Name=Gamma\nInherits=a\nDirectories=\n");
     theme("own",
-          std::string(kIndexHead) +
-              "Name=Own\nName[de]=Eigen\nComment=Mine\nHidden=TRUE\nExample=folder\n"
-              "Directories=48x48/apps,scalable/apps,missing/apps;16x16/actions\n"
-              "[48x48/apps]\nType=Fixed\nContext=Applications\n"
-              "[scalable/apps]\nType=Scalable\nMinSize=8\nMaxSize=512\n"
-              "[16x16/actions]\nSize=16\nThreshold=5\nType=Threshold\n",
+          std::string(kIndexHead) + "Name=Own\nName[de]=Eigen\nComment=Mine\nHidden=TRUE\nExample=folder\n"
+                                    "Directories=48x48/apps,scalable/apps,missing/apps;16x16/actions\n"
+                                    "[48x48/apps]\nType=Fixed\nContext=Applications\n"
+                                    "[scalable/apps]\nType=Scalable\nMinSize=8\nMaxSize=512\n"
+                                    "[16x16/actions]\nSize=16\nThreshold=5\nType=Threshold\n",
           {"48x48/apps/a.png", "scalable/apps/b.svg", "16x16/actions/c.png"});
     VyxIconTheme own("own", "", false);
     EXPECT_FALSE(own.load());  // loaded, but scalable/apps has no size
@@ -69,7 +69,7 @@ TEST_F(Themes, IndexModelAndInheritanceCycles)
     EXPECT_EQ(own.name(), "Own");
     EXPECT_EQ(own.localName(), "Eigen");
     EXPECT_FALSE(own.hidden());  // "TRUE" holds no "rue"
-    EXPECT_EQ(own.inheritedNames(), std::vector<std::string>{"hicolor"});
+    EXPECT_EQ(own.inheritedNames(), std::vector<std::string> {"hicolor"});
     ASSERT_EQ(own.parents().size(), 1u);
     EXPECT_EQ(own.parents()[0].themeName(), "hicolor");
     EXPECT_TRUE(own.parents()[0].inheritedNames().empty());
@@ -100,7 +100,8 @@ TEST_F(Themes, IndexModelAndInheritanceCycles)
     const VyxIconTheme& b = a.parents()[0];
     ASSERT_EQ(b.parents().size(), 2u);
     EXPECT_TRUE(b.parents()[0].parents().empty());  // c does not load a again
-    EXPECT_EQ(a.getIconPath("only-hicolor", 48, nullptr), world.path("usr/share/icons/hicolor/48x48/apps/only-hicolor.png"));
+    EXPECT_EQ(a.getIconPath("only-hicolor", 48, nullptr),
+              world.path("usr/share/icons/hicolor/48x48/apps/only-hicolor.png"));
 }
 
 TEST_F(Themes, LookupOrder)
@@ -108,18 +109,17 @@ TEST_F(Themes, LookupOrder)
     theme("parent", std::string(kIndexHead) + "Name=Parent\nDirectories=48x48/apps\n[48x48/apps]\nType=Threshold\n",
           {"48x48/apps/both.png", "48x48/apps/in-parent.svg"});
     std::string own = theme("own",
-                            std::string(kIndexHead) +
-                                "Name=Own\nInherits=hicolor,parent\n"
-                                "Directories=48x48/apps,48x48/actions,128x128/apps\n"
-                                "[48x48/apps]\nType=Fixed\nContext=Applications\n"
-                                "[48x48/actions]\nType=Fixed\nContext=Actions\n"
-                                "[128x128/apps]\nType=Fixed\nContext=Applications\n",
+                            std::string(kIndexHead) + "Name=Own\nInherits=hicolor,parent\n"
+                                                      "Directories=48x48/apps,48x48/actions,128x128/apps\n"
+                                                      "[48x48/apps]\nType=Fixed\nContext=Applications\n"
+                                                      "[48x48/actions]\nType=Fixed\nContext=Actions\n"
+                                                      "[128x128/apps]\nType=Fixed\nContext=Applications\n",
                             {"48x48/apps/mine.png", "48x48/apps/mine.svg", "48x48/actions/edit.png",
                              "128x128/apps/huge.png", "48x48/apps/text.png"});
     VyxIconTheme theme("own", "", true);
     EXPECT_EQ(theme.getIconPath("mine", 48, nullptr), own + "/48x48/apps/mine.png");  // .png before .svg
     EXPECT_EQ(theme.getIconPath("mine", 48, "Actions"), own + "/48x48/apps/mine.png");  // context retried without
-    EXPECT_EQ(theme.getIconPath("mine", 0, nullptr), own + "/48x48/apps/mine.png");    // 32 fails, the bigger 48 finds it
+    EXPECT_EQ(theme.getIconPath("mine", 0, nullptr), own + "/48x48/apps/mine.png");  // 32 fails, the bigger 48 finds it
     EXPECT_EQ(theme.getIconPath("huge", 64, nullptr), own + "/128x128/apps/huge.png");
     // hicolor comes last although Inherits names it first.
     EXPECT_EQ(theme.getIconPath("both", 48, nullptr), world.path("usr/share/icons/parent/48x48/apps/both.png"));
@@ -167,11 +167,11 @@ TEST_F(Themes, SwitchesTurnStagesOff)
 
 TEST_F(Themes, CacheStageAnswersFirstAndStaleCachesAreNamed)
 {
-    std::string own = theme("own",
-                            std::string(kIndexHead) + "Name=Own\nDirectories=48x48/apps\n[48x48/apps]\nType=Fixed\n",
-                            {"48x48/apps/mine.png", "48x48/apps/abc"});
-    auto run = Vyx::detail::runProgram({"/usr/bin/gtk-update-icon-cache", "--force", "--ignore-theme-index", "--quiet", own},
-                                       4096);
+    std::string own =
+        theme("own", std::string(kIndexHead) + "Name=Own\nDirectories=48x48/apps\n[48x48/apps]\nType=Fixed\n",
+              {"48x48/apps/mine.png", "48x48/apps/abc"});
+    auto run = Vyx::detail::runProgram(
+        {"/usr/bin/gtk-update-icon-cache", "--force", "--ignore-theme-index", "--quiet", own}, 4096);
     ASSERT_TRUE(run.started);
     VyxIconTheme theme("own", "", true);
     ASSERT_TRUE(theme.hasValidCache());
@@ -225,8 +225,8 @@ TEST(CurrentThemes, ThreadsAskingWhileTheNameChanges)
                 VyxIconTheme* theme = VyxIconTheme::current(Vyx::tagged_bool<ForceLoad_tag>(false));
                 if (t == 0) {
                     // Swapped in whole, so a read sees one name or the other.
-                    world.writeFile("home/.vyx/theme/next", round % 2 ? "[Variables]\nIconTheme=first\n"
-                                                                       : "[Variables]\nIconTheme=second\n");
+                    world.writeFile("home/.vyx/theme/next",
+                                    round % 2 ? "[Variables]\nIconTheme=first\n" : "[Variables]\nIconTheme=second\n");
                     std::rename(world.path("home/.vyx/theme/next").c_str(), settings.c_str());
                 }
                 const std::string name = theme ? theme->themeName() : std::string();

@@ -23,7 +23,7 @@ using vyxtest::TempHome;
 
 class MimeIcons : public ::testing::Test {
 protected:
-    MimeIcons() : dataDirs("XDG_DATA_DIRS", (world.path("usr/share") + ":/usr/share").c_str()) {}
+    MimeIcons() : dataDirs("XDG_DATA_DIRS", (world.path("usr/share") + ":/usr/share").c_str()) { }
 
     void SetUp() override
     {
@@ -37,11 +37,11 @@ protected:
             sections += "[" + dir + "]\nSize=48\nType=Fixed\nContext=" + (std::strchr(context, ':') + 1) + "\n";
         }
         world.writeFile("usr/share/icons/own/index.theme", index + "\n" + sections);
-        for (const char* file : {"apps/viewer-icon.png", "apps/browser-icon.png", "mimetypes/application-pdf.png",
-                                 "mimetypes/text-x-generic.png", "mimetypes/image-x-generic.png",
-                                 "mimetypes/x-office-document.png", "actions/edit-thing.png", "actions/system-run.png",
-                                 "places/folder-red.png", "places/folder.png", "places/network.png",
-                                 "status/user-away.png", "devices/computer.png"})
+        for (const char* file :
+             {"apps/viewer-icon.png", "apps/browser-icon.png", "mimetypes/application-pdf.png",
+              "mimetypes/text-x-generic.png", "mimetypes/image-x-generic.png", "mimetypes/x-office-document.png",
+              "actions/edit-thing.png", "actions/system-run.png", "places/folder-red.png", "places/folder.png",
+              "places/network.png", "status/user-away.png", "devices/computer.png"})
             world.writeFile("usr/share/icons/own/48x48/" + std::string(file), "icon");
 
         app("viewer.desktop", "Icon=viewer-icon\nExec=viewer %f\n");
@@ -53,7 +53,8 @@ protected:
     }
     void app(const std::string& name, const std::string& keys)
     {
-        world.writeFile("usr/share/applications/" + name, "[Desktop Entry]\nType=Application\nName=" + name + "\n" + keys);
+        world.writeFile("usr/share/applications/" + name,
+                        "[Desktop Entry]\nType=Application\nName=" + name + "\n" + keys);
     }
     std::string icon(const std::string& relative) const { return own + "/48x48/" + relative; }
 
@@ -135,9 +136,11 @@ TEST_F(MimeIcons, PathsLocationsAndUrls)
     expectIcon("file://" + text, icon("apps/viewer-icon.png"), "MimeTypes", "viewer-icon");
     expectIcon("~/notes.txt", icon("apps/viewer-icon.png"), "MimeTypes", "viewer-icon");
 
-    std::string launcher = world.writeFile("home/run.desktop", "[Desktop Entry]\nType=Application\nName=R\nIcon=edit-thing\n");
+    std::string launcher =
+        world.writeFile("home/run.desktop", "[Desktop Entry]\nType=Application\nName=R\nIcon=edit-thing\n");
     expectIcon(launcher, icon("actions/edit-thing.png"), "Actions", "edit-thing");
-    std::string broken = world.writeFile("home/lost.desktop", "[Desktop Entry]\nType=Application\nName=L\nIcon=no-such\n");
+    std::string broken =
+        world.writeFile("home/lost.desktop", "[Desktop Entry]\nType=Application\nName=L\nIcon=no-such\n");
     expectIcon(broken, icon("actions/system-run.png"), "Actions", "system-run");
     std::string bare = world.writeFile("home/bare.desktop", "[Desktop Entry]\nType=Application\nName=B\n");
     expectIcon(bare, icon("actions/system-run.png"), "Actions", "system-run");
@@ -174,7 +177,8 @@ TEST_F(MimeIcons, InstalledThemeShowsRealFilesByTheirDetectedType)
     EXPECT_EQ(file, "/usr/share/icons/Adwaita/48x48/mimetypes/text-x-generic.png");
     EXPECT_EQ(context, "MimeTypes");
     EXPECT_EQ(name, "text-x-generic");
-    EXPECT_EQ(adwaita.getMimeIconPath("inode/directory", 16), "/usr/share/icons/Adwaita/16x16/mimetypes/inode-directory.png");
+    EXPECT_EQ(adwaita.getMimeIconPath("inode/directory", 16),
+              "/usr/share/icons/Adwaita/16x16/mimetypes/inode-directory.png");
 }
 
 }  // namespace

@@ -40,19 +40,20 @@ TEST_F(SoundThemes, ModelAndLookupOrder)
     theme("freedesktop", "Name=Default\nDirectories=stereo\n", "[stereo]\nOutputProfile=stereo\n");
     // A user's copy of a system theme, without an index of its own, adds to it.
     std::string mine = world.writeFile("home/.local/share/sounds/base/stereo/mine.oga", "");
-    for (const char* dir : {"own/stereo/de", "own/stereo/fr", "own/surround", "own/plain", "base/stereo", "freedesktop/stereo"})
+    for (const char* dir :
+         {"own/stereo/de", "own/stereo/fr", "own/surround", "own/plain", "base/stereo", "freedesktop/stereo"})
         world.makeDir(std::string("usr/share/sounds/") + dir);
     VyxSoundTheme own("own");
     ASSERT_TRUE(own.isLoaded());
     EXPECT_EQ(own.path(), world.path("usr/share/sounds/own"));
     EXPECT_EQ(own.name(), "Own");
     EXPECT_EQ(own.comment(), "Mine");
-    EXPECT_EQ(own.inheritedNames(), (std::vector<std::string>{"base", "missing"}));
+    EXPECT_EQ(own.inheritedNames(), (std::vector<std::string> {"base", "missing"}));
     ASSERT_EQ(own.directories().size(), 4u);
     EXPECT_EQ(own.directories()[1].outputProfile, "5.1");
     EXPECT_EQ(own.directories()[2].outputProfile, "stereo") << "no OutputProfile: stereo";
     // The cycle back to "own" ends; an uninstalled parent is left out.
-    EXPECT_EQ(own.searchedThemes(), (std::vector<std::string>{"own", "base", "freedesktop"}));
+    EXPECT_EQ(own.searchedThemes(), (std::vector<std::string> {"own", "base", "freedesktop"}));
 
     sound("own/surround/bell.oga");
     std::string bell = sound("base/stereo/bell.wav");
@@ -97,7 +98,7 @@ TEST_F(SoundThemes, UnknownThemesFallBackAndTheCurrentOneFollowsTheSession)
     for (const char* name : {"not-installed", "icons-only", ".."}) {
         VyxSoundTheme theme(name);
         EXPECT_FALSE(theme.isLoaded()) << name;
-        EXPECT_EQ(theme.searchedThemes(), std::vector<std::string>{"freedesktop"}) << name;
+        EXPECT_EQ(theme.searchedThemes(), std::vector<std::string> {"freedesktop"}) << name;
         EXPECT_EQ(theme.getSoundPath("bell"), bell) << name;
     }
 

@@ -18,9 +18,9 @@ namespace {
 
 using vyxtest::ProgramRun;
 using vyxtest::runProgram;
+using vyxtest::runTool;
 using vyxtest::ScopedEnv;
 using vyxtest::TempHome;
-using vyxtest::runTool;
 
 bool installed(const char* program)
 {
@@ -50,9 +50,9 @@ std::string preferredFirst(const std::string& type)
     return run.out.substr(0, run.out.find(' '));
 }
 
-const std::vector<std::string> kTypes = {"text/plain", "text/html",        "image/png",       "image/jpeg",
-                                         "image/gif",  "application/pdf",  "application/zip", "application/json",
-                                         "audio/mpeg", "video/mp4",        "text/csv",        "application/x-tar"};
+const std::vector<std::string> kTypes = {"text/plain", "text/html",       "image/png",       "image/jpeg",
+                                         "image/gif",  "application/pdf", "application/zip", "application/json",
+                                         "audio/mpeg", "video/mp4",       "text/csv",        "application/x-tar"};
 
 TEST(ToolPrefer, AgreesWithTheFreedesktopTools)
 {

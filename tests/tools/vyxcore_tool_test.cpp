@@ -55,8 +55,8 @@ TEST(ToolDirs, ListsAnswersOneAndRefusesBadNames)
                "{\"value\": 2, \"name\": \"VyxHomeDir\", \"path\": \"" + world.home() + "/.vyx\"}");
     EXPECT_EQ(out({"dirs", "desktopdir"}), world.home() + "/Desktop\n");
     EXPECT_EQ(out({"dirs", "26"}), world.home() + "/.cache\n");
-    for (const Args& bad : {Args{"dirs", "NoSuchDir"}, Args{"dirs", "30"}, Args{"dirs", "--frobnicate"},
-                            Args{"dirs", "a", "b"}, Args{"nonsense"}})
+    for (const Args& bad : {Args {"dirs", "NoSuchDir"}, Args {"dirs", "30"}, Args {"dirs", "--frobnicate"},
+                            Args {"dirs", "a", "b"}, Args {"nonsense"}})
         EXPECT_EQ(status(bad), 2) << bad.back();
     ScopedEnv noHome("HOME", nullptr), noLogname("LOGNAME", nullptr), noUser("USER", nullptr);
     EXPECT_EQ(out({"dirs", "VyxHomeDir"}, 1), "") << "an empty path is nothing found";
@@ -85,8 +85,8 @@ protected:
 TEST_F(ToolOnX, SeesTheDesktopThatOwnsTheDisplay)
 {
     vyxtest::announceWindowManager(display(), "vyx-wm");
-    EXPECT_HAS(out({"session", "--json"}), "\"desktop\": 5",
-               "\"display_number\": " + std::to_string(server().number()), "\"remote\": false");
+    EXPECT_HAS(out({"session", "--json"}), "\"desktop\": 5", "\"display_number\": " + std::to_string(server().number()),
+               "\"remote\": false");
     EXPECT_HAS(out({}), "Desktop  Vyx", m_world.home() + "/Desktop");
 }
 
@@ -175,8 +175,8 @@ TEST(ToolApps, ListsDefaultsAssignmentsAndTheirSources)
     EXPECT_HAS(out({"mimeapps"}), list);
 
     // An application is named alike by id, file name or path, in every command.
-    for (const std::string& name : {std::string("hidden"), std::string("hidden.desktop"),
-                                    world.path("usr/share/applications/hidden.desktop")})
+    for (const std::string& name :
+         {std::string("hidden"), std::string("hidden.desktop"), world.path("usr/share/applications/hidden.desktop")})
         EXPECT_HAS(out({"why", name}), "DisplayableNoDisplay");
     EXPECT_EQ(out({"exec", "shown"}), "true\n");
     EXPECT_HAS(out({"entry", "shown", "--json"}), "\"name\": \"Shown App\"");
@@ -341,8 +341,9 @@ TEST(ToolMenu, TheStartMenuAsATree)
     TempHome world;
     world.writeFile("usr/share/applications/Games/.directory",
                     "[Desktop Entry]\nType=Directory\nName=Games\nCategories=Game;\n");
-    const std::string chess = world.writeFile("usr/share/applications/chess.desktop",
-                                              "[Desktop Entry]\nType=Application\nName=Chess\nExec=sh\nCategories=Game;\n");
+    const std::string chess =
+        world.writeFile("usr/share/applications/chess.desktop",
+                        "[Desktop Entry]\nType=Application\nName=Chess\nExec=sh\nCategories=Game;\n");
     world.writeFile("home/.vyx/startmenu/Work/.directory", "[Desktop Entry]\nType=Directory\nName=Work\n");
     world.writeFile("home/.vyx/startmenu/Work/Deep/.directory", "[Desktop Entry]\nType=Directory\nName=Deeper\n");
     const std::string notes = world.writeFile("home/.vyx/startmenu/Work/Deep/notes.desktop",
@@ -353,7 +354,8 @@ TEST(ToolMenu, TheStartMenuAsATree)
     EXPECT_LACKS(text, "Empty/");
     EXPECT_HAS(out({"menu", "--empty"}), "Empty/\n");
     EXPECT_HAS(out({"menu", "--json"}), "{\"name\": \"Games\", \"local_name\": \"Games\", \"icon\": \"\", "
-                                        "\"directory_file\": \"" + world.path("usr/share/applications/Games/.directory") +
+                                        "\"directory_file\": \"" +
+                                            world.path("usr/share/applications/Games/.directory") +
                                             "\", \"categories\": [\"Game\"], \"folders\": [], \"applications\": "
                                             "[{\"name\": \"Chess\", \"file\": \"chess.desktop\", \"path\": \"" +
                                             chess + "\"");
@@ -375,9 +377,15 @@ struct ConfigReader {
 
 const ConfigReader kConfigReaders[] = {
     {"UserDirs", "home/.config/user-dirs.dirs", {{"dirs"}, {}}},
-    {"TrashRecord", "home/.local/share/Trash/info/kept.trashinfo", {{"trash", "list"}, {"trash", "restore", "kept"}}, false},
+    {"TrashRecord",
+     "home/.local/share/Trash/info/kept.trashinfo",
+     {{"trash", "list"}, {"trash", "restore", "kept"}},
+     false},
     {"TrashSizes", "home/.local/share/Trash/directorysizes", {{"trash", "size"}}},
-    {"DesktopFile", "home/.local/share/applications/own.desktop", {{"apps"}, {"menu"}, {"default", "text/plain"}}, false},
+    {"DesktopFile",
+     "home/.local/share/applications/own.desktop",
+     {{"apps"}, {"menu"}, {"default", "text/plain"}},
+     false},
     {"AutostartFile", "home/.config/autostart/own.desktop", {{"autostart", "own"}}, false},
     {"MimeinfoCache", "usr/share/applications/mimeinfo.cache", {{"default", "text/plain"}, {"assigned", "text/plain"}}},
     {"DataMimeapps", "usr/share/applications/mimeapps.list", {{"default", "text/plain"}, {"assigned", "text/plain"}}},
@@ -506,8 +514,8 @@ TEST(ToolConventions, ShowingNeverCreatesDirectories)
     TempHome world;
     world.makeDir("home/.local/share");
     world.makeDir("home/.config");
-    for (const Args& args : {Args{}, Args{"apps"}, Args{"sound", "bell"}, Args{"menu"}, Args{"autostart", "clock"},
-                             Args{"themes"}, Args{"trash", "list"}}) {
+    for (const Args& args : {Args {}, Args {"apps"}, Args {"sound", "bell"}, Args {"menu"}, Args {"autostart", "clock"},
+                             Args {"themes"}, Args {"trash", "list"}}) {
         runTool(args);
         for (const char* dir : {"home/.local/share/applications", "home/.local/share/sounds", "home/.config/autostart"})
             EXPECT_NE(access(world.path(dir).c_str(), F_OK), 0) << dir << " after " << (args.empty() ? "" : args[0]);

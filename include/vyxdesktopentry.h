@@ -16,8 +16,7 @@
 /// GetDesktopEntryFullPath is the exception (see there). Objects follow the
 /// rule of the standard containers (see each class). The suitability checks
 /// (isSuitable, isExecSuitable and what is built on them) ask isUserInGroup()
-/// once per process under a once-only guard; that function is not locked
-/// against its other callers (see vyxsystem.h).
+/// once per process under a once-only guard.
 
 #include "vyxexport.h"
 #include "vyxstrings.h"

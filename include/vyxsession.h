@@ -18,10 +18,7 @@
 /// is decided once. Functions that take a Display use it as Xlib does, and
 /// whatDE and FindToplevelWindowByName swap the X error handler (see
 /// vyxdisplay.h). vyxSessionName's answer belongs to the environment,
-/// GetVyxWMMessage's to the library. The window-manager channel (when the
-/// user's own FIFO is missing) and autostart's suitability check may ask
-/// isUserInGroup(), which is not locked against its other callers (see
-/// vyxsystem.h).
+/// GetVyxWMMessage's to the library.
 
 #include "vyxexport.h"
 #include "vyxstrings.h"

@@ -11,9 +11,10 @@
 ///
 /// Threads: most answers are computed on each call or once under a once-only
 /// guard (memory and processor figures) and may be asked from several threads
-/// at once; numWho reads the login records under a lock of its own. The
-/// exception is getUserName with the three isUserInGroup: not thread-safe (see
-/// there). GetSystemLocale's answer belongs to the environment.
+/// at once; numWho reads the login records under a lock of its own, and
+/// getUserName with the three isUserInGroup keep their answers and make their
+/// user and group lookups under another. GetSystemLocale's answer belongs to
+/// the environment.
 
 #include "vyxexport.h"
 
@@ -25,8 +26,8 @@
 /// True when the real user id of the process is 0.
 VYX_EXPORT bool isUserRoot();
 /// The login name of the real user (password database, else LOGNAME, else
-/// USER); empty when none is known. A found name is kept for the process in
-/// a string that is not locked: not thread-safe, as isUserInGroup.
+/// USER); empty when none is known. A found name is kept for the process.
+/// Safe from any thread.
 VYX_EXPORT std::string getUserName();
 /// The user's full name: the GECOS field of the password entry up to its
 /// first ","; empty when there is none.
@@ -39,11 +40,10 @@ VYX_EXPORT bool isUserInGroup(const char* group);
 /// groups (a user in more groups is answered false, with a message). False
 /// for a null group or user and for an unknown user ("libvyxcore:
 /// getpwnam(USER) failed"). Positive answers are remembered for the process.
-/// Not thread-safe: the three forms and getUserName keep answers without a
-/// lock and use the C library's non-reentrant user and group lookups, so no
-/// two such calls may overlap. The library makes some itself: once in the
-/// first suitability check of a desktop entry (vyxdesktopentry.h) and in the
-/// window-manager channel when the user's own FIFO is missing (vyxsession.h).
+/// Safe from any thread: the three forms and getUserName keep their answers
+/// and use the C library's shared user and group lookups under one lock. A
+/// program that calls getpwnam, getpwuid or getgrgid itself on another thread
+/// meanwhile still shares their storage with the library.
 VYX_EXPORT bool isUserInGroup(const char* group, const char* user);
 /// Whether the user with id uid belongs to group; answers, yes and no, are
 /// remembered for the process. False for an unknown uid.

@@ -30,7 +30,7 @@ if [[ "${1:-}" == "--threads" ]]; then
   # Test names with "Threads" in them are the ones that share objects
   # between threads.
   cmake -S . -B build-tsan -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo -DVYX_TSAN=ON -DVYX_BUILD_TOOLS=OFF "$@" >/dev/null
-  cmake --build build-tsan --target themes_tests session_tests
+  cmake --build build-tsan --target themes_tests session_tests system_tests
   TSAN_OPTIONS=${TSAN_OPTIONS:-halt_on_error=1} ctest --test-dir build-tsan --output-on-failure -R Threads
   exit
 fi

@@ -12,6 +12,7 @@
 #include <grp.h>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <pwd.h>
 #include <unistd.h>
@@ -23,9 +24,13 @@ const char kAdminGroup[] = "orvel-admin";
 constexpr int kMaxGroups = 256;
 
 // Process-wide and, as documented, not locked.
-std::string g_userName;
-std::multimap<std::string, std::string> g_members;  // group -> user, positive answers
-std::multimap<std::string, long long> g_uidAnswers;  // group -> uid (yes) or -uid (no)
+// The remembered answers, and the C library's user and group lookups, whose
+// answers live in storage shared by every thread, are taken under one lock.
+// It is recursive because the three forms of isUserInGroup call each other.
+std::recursive_mutex g_usersMutex;
+std::string g_userName;  // guarded by g_usersMutex
+std::multimap<std::string, std::string> g_members;  // guarded by g_usersMutex; group -> user, positive answers
+std::multimap<std::string, long long> g_uidAnswers;  // guarded by g_usersMutex; group -> uid (yes) or -uid (no)
 
 // The real user's password entry field, through the re-entrant lookup.
 template <typename Field> std::string ownEntryField(Field field)
@@ -48,6 +53,7 @@ bool isUserRoot()
 
 std::string getUserName()
 {
+    std::lock_guard<std::recursive_mutex> lock(g_usersMutex);
     if (g_userName.empty()) {
         g_userName = ownEntryField([](const passwd& p) { return p.pw_name; });
         if (g_userName.empty())
@@ -68,6 +74,7 @@ bool isUserInGroup(const char* group)
 {
     if (!group)
         return false;
+    std::lock_guard<std::recursive_mutex> lock(g_usersMutex);
     std::string user = getUserName();
     if (user.empty()) {
         Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "isUserInGroup() can't get user name\n");
@@ -82,6 +89,7 @@ bool isUserInGroup(const char* group, const char* user)
 {
     if (!group || !user)
         return false;
+    std::lock_guard<std::recursive_mutex> lock(g_usersMutex);
     if (Vyx::equal(group, kAdminGroup) && Vyx::equal(user, "root"))
         return true;
     auto range = g_members.equal_range(group);
@@ -121,6 +129,7 @@ bool isUserInGroup(const char* group, unsigned uid)
     if (!group)
         return false;
     const long long yes = uid, no = -static_cast<long long>(uid);
+    std::lock_guard<std::recursive_mutex> lock(g_usersMutex);
     auto range = g_uidAnswers.equal_range(group);
     for (auto it = range.first; it != range.second; ++it) {
         if (it->second == yes)

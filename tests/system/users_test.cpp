@@ -10,7 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <thread>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -64,6 +66,30 @@ TEST(Groups, MembershipFromTheGroupDatabaseRememberedPerProcess)
         world.writeFile("group", group);
         EXPECT_TRUE(isUserInGroup("wheelers", "alice"));
         EXPECT_FALSE(isUserInGroup("alice", 2002u));
+    }));
+}
+
+// The library asks from its own threads too (suitability, the window
+// manager's channel): answers and lookups must not race.
+TEST(Groups, ThreadsAskingAtOnceAgree)
+{
+    vyxtest::TempHome world;
+    VYX_EXPECT_CHILD(vyxtest::runInChild(withTestUsers(world), [&] {
+        std::vector<int> wrong(4, 0);
+        std::vector<std::thread> threads;
+        for (int t = 0; t < 4; ++t) {
+            threads.emplace_back([&wrong, t] {
+                // A new group each round: every call looks up and remembers.
+                for (int round = 0; round < 50; ++round) {
+                    const std::string group = "g" + std::to_string(round);
+                    wrong[t] += isUserInGroup(group.c_str(), 2001u) + !isUserInGroup("wheelers", "alice") +
+                                getUserName().empty();
+                }
+            });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+        EXPECT_EQ(wrong, std::vector<int>(4, 0));
     }));
 }
 

@@ -10,19 +10,16 @@
 
 namespace Vyx::detail {
 
-void diag(const char* prefix, const char* format, ...)
+void vdiag(const char* prefix, const char* format, va_list args)
 {
     std::string message;
     if (prefix && *prefix) {
         message = prefix;
         message += ' ';
     }
-    va_list args;
-    va_start(args, format);
     va_list again;
     va_copy(again, args);
     const int length = std::vsnprintf(nullptr, 0, format, args);
-    va_end(args);
     if (length > 0) {
         const size_t start = message.size();
         message.resize(start + size_t(length) + 1);
@@ -31,6 +28,14 @@ void diag(const char* prefix, const char* format, ...)
     }
     va_end(again);
     std::fwrite(message.data(), 1, message.size(), stderr);
+}
+
+void diag(const char* prefix, const char* format, ...)
+{
+    va_list args;
+    va_start(args, format);
+    vdiag(prefix, format, args);
+    va_end(args);
 }
 
 }  // namespace Vyx::detail

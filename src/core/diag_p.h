@@ -7,6 +7,8 @@
 #ifndef VYXCORE_DIAG_P_H
 #define VYXCORE_DIAG_P_H
 
+#include <cstdarg>
+
 namespace Vyx::detail {
 
 // The prefixes the library's messages start with.
@@ -19,6 +21,9 @@ inline constexpr const char* kToolPrefix = "vyxcore:";
 // message goes out in one write, so messages of two threads never mix.
 // Safe from any thread.
 void diag(const char* prefix, const char* format, ...) __attribute__((format(printf, 2, 3)));
+// The same for callers that take their own variable arguments (a guarded
+// trace, say). args is used up.
+void vdiag(const char* prefix, const char* format, va_list args) __attribute__((format(printf, 2, 0)));
 
 }  // namespace Vyx::detail
 

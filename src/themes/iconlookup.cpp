@@ -70,8 +70,10 @@ std::string findIconWith(const VyxIconThemeSubdir& subdir, IconProbe& probe, con
     if (!found.empty())
         return found;
     for (size_t k = 0; k < otherPaths.size(); ++k) {
-        iconTrace(kLibraryPrefix, "check spreaded icon theme dir/path %s/%s/%s by pid %d\n", otherPaths[k].c_str(),
-                  subdir.path().c_str(), iconName, int(getpid()));
+        // Guarded here too: the pid is a system call on every pass otherwise.
+        if (iconSwitches().debug)
+            iconTrace(kLibraryPrefix, "check spreaded icon theme dir/path %s/%s/%s by pid %d\n", otherPaths[k].c_str(),
+                      subdir.path().c_str(), iconName, int(getpid()));
         found = image(1 + k, otherPaths[k]);
         if (!found.empty())
             return found;

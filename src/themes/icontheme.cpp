@@ -50,21 +50,8 @@ void iconTrace(const char* prefix, const char* format, ...)
         return;
     va_list arguments;
     va_start(arguments, format);
-    char line[1024];
-    const int length = std::vsnprintf(line, sizeof line, format, arguments);
+    vdiag(prefix, format, arguments);
     va_end(arguments);
-    if (length < 0)
-        return;
-    if (size_t(length) < sizeof line) {
-        diag(prefix, "%s", line);
-        return;
-    }
-    // Longer than the buffer (a deep path): formatted again at its size.
-    std::string longer(size_t(length) + 1, '\0');
-    va_start(arguments, format);
-    std::vsnprintf(&longer[0], longer.size(), format, arguments);
-    va_end(arguments);
-    diag(prefix, "%s", longer.c_str());
 }
 
 }  // namespace Vyx::detail

@@ -245,33 +245,6 @@ void firstApplication(benchmark::State& state, const char* how, bool withCacheFi
         state.SkipWithError("the per-user cache file was not written");
 }
 
-void BM_FirstDefaultApplicationWithoutCacheFile(benchmark::State& state)
-{
-    firstApplication(state, "installed", false);
-}
-BENCHMARK(BM_FirstDefaultApplicationWithoutCacheFile)
-    ->UseManualTime()
-    ->Iterations(kSamples)
-    ->Unit(benchmark::kMicrosecond);
-
-void BM_FirstDefaultApplicationWithCacheFile(benchmark::State& state)
-{
-    firstApplication(state, "installed", true);
-}
-BENCHMARK(BM_FirstDefaultApplicationWithCacheFile)
-    ->UseManualTime()
-    ->Iterations(kSamples)
-    ->Unit(benchmark::kMicrosecond);
-
-void BM_FirstPreferredApplicationsWithCacheFile(benchmark::State& state)
-{
-    firstApplication(state, "preferred", true);
-}
-BENCHMARK(BM_FirstPreferredApplicationsWithCacheFile)
-    ->UseManualTime()
-    ->Iterations(kSamples)
-    ->Unit(benchmark::kMicrosecond);
-
 // The time of call in this process, by the chosen clock, in microseconds.
 template <typename Call> double timeOf(Call call)
 {
@@ -323,6 +296,20 @@ int main(int argc, char** argv)
 {
     if (argc == 4 && std::strcmp(argv[1], "--child") == 0)
         return child(argv[2], argv[3]);
+    // One runner for the application cases: which answer, and whether the
+    // per-user cache file is there.
+    const struct {
+        const char* name;
+        const char* how;
+        bool withCacheFile;
+    } applicationCases[] = {{"BM_FirstDefaultApplicationWithoutCacheFile", "installed", false},
+                            {"BM_FirstDefaultApplicationWithCacheFile", "installed", true},
+                            {"BM_FirstPreferredApplicationsWithCacheFile", "preferred", true}};
+    for (const auto& one : applicationCases)
+        benchmark::RegisterBenchmark(one.name, firstApplication, one.how, one.withCacheFile)
+            ->UseManualTime()
+            ->Iterations(kSamples)
+            ->Unit(benchmark::kMicrosecond);
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

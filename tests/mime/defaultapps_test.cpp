@@ -54,9 +54,15 @@ vyxtest::ChildOptions isolated(const TempHome& world, const std::string& aliases
     return options;
 }
 
+// The cache file of a world whose runtime directory is its own.
+std::string runtimeCache(const TempHome& world)
+{
+    return world.path("run") + "/.vyx-mime-desktop.tbl";
+}
+
 // The application lines of a cache file's text, without the sections
 // around them.
-std::string applicationLinesOf(const std::string& text)
+std::string applicationLines(const std::string& text)
 {
     std::string::size_type begin = text.find("\n[Applications]\n");
     if (begin == std::string::npos || text.size() < 6 || text.compare(text.size() - 6, 6, "[End]\n") != 0)
@@ -65,9 +71,17 @@ std::string applicationLinesOf(const std::string& text)
     return text.substr(begin, text.size() - 6 - begin);
 }
 
-std::string applicationLines(const std::string& cacheFile)
+// The cache file as the lookups left it, with lines added at the top of
+// the applications: a well-formed file, so that only the rule under test
+// can turn it away.
+std::string plantedCache(const TempHome& world,
+                         const std::string& lines = "/evil/evil.desktop=text/plain;application/pdf\n")
 {
-    return applicationLinesOf(vyxtest::readFile(cacheFile));
+    std::string text = vyxtest::readFile(runtimeCache(world));
+    std::string::size_type at = text.find("[Applications]\n");
+    if (at != std::string::npos)
+        text.insert(at + 15, lines);
+    return text;
 }
 
 TEST(Catalogue, DirectoryOrder)
@@ -127,6 +141,9 @@ TEST(Catalogue, PathsEntriesAndFolders)
     }));
 }
 
+// The first questions of a process are answered from the cache file's text,
+// later ones from a map made of it: both read the lines alike, however the
+// types hide in paths, in longer types or behind other separators.
 TEST(DefaultApps, FromMimeinfoCacheThenFromTheCacheFile)
 {
     TempHome world;
@@ -134,42 +151,36 @@ TEST(DefaultApps, FromMimeinfoCacheThenFromTheCacheFile)
     app(world, "usr/share/applications/editor.desktop", "text/plain;text/x-c;");
     app(world, "usr/share/applications/viewer.desktop", "text/plain;image/png;");
     updateDatabase(dir);
-    std::string cache = world.path("run") + "/.vyx-mime-desktop.tbl";
 
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-        Strings all = GetDesktopEntryPathForMime("text/plain", kAll);
-        EXPECT_EQ(all.size(), 2u);
+        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll).size(), 2u);
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst).size(), 1u);
         EXPECT_EQ(GetDesktopEntryPathForMime("image/png", kAll), Strings {dir + "/viewer.desktop"});
-        EXPECT_TRUE(GetDesktopEntryPathForMime("", kAll).empty());
-        EXPECT_EQ(applicationLines(cache),
-                  dir + "/editor.desktop=text/plain;text/x-c\n" + dir + "/viewer.desktop=image/png;text/plain\n");
-    }));
-    // A new process whose directories did not change reads the cache file,
-    // in ascending path order; the file is what it trusts.
-    std::string text = vyxtest::readFile(cache);
-    text.insert(text.find("[Applications]\n") + 15, "/from/cache.desktop=text/plain\n");
-    world.writeFile("run/.vyx-mime-desktop.tbl", text);
-    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll),
-                  (Strings {"/from/cache.desktop", dir + "/editor.desktop", dir + "/viewer.desktop"}));
         EXPECT_EQ(GetDesktopEntryForMime("image/png", kFirst).front().filePath(), dir + "/viewer.desktop");
+        EXPECT_TRUE(GetDesktopEntryPathForMime("", kAll).empty());
+        EXPECT_FALSE(GetMimeCacheUse().read);
     }));
-}
-
-TEST(DefaultApps, DirectoryWithoutMimeinfoIsScanned)
-{
-    TempHome world;
-    std::string dir = world.path("usr/share/applications");
-    app(world, "usr/share/applications/a.desktop", "text/html;");
-    app(world, "usr/share/applications/b.desktop", "text/html;", "Link");  // not an application
-    std::string cache = world.writeFile("run/.vyx-mime-desktop.tbl", "/old.desktop=text/html\n");
-    vyxtest::setMtime(cache, 1000);
-    vyxtest::setMtime(dir, 2000);
+    // In ascending path order.
+    EXPECT_EQ(applicationLines(vyxtest::readFile(runtimeCache(world))),
+              dir + "/editor.desktop=text/plain;text/x-c\n" + dir + "/viewer.desktop=image/png;text/plain\n");
+    // A new process whose directories did not change reads the cache file;
+    // the file is what it trusts.
+    world.writeFile("run/.vyx-mime-desktop.tbl",
+                    plantedCache(world, "/p/text/plain=image/png\n/q.desktop=text/plainer;x=text/plain\n"
+                                        "/r.desktop=,text/plain,\n/r.desktop=text/plain\nno separator text/plain\n"
+                                        "=image/png;text/plain\n"));
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-        EXPECT_EQ(GetDesktopEntryPathForMime("text/html", kAll), Strings {dir + "/a.desktop"});
+        for (int round = 0; round < 4; ++round) {
+            EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll),
+                      (Strings {"/r.desktop", "", dir + "/editor.desktop", dir + "/viewer.desktop"}));
+            EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst), Strings {"/r.desktop"});
+            EXPECT_EQ(GetDesktopEntryPathForMime("x=text/plain", kAll), Strings {"/q.desktop"});
+            EXPECT_EQ(GetDesktopEntryPathForMime("image/png", kAll),
+                      (Strings {"/p/text/plain", "", dir + "/viewer.desktop"}));
+            EXPECT_TRUE(GetDesktopEntryPathForMime("text/plain;image/png", kAll).empty());
+        }
+        EXPECT_TRUE(GetMimeCacheUse().read);
     }));
-    EXPECT_EQ(applicationLines(cache), dir + "/a.desktop=text/html\n");
 }
 
 // Comments, blank lines, tabs and lines without a separator in the aliases
@@ -283,24 +294,6 @@ TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
         // The user's list cannot be read and the other is garbage: no assignment.
         EXPECT_TRUE(GetAssignedDesktopEntryForMime("text/plain", kAll).empty());
     }));
-}
-
-// The cache file of a world whose runtime directory is its own.
-std::string runtimeCache(const TempHome& world)
-{
-    return world.path("run") + "/.vyx-mime-desktop.tbl";
-}
-
-// The cache file as the lookups left it, with a line added that sends
-// text/plain to /evil/evil.desktop: a well-formed file, so that only the
-// rule under test can turn it away.
-std::string plantedCache(const TempHome& world)
-{
-    std::string text = vyxtest::readFile(runtimeCache(world));
-    std::string::size_type at = text.find("[Applications]\n");
-    if (at != std::string::npos)
-        text.insert(at + 15, "/evil/evil.desktop=text/plain;application/pdf\n");
-    return text;
 }
 
 TEST(DefaultAppsCache, PlaceOfTheFile)
@@ -439,14 +432,16 @@ TEST(DefaultAppsCache, UntrustedFilesAreIgnored)
     }
 }
 
-// Adding to one application directory, or seeing the list change, never
-// loses the applications of the others: every rebuild reads them all.
+// Directories without a mimeinfo.cache are scanned. Adding to one
+// application directory, or seeing the list change, never loses the
+// applications of the others: every rebuild reads them all.
 TEST(DefaultAppsCache, NoApplicationIsLostWhenAnotherDirectoryChanges)
 {
     TempHome world;
     std::string a = world.makeDir("t/a/applications"), b = world.path("t/b/applications");
     app(world, "t/b/applications/appb.desktop", "text/x-b;");
     app(world, "t/a/applications/appa.desktop", "text/x-a;");
+    app(world, "t/a/applications/link.desktop", "text/x-a;", "Link");  // not an application
     ScopedEnv dataDirs("XDG_DATA_DIRS", (world.path("t/a") + ":" + world.path("t/b")).c_str());
     auto expectBoth = [&](bool read) {
         VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
@@ -460,42 +455,14 @@ TEST(DefaultAppsCache, NoApplicationIsLostWhenAnotherDirectoryChanges)
     // Within the same second as the cache file was written: still seen.
     world.writeFile("t/a/applications/new.txt", "");
     expectBoth(false);
-    EXPECT_EQ(applicationLines(runtimeCache(world)), a + "/appa.desktop=text/x-a\n" + b + "/appb.desktop=text/x-b\n");
+    EXPECT_EQ(applicationLines(vyxtest::readFile(runtimeCache(world))),
+              a + "/appa.desktop=text/x-a\n" + b + "/appb.desktop=text/x-b\n");
     expectBoth(true);
 }
 
 // A directory of 10,000 applications, and four processes that rebuild the
 // cache at once: every reader sees no file or one complete file, never a
 // mix, and what is left is believed by the next process.
-// The first questions of a process are answered from the cache file's text,
-// later ones from a map made of it: both read the lines alike, however
-// the types hide in paths, in longer types or behind other separators.
-TEST(DefaultAppsCache, TextAndMapAnswersAgree)
-{
-    TempHome world;
-    std::string dir = world.path("usr/share/applications");
-    app(world, "usr/share/applications/editor.desktop", "text/plain;");
-    updateDatabase(dir);
-    std::string cache = world.path("run") + "/.vyx-mime-desktop.tbl";
-    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [] { GetDesktopEntryPathForMime("text/plain", kAll); }));
-    std::string text = vyxtest::readFile(cache);
-    text.insert(text.find("[Applications]\n") + 15,
-                "/p/text/plain=image/png\n/q.desktop=text/plainer;x=text/plain\n/r.desktop=,text/plain,\n"
-                "/r.desktop=text/plain\nno separator text/plain\n=image/png;text/plain\n");
-    world.writeFile("run/.vyx-mime-desktop.tbl", text);
-    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-        for (int round = 0; round < 4; ++round) {
-            EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll),
-                      (Strings {"/r.desktop", "", dir + "/editor.desktop"}));
-            EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst), Strings {"/r.desktop"});
-            EXPECT_EQ(GetDesktopEntryPathForMime("x=text/plain", kAll), Strings {"/q.desktop"});
-            EXPECT_EQ(GetDesktopEntryPathForMime("image/png", kAll), (Strings {"/p/text/plain", ""}));
-            EXPECT_TRUE(GetDesktopEntryPathForMime("text/plain;image/png", kAll).empty());
-        }
-        EXPECT_TRUE(GetMimeCacheUse().read);
-    }));
-}
-
 TEST(DefaultAppsCache, ManyApplicationsAndRebuildsAtOnce)
 {
     TempHome world;
@@ -531,7 +498,7 @@ TEST(DefaultAppsCache, ManyApplicationsAndRebuildsAtOnce)
         for (bool running = true; running;) {
             std::string text = vyxtest::readFile(cache);
             if (!text.empty()) {
-                std::string lines = applicationLinesOf(text);
+                std::string lines = applicationLines(text);
                 EXPECT_EQ(std::count(lines.begin(), lines.end(), '\n'), 10000);
                 ++seen;
             }

@@ -7,7 +7,7 @@
 // update-desktop-database.
 
 #include "desktopentry/catalogue_p.h"
-#include "support/child_process.h"
+#include "support/app_worlds.h"
 #include "support/files.h"
 #include "support/temp_home.h"
 
@@ -26,32 +26,14 @@ namespace {
 
 using vyxtest::ScopedEnv;
 using vyxtest::TempHome;
+using vyxtest::writeApp;
 using Strings = std::vector<std::string>;
 
 const Vyx::tagged_bool<AllDesktopEntries_tag> kFirst(false), kAll(true);
 
-void app(const TempHome& world, const std::string& relative, const std::string& mimeTypes,
-         const char* type = "Application")
-{
-    world.writeFile(relative, "[Desktop Entry]\nType=" + std::string(type) + "\nName=" + relative +
-                                  "\nExec=true\nIcon=icon-" + relative.substr(relative.rfind('/') + 1) +
-                                  "\nMimeType=" + mimeTypes + "\n");
-}
-
 void updateDatabase(const std::string& dir)
 {
     ASSERT_EQ(std::system(("update-desktop-database " + dir + " 2>/dev/null").c_str()), 0);
-}
-
-// The machine's own applications and aliases hidden, so only the test's
-// directories count. The same empty directory each time, so that one child
-// finds the system directory as the previous one left it.
-vyxtest::ChildOptions isolated(const TempHome& world, const std::string& aliases = "")
-{
-    vyxtest::ChildOptions options;
-    options.mounts = {vyxtest::Mount::bind(world.makeDir("no-applications"), "/usr/share/applications"),
-                      vyxtest::Mount::bind(world.writeFile("aliases", aliases), "/usr/share/mime/aliases")};
-    return options;
 }
 
 // The cache file of a world whose runtime directory is its own.
@@ -119,15 +101,15 @@ TEST(Catalogue, PathsEntriesAndFolders)
 {
     TempHome world;
     ScopedEnv dataHome("XDG_DATA_HOME", world.path("home/data").c_str());
-    app(world, "home/data/applications/editor.desktop", "text/plain;");
-    app(world, "usr/share/applications/editor.desktop", "text/plain;");
-    app(world, "usr/share/applications/vendor/tool.desktop", "");
-    app(world, "usr/share/applications/link.desktop", "", "Link");
+    writeApp(world, "home/data/applications/editor.desktop", "text/plain;");
+    writeApp(world, "usr/share/applications/editor.desktop", "text/plain;");
+    writeApp(world, "usr/share/applications/vendor/tool.desktop", "");
+    writeApp(world, "usr/share/applications/link.desktop", "", "", "Link");
     world.writeFile("usr/share/applications/games.directory", "[Desktop Entry]\nType=Directory\nCategories=Game;\n");
     world.writeFile("usr/share/applications/plain.directory", "[Desktop Entry]\nType=Directory\n");
 
     EXPECT_EQ(GetDesktopEntryFullPath("/x/y.desktop"), "/x/y.desktop");
-    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+    VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
         Strings paths = GetAllAppDesktopEntryPaths();
         ASSERT_EQ(paths.size(), 4u);
         EXPECT_EQ(paths[0], world.path("home/data/applications/editor.desktop"));  // listed twice, user's first
@@ -148,11 +130,11 @@ TEST(DefaultApps, FromMimeinfoCacheThenFromTheCacheFile)
 {
     TempHome world;
     std::string dir = world.path("usr/share/applications");
-    app(world, "usr/share/applications/editor.desktop", "text/plain;text/x-c;");
-    app(world, "usr/share/applications/viewer.desktop", "text/plain;image/png;");
+    writeApp(world, "usr/share/applications/editor.desktop", "text/plain;text/x-c;");
+    writeApp(world, "usr/share/applications/viewer.desktop", "text/plain;image/png;");
     updateDatabase(dir);
 
-    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+    VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll).size(), 2u);
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst).size(), 1u);
         EXPECT_EQ(GetDesktopEntryPathForMime("image/png", kAll), Strings {dir + "/viewer.desktop"});
@@ -169,7 +151,7 @@ TEST(DefaultApps, FromMimeinfoCacheThenFromTheCacheFile)
                     plantedCache(world, "/p/text/plain=image/png\n/q.desktop=text/plainer;x=text/plain\n"
                                         "/r.desktop=,text/plain,\n/r.desktop=text/plain\nno separator text/plain\n"
                                         "=image/png;text/plain\n"));
-    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+    VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
         for (int round = 0; round < 4; ++round) {
             EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll),
                       (Strings {"/r.desktop", "", dir + "/editor.desktop", dir + "/viewer.desktop"}));
@@ -189,14 +171,14 @@ TEST(DefaultApps, AliasesWidenTheLookup)
 {
     TempHome world;
     std::string dir = world.path("usr/share/applications");
-    app(world, "usr/share/applications/foo.desktop", "application/x-foo;");
-    app(world, "usr/share/applications/bar.desktop", "application/bar;");
+    writeApp(world, "usr/share/applications/foo.desktop", "application/x-foo;");
+    writeApp(world, "usr/share/applications/bar.desktop", "application/bar;");
     updateDatabase(dir);
     const char aliases[] = "# comment\n!x\n\napplication/x-foo application/foo\napplication/x-foo2\t\tapplication/foo\n"
                            "noseparator\napplication/x-bar application/bar\n"
                            "application/x-foo3 application/foo \r\nlonely \t\n";
     world.writeFile("usr/share/mime/aliases", aliases);  // where the MIME database reads it
-    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world, aliases), [&] {
+    VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world, aliases), [&] {
         EXPECT_EQ(GetMimeAliases("application/foo"),
                   (Strings {"application/x-foo", "application/x-foo2", "application/x-foo3"}));
         EXPECT_TRUE(GetMimeAliases("application/x-foo").empty());
@@ -233,8 +215,8 @@ TEST(Mimeapps, ListingOrderAndWritableLists)
 TEST(Mimeapps, AssignedApplicationsAndIcons)
 {
     TempHome world;
-    app(world, "usr/share/applications/editor.desktop", "text/plain;");
-    app(world, "usr/share/applications/viewer.desktop", "text/plain;");
+    writeApp(world, "usr/share/applications/editor.desktop", "text/plain;");
+    writeApp(world, "usr/share/applications/viewer.desktop", "text/plain;");
     std::string list =
         world.writeFile("home/.config/mimeapps.list",
                         "[Default Applications]\ntext/html=viewer.desktop\n"
@@ -260,7 +242,7 @@ TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
 {
     TempHome world;
     std::string dir = world.path("usr/share/applications");
-    app(world, "usr/share/applications/ok.desktop", "text/plain;");
+    writeApp(world, "usr/share/applications/ok.desktop", "text/plain;");
     world.writeFile("usr/share/applications/mimeinfo.cache",
                     "[MIME Cache]\ngarbage without equals\n=\ntext/plain=ok.desktop;;\n"
                     "text/huge=" +
@@ -276,18 +258,18 @@ TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
     std::string list = world.writeFile("home/.config/mimeapps.list", "[Added Associations]\ntext/plain=ok.desktop\n");
     chmod(list.c_str(), 0600);
     world.writeFile("home/.config/B-mimeapps.list", std::string(5000, '\xff'));
-    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+    VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings {dir + "/ok.desktop"});
         EXPECT_EQ(GetDesktopEntryPathForMime("text/huge", kAll).size(), 1u);
     }));
     // Garbage however new is not a cache file: ignored and rebuilt.
     world.writeFile("run/.vyx-mime-desktop.tbl", binary);
     vyxtest::setMtime(cache, time(nullptr) + 100);
-    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+    VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings {dir + "/ok.desktop"});
         EXPECT_EQ(GetMimeCacheUse().ignored, "not a cache file of this library");
     }));
-    vyxtest::ChildOptions unprivileged = isolated(world);
+    vyxtest::ChildOptions unprivileged = vyxtest::withoutSystemApps(world);
     unprivileged.unprivileged = true;
     ScopedEnv desktops("XDG_CURRENT_DESKTOP", "B");
     VYX_EXPECT_CHILD(vyxtest::runInChild(unprivileged, [&] {
@@ -312,9 +294,9 @@ TEST(DefaultAppsCache, PlaceOfTheFile)
 
     // Without a runtime directory: the user's cache, in a directory made for
     // the user alone; nothing in the shared temporary directory.
-    app(world, "usr/share/applications/editor.desktop", "text/plain;");
+    writeApp(world, "usr/share/applications/editor.desktop", "text/plain;");
     ScopedEnv runtime("XDG_RUNTIME_DIR", nullptr);
-    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+    VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst),
                   Strings {world.path("usr/share/applications/editor.desktop")});
         VyxMimeCacheUse use = GetMimeCacheUse();
@@ -331,7 +313,7 @@ TEST(DefaultAppsCache, PlaceOfTheFile)
     // A cache directory that others could write into is neither read nor
     // written, although the file in it is still intact.
     chmod((world.home() + "/.cache/vyx").c_str(), 0777);
-    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+    VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst),
                   Strings {world.path("usr/share/applications/editor.desktop")});
         VyxMimeCacheUse use = GetMimeCacheUse();
@@ -347,8 +329,9 @@ TEST(DefaultAppsCache, PlantedByAnotherUser)
 {
     TempHome world;
     std::string dir = world.path("usr/share/applications");
-    app(world, "usr/share/applications/editor.desktop", "text/plain;application/pdf;");
-    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [] { GetDesktopEntryPathForMime("text/plain", kFirst); }));
+    writeApp(world, "usr/share/applications/editor.desktop", "text/plain;application/pdf;");
+    VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world),
+                                         [] { GetDesktopEntryPathForMime("text/plain", kFirst); }));
     std::string planted = plantedCache(world);
     std::string shared = world.makeDir("shared", 01777);
     world.makeDir("tmp", 01777);  // as the shared temporary directory is
@@ -365,7 +348,7 @@ TEST(DefaultAppsCache, PlantedByAnotherUser)
     std::remove(runtimeCache(world).c_str());
     for (const char* runtime : {static_cast<const char*>("shared"), static_cast<const char*>(nullptr)}) {
         ScopedEnv variable("XDG_RUNTIME_DIR", runtime ? world.path(runtime).c_str() : nullptr);
-        VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+        VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
             EXPECT_EQ(GetDesktopEntryPathForMime("application/pdf", kAll), Strings {dir + "/editor.desktop"});
             EXPECT_EQ(GetMimeCacheUse().path, world.home() + "/.cache/vyx/.vyx-mime-desktop.tbl");
         }));
@@ -393,10 +376,10 @@ TEST(DefaultAppsCache, UntrustedFilesAreIgnored)
         SCOPED_TRACE(c.name);
         TempHome world;
         std::string dir = world.path("usr/share/applications");
-        app(world, "usr/share/applications/editor.desktop", "text/plain;");
-        app(world, "home/.local/share/applications/mine.desktop", "text/x-mine;");
-        VYX_EXPECT_CHILD(
-            vyxtest::runInChild(isolated(world), [] { GetDesktopEntryPathForMime("text/plain", kFirst); }));
+        writeApp(world, "usr/share/applications/editor.desktop", "text/plain;");
+        writeApp(world, "home/.local/share/applications/mine.desktop", "text/x-mine;");
+        VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world),
+                                             [] { GetDesktopEntryPathForMime("text/plain", kFirst); }));
         std::string cache = runtimeCache(world), planted = plantedCache(world);
         std::string name = c.name;
         std::string other = world.writeFile("other", planted);
@@ -421,7 +404,7 @@ TEST(DefaultAppsCache, UntrustedFilesAreIgnored)
         }
         ScopedEnv dataHome("XDG_DATA_HOME", name == "other directory list" ? world.path("elsewhere").c_str()
                                                                            : (world.home() + "/.local/share").c_str());
-        VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+        VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
             EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings {dir + "/editor.desktop"});
             VyxMimeCacheUse use = GetMimeCacheUse();
             EXPECT_FALSE(use.read);
@@ -439,12 +422,12 @@ TEST(DefaultAppsCache, NoApplicationIsLostWhenAnotherDirectoryChanges)
 {
     TempHome world;
     std::string a = world.makeDir("t/a/applications"), b = world.path("t/b/applications");
-    app(world, "t/b/applications/appb.desktop", "text/x-b;");
-    app(world, "t/a/applications/appa.desktop", "text/x-a;");
-    app(world, "t/a/applications/link.desktop", "text/x-a;", "Link");  // not an application
+    writeApp(world, "t/b/applications/appb.desktop", "text/x-b;");
+    writeApp(world, "t/a/applications/appa.desktop", "text/x-a;");
+    writeApp(world, "t/a/applications/link.desktop", "text/x-a;", "", "Link");  // not an application
     ScopedEnv dataDirs("XDG_DATA_DIRS", (world.path("t/a") + ":" + world.path("t/b")).c_str());
     auto expectBoth = [&](bool read) {
-        VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+        VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
             EXPECT_EQ(GetDesktopEntryPathForMime("text/x-b", kAll), Strings {b + "/appb.desktop"});
             EXPECT_EQ(GetDesktopEntryPathForMime("text/x-a", kAll), Strings {a + "/appa.desktop"});
             EXPECT_EQ(GetMimeCacheUse().read, read);
@@ -478,7 +461,7 @@ TEST(DefaultAppsCache, ManyApplicationsAndRebuildsAtOnce)
         ASSERT_EQ(pipe(go), 0);
         std::vector<pid_t> children;
         for (int i = 0; i < 4; ++i) {
-            vyxtest::ChildOptions options = isolated(world);
+            vyxtest::ChildOptions options = vyxtest::withoutSystemApps(world);
             pid_t pid = fork();
             if (pid == 0) {
                 close(go[1]);
@@ -518,7 +501,7 @@ TEST(DefaultAppsCache, ManyApplicationsAndRebuildsAtOnce)
     std::vector<std::string> files;
     GetFileList(&files, world.path("run").c_str(), 1, "*", Vyx::tagged_bool<FilesOnly_tag>(true));
     EXPECT_EQ(files, Strings {cache});
-    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+    VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
         Strings all = GetDesktopEntryPathForMime("text/plain", kAll);
         EXPECT_EQ(all.size(), 10000u);
         EXPECT_TRUE(GetMimeCacheUse().read);

@@ -279,10 +279,14 @@ TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
     }));
 }
 
-TEST(DefaultAppsCache, PlaceOfTheFile)
+// Another user plants a cache in a directory anyone can write and points the
+// runtime directory there, or plants one where the runtime directory would
+// be missing: the victim answers from the real applications, with a cache
+// of its own in a directory made for the user alone.
+TEST(DefaultAppsCache, PlaceOfTheFileAndCachesPlantedByAnotherUser)
 {
     TempHome world;
-    std::string own = world.makeDir("own", 0700), shared = world.makeDir("shared", 0777);
+    std::string own = world.makeDir("own", 0700), shared = world.makeDir("shared", 01777);
     std::string foreign = world.makeDir("foreign", 0700);
     ASSERT_EQ(chown(foreign.c_str(), 65534, 65534), 0);
     std::string cacheFile = "/c/vyx/.vyx-mime-desktop.tbl";
@@ -293,48 +297,11 @@ TEST(DefaultAppsCache, PlaceOfTheFile)
     EXPECT_EQ(Vyx::detail::chooseMimeCachePath("", "relative", "/h"), "/h/.cache/vyx/.vyx-mime-desktop.tbl");
     EXPECT_EQ(Vyx::detail::chooseMimeCachePath("", "", ""), "");
 
-    // Without a runtime directory: the user's cache, in a directory made for
-    // the user alone; nothing in the shared temporary directory.
-    writeApp(world, "usr/share/applications/editor.desktop", "text/plain;");
-    ScopedEnv runtime("XDG_RUNTIME_DIR", nullptr);
-    VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
-        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst),
-                  Strings {world.path("usr/share/applications/editor.desktop")});
-        VyxMimeCacheUse use = GetMimeCacheUse();
-        EXPECT_EQ(use.path, world.home() + "/.cache/vyx/.vyx-mime-desktop.tbl");
-        EXPECT_TRUE(use.written);
-        struct stat dir, file;
-        ASSERT_EQ(stat((world.home() + "/.cache/vyx").c_str(), &dir), 0);
-        ASSERT_EQ(stat(use.path.c_str(), &file), 0);
-        EXPECT_EQ(dir.st_mode & 07777, 0700u);
-        EXPECT_EQ(file.st_mode & 07777, 0600u);
-    }));
-    EXPECT_EQ(vyxtest::readFile(world.path("tmp/.vyx-mime-desktop.tbl")), "");
-
-    // A cache directory that others could write into is neither read nor
-    // written, although the file in it is still intact.
-    chmod((world.home() + "/.cache/vyx").c_str(), 0777);
-    VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
-        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst),
-                  Strings {world.path("usr/share/applications/editor.desktop")});
-        VyxMimeCacheUse use = GetMimeCacheUse();
-        EXPECT_FALSE(use.read || use.written);
-        EXPECT_EQ(use.ignored, "in a directory others can write");
-    }));
-}
-
-// Another user plants a cache in a directory anyone can write and points the
-// runtime directory there, or plants one where the runtime directory would
-// be missing: the victim answers from the real applications.
-TEST(DefaultAppsCache, PlantedByAnotherUser)
-{
-    TempHome world;
     std::string dir = world.path("usr/share/applications");
     writeApp(world, "usr/share/applications/editor.desktop", "text/plain;application/pdf;");
     VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world),
                                          [] { GetDesktopEntryPathForMime("text/plain", kFirst); }));
     std::string planted = plantedCache(world);
-    std::string shared = world.makeDir("shared", 01777);
     world.makeDir("tmp", 01777);  // as the shared temporary directory is
     vyxtest::ChildOptions attacker;
     attacker.unprivileged = true;
@@ -347,13 +314,33 @@ TEST(DefaultAppsCache, PlantedByAnotherUser)
         }
     }));
     std::remove(runtimeCache(world).c_str());
+    const std::string userCache = world.home() + "/.cache/vyx/.vyx-mime-desktop.tbl";
     for (const char* runtime : {static_cast<const char*>("shared"), static_cast<const char*>(nullptr)}) {
         ScopedEnv variable("XDG_RUNTIME_DIR", runtime ? world.path(runtime).c_str() : nullptr);
         VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
             EXPECT_EQ(GetDesktopEntryPathForMime("application/pdf", kAll), Strings {dir + "/editor.desktop"});
-            EXPECT_EQ(GetMimeCacheUse().path, world.home() + "/.cache/vyx/.vyx-mime-desktop.tbl");
+            VyxMimeCacheUse use = GetMimeCacheUse();
+            EXPECT_EQ(use.path, userCache);
+            EXPECT_TRUE(runtime ? use.written : use.read);  // made by the first, believed by the second
         }));
     }
+    struct stat st;
+    ASSERT_EQ(stat((world.home() + "/.cache/vyx").c_str(), &st), 0);
+    EXPECT_EQ(st.st_mode & 07777, 0700u);
+    ASSERT_EQ(stat(userCache.c_str(), &st), 0);
+    EXPECT_EQ(st.st_mode & 07777, 0600u);
+    EXPECT_EQ(vyxtest::readFile(world.path("tmp/.vyx-mime-desktop.tbl")), planted);  // never written over
+
+    // A cache directory that others could write into is neither read nor
+    // written, although the file in it is still intact.
+    chmod((world.home() + "/.cache/vyx").c_str(), 0777);
+    ScopedEnv noRuntime("XDG_RUNTIME_DIR", nullptr);
+    VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
+        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kFirst), Strings {dir + "/editor.desktop"});
+        VyxMimeCacheUse use = GetMimeCacheUse();
+        EXPECT_FALSE(use.read || use.written);
+        EXPECT_EQ(use.ignored, "in a directory others can write");
+    }));
 }
 
 // Files under the cache's name that must not be believed, each in a world

@@ -19,6 +19,8 @@ namespace {
 using vyxtest::ScopedEnv;
 using vyxtest::TempHome;
 
+// The home from LOGNAME, nothing without any name, and empty answers tried
+// again until they exist.
 TEST(Dirs, HomeFromLognameAndNothingWithoutAnyName)
 {
     TempHome world;
@@ -37,15 +39,9 @@ TEST(Dirs, HomeFromLognameAndNothingWithoutAnyName)
     ResetVyxDirs();
     EXPECT_EQ(GetVyxDir(CacheDir), "");
     EXPECT_EQ(GetVyxDir(TrashFilesDir), "");
-}
-
-TEST(Dirs, EmptyAnswersAreRetriedUntilTheyExist)
-{
-    TempHome world;
-    ScopedEnv home("HOME", nullptr), logname("LOGNAME", nullptr), user("USER", nullptr);
     EXPECT_EQ(GetVyxDir(VyxHomeDir), "");
+    // No reset: an empty answer is simply computed again once it can be.
     setenv("HOME", "/later/home", 1);
-    // No reset: an empty answer is simply computed again.
     EXPECT_EQ(GetVyxDir(TempDir), world.path("tmp"));
     EXPECT_EQ(GetVyxDir(VyxHomeDir), "/later/home/.vyx");
 }

@@ -76,7 +76,7 @@ TEST(Facts, ProcessorAndMemoryMakeALightPlatform)
 // Figures are read once per process; the tail of a long line is no line of
 // its own: the first line is cut by a line reader with a small buffer exactly
 // where a "MemTotal:" text starts.
-TEST(Facts, MemoryReadOnceAndSoundCards)
+TEST(Facts, MemoryReadOnceSoundCardsAndLocale)
 {
     const std::string longLine = "Filler:" + std::string(504, ' ') + "MemTotal: 100 kB\n";
     withProc({{"meminfo", longLine + memory(4096)}}, [] {
@@ -93,10 +93,8 @@ TEST(Facts, MemoryReadOnceAndSoundCards)
     for (const auto& c : cards)
         withProc(c.first,
                  [&] { EXPECT_EQ(isAlsaActive(), c.second) << (c.first.empty() ? "none" : c.first[0].second); });
-}
 
-TEST(Facts, Locale)
-{
+    // The locale of the environment, LC_ALL before LANG.
     vyxtest::ScopedEnv all("LC_ALL", "de_DE.UTF-8"), lang("LANG", "fr_FR.UTF-8");
     EXPECT_STREQ(GetSystemLocale(), "de_DE.UTF-8");
     vyxtest::ScopedEnv noAll("LC_ALL", "");

@@ -2,12 +2,15 @@
 //
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
+#include "core/userdirs_p.h"
 #include "support/temp_home.h"
 
 #include <vyxdirs.h>
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -16,6 +19,8 @@ namespace {
 using vyxtest::ScopedEnv;
 using vyxtest::TempHome;
 
+// The home from LOGNAME, nothing without any name, and empty answers tried
+// again until they exist.
 TEST(Dirs, HomeFromLognameAndNothingWithoutAnyName)
 {
     TempHome world;
@@ -34,15 +39,9 @@ TEST(Dirs, HomeFromLognameAndNothingWithoutAnyName)
     ResetVyxDirs();
     EXPECT_EQ(GetVyxDir(CacheDir), "");
     EXPECT_EQ(GetVyxDir(TrashFilesDir), "");
-}
-
-TEST(Dirs, EmptyAnswersAreRetriedUntilTheyExist)
-{
-    TempHome world;
-    ScopedEnv home("HOME", nullptr), logname("LOGNAME", nullptr), user("USER", nullptr);
     EXPECT_EQ(GetVyxDir(VyxHomeDir), "");
+    // No reset: an empty answer is simply computed again once it can be.
     setenv("HOME", "/later/home", 1);
-    // No reset: an empty answer is simply computed again.
     EXPECT_EQ(GetVyxDir(TempDir), world.path("tmp"));
     EXPECT_EQ(GetVyxDir(VyxHomeDir), "/later/home/.vyx");
 }
@@ -78,17 +77,24 @@ TEST(Dirs, AliasesAndResetFollowingTheEnvironmentButKeepingSharedDirs)
     setenv("HOME", world.home().c_str(), 1);
 }
 
-TEST(Dirs, UserDirectoriesAndTheirFallbacks)
+// The kiosk settings count only in a kiosk session.
+TEST(Dirs, UserDirectoriesAndTheirFallbacksInAnOrdinarySession)
 {
     TempHome world;
+    ScopedEnv session("DESKTOP_SESSION", "vyx");
+    ScopedEnv rc("VYX_RC_FILE", "/usr/share/vyx-wm/settings.rc");
+    ScopedEnv bar("VYX_KIOSK_TOOLBAR_DIR", world.root().c_str());
     world.writeFile("home/.config/user-dirs.dirs", "XDG_MUSIC_DIR=\"$HOME/Tunes\"\n");
     EXPECT_EQ(GetVyxDir(MusicDir), world.home() + "/Tunes");
     EXPECT_EQ(GetVyxDir(DesktopDir), world.home() + "/Desktop");
     EXPECT_EQ(GetVyxDir(VideosDir), world.home());  // no entry: the home itself
     EXPECT_EQ(GetVyxDir(DocumentsDir), world.home());
     EXPECT_EQ(GetVyxDir(TrashFilesDir), world.home() + "/.local/share/Trash/files");
+    EXPECT_EQ(GetVyxDir(ThemeDir), world.home() + "/.vyx/theme");
+    EXPECT_EQ(GetVyxDir(KioskToolbarDir), world.home() + "/.vyx/toolbar");
 }
 
+// A kiosk desktop directory that does not exist is not used.
 TEST(Dirs, KioskSessionSelectsSystemThemeAndToolbar)
 {
     TempHome world;
@@ -96,22 +102,14 @@ TEST(Dirs, KioskSessionSelectsSystemThemeAndToolbar)
     ScopedEnv session("DESKTOP_SESSION", "vyx-kiosk");
     ScopedEnv rc("VYX_RC_FILE", "/usr/share/vyx-wm/kiosk/settings.rc");
     ScopedEnv bar("VYX_KIOSK_TOOLBAR_DIR", toolbar.c_str());
+    ScopedEnv desktop("VYX_KIOSK_DESKTOP_DIR", "/no/such/dir");
     EXPECT_EQ(GetVyxDir(ThemeDir), "/usr/share/vyx-wm/theme");
     EXPECT_EQ(GetVyxDir(KioskToolbarDir), toolbar);
+    EXPECT_EQ(xdgUserDirLookup("DESKTOP"), world.home() + "/Desktop");
 
     ResetVyxDirs();
     setenv("VYX_RC_FILE", "/etc/settings.rc", 1);
     setenv("VYX_KIOSK_TOOLBAR_DIR", "/does/not/exist", 1);
-    EXPECT_EQ(GetVyxDir(ThemeDir), world.home() + "/.vyx/theme");
-    EXPECT_EQ(GetVyxDir(KioskToolbarDir), world.home() + "/.vyx/toolbar");
-}
-
-TEST(Dirs, OrdinarySessionIgnoresKioskSettings)
-{
-    TempHome world;
-    ScopedEnv session("DESKTOP_SESSION", "vyx");
-    ScopedEnv rc("VYX_RC_FILE", "/usr/share/vyx-wm/settings.rc");
-    ScopedEnv bar("VYX_KIOSK_TOOLBAR_DIR", world.root().c_str());
     EXPECT_EQ(GetVyxDir(ThemeDir), world.home() + "/.vyx/theme");
     EXPECT_EQ(GetVyxDir(KioskToolbarDir), world.home() + "/.vyx/toolbar");
 }
@@ -155,6 +153,78 @@ TEST(XdgDirs, UncreatableOrUncreatedUserDirectoryIsLeftOut)
     EXPECT_EQ(xdgDataDirs("sounds").front(), user) << "an existing directory still leads";
     setXdgUserDirCreation(true);
     EXPECT_EQ(xdgDataDirs("icons").front(), world.home() + "/.local/share/icons");
+}
+
+// The reader on an in-memory file.
+std::string parse(const std::string& text, const char* type, const char* home = "/h")
+{
+    FILE* file = fmemopen(const_cast<char*>(text.data()), text.size(), "r");
+    bool outOfMemory = false;
+    char* value = Vyx::detail::readUserDirs(file, type, home, &outOfMemory);
+    std::fclose(file);
+    std::string result = value ? value : "<none>";
+    std::free(value);
+    return result;
+}
+
+TEST(UserDirs, LineSyntaxAndMalformedValues)
+{
+    const std::pair<std::string, const char*> cases[] = {
+        {"XDG_MUSIC_DIR=\"$HOME/Mu\\\"sic\"\n", "/h/Mu\"sic"},
+        {" \tXDG_MUSIC_DIR \t= \t\"/abs/music\"", "/abs/music"},
+        {"XDG_MUSIC_DIR=\"Music\"\n", "<none>"},
+        {"XDG_MUSIC_DIR=$HOME/Music\n", "<none>"},  // no quote
+        {"xdg_music_dir=\"/m\"\nXDG_Music_DIR=\"/m\"\n", "<none>"},
+        {"XDG_MUSIC_DIRS=\"/m\"\n", "<none>"},
+        {"# XDG_MUSIC_DIR=\"/m\"\n", "<none>"},
+        {"XDG_DESKTOP_DIR=\"/d\"\n", "<none>"},
+        // Malformed values stay inside their line.
+        {"XDG_MUSIC_DIR=\"/unterminated\n", "/unterminated"},
+        {"XDG_MUSIC_DIR=\"/trailing\\", "/trailing"},
+        {"XDG_MUSIC_DIR=\"/a\\\\b\\c\"tail", "/a\\bc"},
+        {"XDG_MUSIC_DIR=\"/one\"\nXDG_MUSIC_DIR=\"relative\"\nXDG_MUSIC_DIR=\"/two\"\n", "/two"},  // the last wins
+    };
+    for (const auto& [text, expected] : cases)
+        EXPECT_EQ(parse(text, "MUSIC"), expected) << text;
+    EXPECT_EQ(parse("XDG_MUSIC_DIR=\"$HOME/\"", "MUSIC", ""), "/");
+    // 511 bytes fill the buffer; the rest of the line is read as a new line,
+    // and here that rest is itself a valid entry.
+    std::string longLine = "XDG_MUSIC_DIR=\"/" + std::string(511 - 16, 'x');
+    ASSERT_EQ(longLine.size(), 511u);
+    EXPECT_EQ(parse(longLine + "XDG_MUSIC_DIR=\"/piece\"\n", "MUSIC"), "/piece");
+    std::string hugeValue = "XDG_MUSIC_DIR=\"/" + std::string(5000, 'y') + "\"\n";
+    EXPECT_EQ(parse(hugeValue, "MUSIC"), "/" + std::string(511 - 16, 'y'));
+}
+
+TEST(UserDirs, FileLocationAndFallbacks)
+{
+    TempHome world;
+    EXPECT_EQ(xdgUserDirLookup("DESKTOP"), world.home() + "/Desktop");
+    EXPECT_EQ(xdgUserDirLookup("MUSIC"), world.home());
+    world.writeFile("home/.config/user-dirs.dirs", "XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n");
+    EXPECT_EQ(xdgUserDirLookup("DESKTOP"), world.home() + "/Schreibtisch");
+    {
+        // XDG_CONFIG_HOME, not HOME/.config, names the file when set.
+        ScopedEnv config("XDG_CONFIG_HOME", world.makeDir("cfg").c_str());
+        EXPECT_EQ(xdgUserDirLookup("DESKTOP"), world.home() + "/Desktop");
+        world.writeFile("cfg/user-dirs.dirs", "XDG_DESKTOP_DIR=\"/from/cfg\"\n");
+        EXPECT_EQ(xdgUserDirLookup("DESKTOP"), "/from/cfg");
+    }
+    ScopedEnv noHome("HOME", "");
+    EXPECT_EQ(xdgUserDirLookup("DESKTOP"), "/tmp");
+    EXPECT_EQ(xdgUserDirLookup("MUSIC"), "/tmp");
+}
+
+TEST(UserDirs, KioskDesktopIsDecidedOnce)
+{
+    TempHome world;
+    std::string kiosk = world.makeDir("kiosk-desktop");
+    ScopedEnv session("DESKTOP_SESSION", "vyx-tablet-kiosk");
+    ScopedEnv desktop("VYX_KIOSK_DESKTOP_DIR", kiosk.c_str());
+    EXPECT_EQ(xdgUserDirLookup("DESKTOP"), kiosk);
+    EXPECT_EQ(xdgUserDirLookup("MUSIC"), world.home());
+    unsetenv("DESKTOP_SESSION");
+    EXPECT_EQ(xdgUserDirLookup("DESKTOP"), kiosk);
 }
 
 }  // namespace

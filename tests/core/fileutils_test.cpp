@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -65,10 +66,8 @@ TEST(FileTests, ExistsExtensionAndPath)
     EXPECT_FALSE(fileExists(static_cast<const char*>(nullptr), false));
 
     EXPECT_TRUE(fileNameExtension("photo.jpg", 3));
-    EXPECT_FALSE(fileNameExtension("photo.jpeg", 3));
-    EXPECT_FALSE(fileNameExtension("photo.", 3));
-    EXPECT_FALSE(fileNameExtension("dir.d/file", 8));
-    EXPECT_FALSE(fileNameExtension("", 3));
+    for (const auto& [name, length] : {std::pair("photo.jpeg", 3), {"photo.", 3}, {"dir.d/file", 8}, {"", 3}})
+        EXPECT_FALSE(fileNameExtension(name, length)) << name;
 
     std::string bin = world.makeDir("bin");
     std::string tool = world.writeFile("bin/tool", "#!/bin/sh\n");
@@ -212,9 +211,8 @@ TEST(BusyPath, SeesAHolderCannotBeInjectedAndNeedsFuser)
 {
     TempHome world;
     std::string file = world.writeFile("held.txt", "x");
-    EXPECT_FALSE(isPathBusy(file.c_str()));
-    EXPECT_FALSE(isPathBusy(""));
-    EXPECT_FALSE(isPathBusy(world.path("missing").c_str()));
+    for (const std::string& path : {file, std::string(), world.path("missing")})
+        EXPECT_FALSE(isPathBusy(path.c_str())) << path;
 
     int fd = open(file.c_str(), O_RDONLY);
     ASSERT_GE(fd, 0);
@@ -234,6 +232,48 @@ TEST(BusyPath, SeesAHolderCannotBeInjectedAndNeedsFuser)
         EXPECT_FALSE(isPathBusy(file.c_str()));
         close(fd);
     }));
+}
+
+const Vyx::tagged_bool<LockRead_tag> kWrite(false), kRead(true);
+const Vyx::tagged_bool<BlockingCall_tag> kWait(true), kNoWait(false);
+
+// Locks are per process: the other side must be a real second process.
+TEST(FileLock, SecondProcessFailsOrWaitsAndBadDescriptorsAreReported)
+{
+    vyxtest::TempHome world;
+    std::string path = world.writeFile("lockfile", "");
+    int toChild[2], toParent[2];
+    ASSERT_TRUE(pipe(toChild) == 0 && pipe(toParent) == 0);
+
+    pid_t child = fork();
+    if (child == 0) {
+        int fd = open(path.c_str(), O_RDWR);
+        char go;
+        bool ok = vyxLockFile(fd, kWrite, kNoWait);
+        ok = write(toParent[1], "L", 1) == 1 && ok;  // holding the lock
+        ok = read(toChild[0], &go, 1) == 1 && ok;  // until told to let go
+        ok = vyxUnlockFile(fd) && ok;
+        _exit(ok ? 0 : 1);
+    }
+    char signal;
+    ASSERT_EQ(read(toParent[0], &signal, 1), 1);
+    int fd = open(path.c_str(), O_RDWR);
+    EXPECT_FALSE(vyxLockFile(fd, kWrite, kNoWait));
+    EXPECT_FALSE(vyxLockFile(fd, kRead, kNoWait));
+
+    ASSERT_EQ(write(toChild[1], "U", 1), 1);
+    EXPECT_TRUE(vyxLockFile(fd, kWrite, kWait));  // returns once the child let go
+    int status = 0;
+    waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    EXPECT_TRUE(vyxUnlockFile(fd));
+    close(fd);
+
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(vyxLockFile(-1, kRead, kNoWait));
+    EXPECT_FALSE(vyxUnlockFile(-1));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "VyxLockedFile::lock(): fcntl: Bad file descriptorVyxLockedFile::lock(): fcntl: Bad file descriptor");
 }
 
 }  // namespace

@@ -2,7 +2,8 @@
 //
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
-// Loading desktop entries: fields, translations, actions and bad files.
+// Loading desktop entries (fields, translations, actions and bad files),
+// saving them and merging them.
 
 #include "desktopentry/desktopentry_p.h"
 #include "support/child_process.h"
@@ -10,15 +11,20 @@
 #include "support/temp_home.h"
 
 #include <vyxdesktopentry.h>
+#include <vyxfileutils.h>
 
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
 using vyxtest::ScopedEnv;
+using vyxtest::TempHome;
 using Strings = std::vector<std::string>;
+
+const Vyx::tagged_bool<SaveEmptyFields_tag> kSkipEmpty(false), kSaveEmpty(true);
 
 std::string data(const char* name)
 {
@@ -202,6 +208,206 @@ TEST(EntryLoad, TranslationsOfActionsAndUnknownKeysInOrder)
     EXPECT_EQ(go.localName(), "Idti");
     EXPECT_EQ(go.localComment(), "Partir");
     EXPECT_EQ(go.localIcon(), "gehen");
+}
+
+TEST(EntrySave, RoundTripKeepsEveryField)
+{
+    ScopedEnv language("LANGUAGE", "de");
+    TempHome world;
+    for (const char* name :
+         {"browser.desktop", "crlf-bom.desktop", "odd.desktop", "folder.directory", "link.desktop"}) {
+        SCOPED_TRACE(name);
+        VyxDesktopEntry original(data(name));
+        ASSERT_TRUE(original.isLoaded());
+        std::string copy = world.path(name);
+        ASSERT_TRUE(original.saveAs(copy, kSkipEmpty));
+        EXPECT_EQ(original.filePath(), data(name));  // still bound to its own file
+        VyxDesktopEntry reloaded(copy);
+        ASSERT_TRUE(reloaded.isLoaded());
+        EXPECT_TRUE(reloaded.identicalTo(original)) << vyxtest::readFile(copy);
+        // And once more: saving what was loaded changes nothing.
+        ASSERT_TRUE(reloaded.save(kSkipEmpty));
+        EXPECT_TRUE(VyxDesktopEntry(copy).identicalTo(original));
+    }
+}
+
+TEST(EntrySave, KeyOrderAndEmptyFields)
+{
+    ScopedEnv language("LANGUAGE", "ru");
+    TempHome world;
+    VyxDesktopEntry entry;
+    entry.setFilePath(world.path("min.desktop"));
+    entry.setType("Application");
+    entry.setName("Minimal");
+    ASSERT_TRUE(entry.save(kSkipEmpty));
+    EXPECT_EQ(vyxtest::readFile(world.path("min.desktop")), "[Desktop Entry]\nName = Minimal\nType = Application\n");
+
+    entry.setUnknowns({{"Name[de]", "Minimal-de"}, {"X-Foo", "bar"}});
+    entry.setLocalName("Минимум");
+    entry.setCategories({"A", "B"});
+    VyxDesktopAction broken("broken"), open("open");
+    broken.setName("No exec");
+    open.setName("Open");
+    open.setExec("min --open");
+    entry.setActions({broken, open});
+    ASSERT_TRUE(entry.save(kSkipEmpty));
+    EXPECT_EQ(vyxtest::readFile(world.path("min.desktop")),
+              "[Desktop Entry]\nName = Minimal\nName[ru] = Минимум\nType = Application\nActions = open;\n"
+              "Categories = A;B\nName[de] = Minimal-de\nX-Foo = bar\n\n\n"
+              "[Desktop Action open]\nName = Open\nExec = min --open\n");
+
+    ASSERT_TRUE(entry.save(kSaveEmpty));
+    VyxDesktopEntry all(world.path("min.desktop"));
+    EXPECT_TRUE(all.hasNoDisplay());
+    EXPECT_FALSE(all.noDisplay());
+    EXPECT_TRUE(all.hasSingleMainWindow());
+    std::string text = vyxtest::readFile(world.path("min.desktop"));
+    for (const char* key : {"GenericName = \n", "TryExec = \n", "Keywords[ru] = \n", "MimeType = \n", "Version = \n"})
+        EXPECT_NE(text.find(key), std::string::npos) << key;
+    EXPECT_EQ(text.find("URL"), std::string::npos);  // only for links
+}
+
+TEST(EntrySave, ReplacesAtomicallyThroughLinksKeepingPermissionsOrReportsFailure)
+{
+    TempHome world;
+    std::string real = world.writeFile("real/app.desktop", "[Desktop Entry]\nName=Old\n");
+    chmod(real.c_str(), 0640);
+    std::string link = world.path("link.desktop");
+    ASSERT_EQ(symlink(real.c_str(), link.c_str()), 0);
+
+    VyxDesktopEntry entry(link);
+    entry.setName("New");
+    ASSERT_TRUE(entry.save(kSkipEmpty));
+    struct stat st;
+    ASSERT_EQ(lstat(link.c_str(), &st), 0);
+    EXPECT_TRUE(S_ISLNK(st.st_mode));  // the link stays a link
+    ASSERT_EQ(stat(real.c_str(), &st), 0);
+    EXPECT_EQ(st.st_mode & 0777, 0640u);
+    EXPECT_EQ(VyxDesktopEntry(real).name(), "New");
+
+    std::vector<std::string> names;
+    GetFileNameList(&names, world.path("real").c_str(), 0, "*", Vyx::tagged_bool<FilesOnly_tag>(false));
+    EXPECT_EQ(names, std::vector<std::string> {"app.desktop"});  // no temporary left behind
+
+    // Failures are reported.
+    VyxDesktopEntry unbound;
+    EXPECT_FALSE(unbound.save(kSkipEmpty));
+
+    VyxDesktopEntry lost;
+    lost.setFilePath(world.path("missing/dir/app.desktop"));
+    lost.setName("x");
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(lost.save(kSkipEmpty));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "libvyxcore: VyxDesktopEntry::save() can't save file " + world.path("missing/dir/app.desktop") + "\n");
+    EXPECT_TRUE(lost.isValid());  // set even after a failed save (kept)
+}
+
+TEST(EntryMerge, CopyInheritOverride)
+{
+    TempHome world;
+    VyxDesktopEntry system, user;
+    system.setName("System");
+    system.setComment("From the system");
+    system.setTerminal(true);
+    system.setCategories({"Utility"});
+    user.setName("Mine");
+    user.setHidden(false);
+
+    VyxDesktopEntry inherited;
+    inherited.copyFrom(user);
+    EXPECT_TRUE(inherited.identicalTo(user));
+    inherited.inheritFrom(system);
+    EXPECT_EQ(inherited.name(), "Mine");
+    EXPECT_EQ(inherited.comment(), "From the system");
+    EXPECT_TRUE(inherited.terminal());
+    EXPECT_TRUE(inherited.hasHidden());
+
+    VyxDesktopEntry overridden;
+    overridden.copyFrom(system);
+    overridden.overrideFrom(user);
+    EXPECT_EQ(overridden.name(), "Mine");
+    EXPECT_EQ(overridden.comment(), "From the system");  // not cleared by an empty source
+    EXPECT_TRUE(overridden.hasHidden());
+    EXPECT_EQ(overridden.categories(), std::vector<std::string> {"Utility"});
+
+    overridden.copyFrom(user);  // everything, empty or not
+    EXPECT_EQ(overridden.comment(), "");
+    EXPECT_FALSE(overridden.hasTerminal());
+    EXPECT_TRUE(overridden.identicalTo(user));
+}
+
+// Each field alone on an otherwise empty entry: it is written under its
+// own key, read back into itself, compared, copied, inherited and cleared
+// by a reload as a list or a translation is.
+TEST(EntryFields, EachFieldOnItsOwn)
+{
+    ScopedEnv language("LANGUAGE", "de");
+    TempHome world;
+    using Set = void (*)(VyxDesktopEntry&);
+    struct Field {
+        const char* line;  // what the saved file holds
+        Set set;
+        bool clearedByReload;
+    };
+    // One row a field.
+    // clang-format off
+    const Field fields[] = {
+        {"Name = n\n", [](VyxDesktopEntry& e) { e.setName("n"); }, true},
+        {"Name[de] = ln\n", [](VyxDesktopEntry& e) { e.setLocalName("ln"); }, true},
+        {"GenericName = g\n", [](VyxDesktopEntry& e) { e.setGenericName("g"); }, false},
+        {"GenericName[de] = lg\n", [](VyxDesktopEntry& e) { e.setLocalGenericName("lg"); }, true},
+        {"Type = Application\n", [](VyxDesktopEntry& e) { e.setType("Application"); }, false},
+        {"TryExec = t\n", [](VyxDesktopEntry& e) { e.setTryExec("t"); }, false},
+        {"NoDisplay = true\n", [](VyxDesktopEntry& e) { e.setNoDisplay(true); }, false},
+        {"Comment = c\n", [](VyxDesktopEntry& e) { e.setComment("c"); }, false},
+        {"Comment[de] = lc\n", [](VyxDesktopEntry& e) { e.setLocalComment("lc"); }, true},
+        {"Exec = x\n", [](VyxDesktopEntry& e) { e.setExec("x"); }, false},
+        {"Actions = a;\n",
+         [](VyxDesktopEntry& e) { VyxDesktopAction a("a"); a.setName("A"); a.setExec("x"); e.setActions({a}); }, true},
+        {"Icon = i\n", [](VyxDesktopEntry& e) { e.setIcon("i"); }, false},
+        {"Icon[de] = li\n", [](VyxDesktopEntry& e) { e.setLocalIcon("li"); }, true},
+        {"Hidden = false\n", [](VyxDesktopEntry& e) { e.setHidden(false); }, false},
+        {"Path = /p\n", [](VyxDesktopEntry& e) { e.setPath("/p"); }, false},
+        {"Terminal = true\n", [](VyxDesktopEntry& e) { e.setTerminal(true); }, false},
+        {"StartupNotify = false\n", [](VyxDesktopEntry& e) { e.setStartupNotify(false); }, false},
+        {"StartupWMClass = w\n", [](VyxDesktopEntry& e) { e.setStartupWMClass("w"); }, false},
+        {"PrefersNonDefaultGPU = true\n", [](VyxDesktopEntry& e) { e.setPrefersNonDefaultGPU(true); }, false},
+        {"SingleMainWindow = true\n", [](VyxDesktopEntry& e) { e.setSingleMainWindow(true); }, false},
+        {"MimeType = a/b;c/d\n", [](VyxDesktopEntry& e) { e.setMimeType({"a/b", "c/d"}); }, true},
+        {"SortOrder = s\n", [](VyxDesktopEntry& e) { e.setSortOrder({"s"}); }, true},
+        {"URL = u\n", [](VyxDesktopEntry& e) { e.setType("Link"); e.setUrl("u"); }, false},
+        {"Categories = k\n", [](VyxDesktopEntry& e) { e.setCategories({"k"}); }, true},
+        {"OnlyShowIn = o\n", [](VyxDesktopEntry& e) { e.setOnlyShowIn({"o"}); }, true},
+        {"NotShowIn = no\n", [](VyxDesktopEntry& e) { e.setNotShowIn({"no"}); }, true},
+        {"Version = 1.5\n", [](VyxDesktopEntry& e) { e.setVersion("1.5"); }, false},
+        {"Keywords = w1;w2\n", [](VyxDesktopEntry& e) { e.setKeywords({"w1", "w2"}); }, true},
+        {"Keywords[de] = lw\n", [](VyxDesktopEntry& e) { e.setLocalKeywords({"lw"}); }, true},
+    };
+    // clang-format on
+    const std::string blankFile = world.writeFile("blank.desktop", "[Desktop Entry]\n");
+    const VyxDesktopEntry blank(blankFile);
+    for (const Field& field : fields) {
+        SCOPED_TRACE(field.line);
+        VyxDesktopEntry entry(blankFile);
+        field.set(entry);
+        EXPECT_FALSE(entry.identicalTo(blank));
+        const std::string file = world.path("one.desktop");
+        ASSERT_TRUE(entry.saveAs(file, kSkipEmpty));
+        EXPECT_NE(vyxtest::readFile(file).find(field.line), std::string::npos) << vyxtest::readFile(file);
+        EXPECT_TRUE(VyxDesktopEntry(file).identicalTo(entry)) << vyxtest::readFile(file);
+
+        VyxDesktopEntry copied(blankFile), inherited(blankFile);
+        copied.copyFrom(entry);
+        inherited.inheritFrom(entry);
+        EXPECT_TRUE(copied.identicalTo(entry));
+        EXPECT_TRUE(inherited.identicalTo(entry));
+        copied.overrideFrom(blank);  // an empty source changes nothing
+        EXPECT_TRUE(copied.identicalTo(entry));
+
+        ASSERT_TRUE(entry.load());  // the entry is still bound to the blank file
+        EXPECT_EQ(entry.identicalTo(blank), field.clearedByReload);
+    }
 }
 
 }  // namespace

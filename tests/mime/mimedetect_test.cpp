@@ -5,17 +5,21 @@
 // MIME type detection: rules pinned on small databases the test writes, and
 // the real shared MIME database as Debian installs it.
 
+#include "mime/globmatch_p.h"
 #include "mime/mimedb_p.h"
 #include "mime/mimetext_p.h"
 #include "support/files.h"
 #include "support/temp_home.h"
 
+#include <vyxfileutils.h>
 #include <vyxmime.h>
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <cstring>
+#include <fnmatch.h>
+#include <set>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -69,17 +73,16 @@ protected:
     TempHome world;
 };
 
+// Weight before length, case-sensitive globs apart, literals ignoring case
+// too, __NOGLOBS__ dropping the system's globs, ties giving no answer.
 TEST_F(OwnDatabase, NamesByKindWeightAndLength)
 {
-    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.own"), "text/x-heavy");  // weight
-    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.tar.own"), "text/x-heavy");  // weight before length
-    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("/dir.c/x.C"), "text/x-case");  // case-sensitive
-    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("X.c"), "text/x-lower");
-    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("OWNFILE"), "text/x-literal");  // literals ignore case too
-    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("img-12.dat"), "image/x-glob");
-    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.sys"), "text/x-system");
-    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.drop"), xdg_mime_type_unknown);  // __NOGLOBS__
-    EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name("a.tie"), xdg_mime_type_unknown);  // ambiguous
+    const std::pair<const char*, const char*> names[] = {
+        {"a.own", "text/x-heavy"},  {"a.tar.own", "text/x-heavy"},     {"/dir.c/x.C", "text/x-case"},
+        {"X.c", "text/x-lower"},    {"OWNFILE", "text/x-literal"},     {"img-12.dat", "image/x-glob"},
+        {"a.sys", "text/x-system"}, {"a.drop", xdg_mime_type_unknown}, {"a.tie", xdg_mime_type_unknown}};
+    for (const auto& [name, type] : names)
+        EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name(name), type) << name;
     const char* types[4];
     EXPECT_EQ(xdg_mime_get_mime_types_from_file_name("a.tie", types, 4), 2);
     EXPECT_EQ(xdg_mime_get_mime_types_from_file_name("a.tie", types, 1), 1);
@@ -106,22 +109,23 @@ TEST_F(OwnDatabase, MagicNestingRangesMasksAndPriority)
 TEST_F(OwnDatabase, FilesNameFirstThenContent)
 {
     std::string dir = world.makeDir("files");
-    // A name that ties is settled by the content.
-    world.writeFile("files/x.own", "HEAVY text");
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/x.own").c_str(), nullptr), "text/x-heavy");
-    // Names that tie: a text file takes the text type, other data the type
-    // the database lists first (not the first by name).
-    world.writeFile("files/a.both", "plain words");
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/a.both").c_str(), nullptr), "text/x-both-text");
-    world.writeFile("files/b.both", std::string("\x01\x02\x03", 3));
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/b.both").c_str(), nullptr), "video/x-both-bin");
-    world.writeFile("files/noname", "NESTED");
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/noname").c_str(), nullptr), "image/x-nested");
-    world.writeFile("files/empty.own", "");
-    world.writeFile("files/empty", "");
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/empty").c_str(), nullptr), xdg_mime_type_empty);
-    world.writeFile("files/empty.sys", "");  // a name still names an empty file
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_file(world.path("files/empty.sys").c_str(), nullptr), "text/x-system");
+    // A name that ties is settled by the content; names of the same weight:
+    // a text file takes the text type, other data the type the database
+    // lists first (not the first by name). A name still names an empty file.
+    const struct {
+        const char* name;
+        std::string content;
+        const char* type;
+    } files[] = {{"x.own", "HEAVY text", "text/x-heavy"},
+                 {"a.both", "plain words", "text/x-both-text"},
+                 {"b.both", std::string("\x01\x02\x03", 3), "video/x-both-bin"},
+                 {"noname", "NESTED", "image/x-nested"},
+                 {"empty", "", xdg_mime_type_empty},
+                 {"empty.sys", "", "text/x-system"}};
+    for (const auto& file : files) {
+        const std::string path = world.writeFile(std::string("files/") + file.name, file.content);
+        EXPECT_STREQ(xdg_mime_get_mime_type_for_file(path.c_str(), nullptr), file.type) << file.name;
+    }
     EXPECT_STREQ(xdg_mime_get_mime_type_for_file(dir.c_str(), nullptr), "inode/directory");
     std::string fifo = world.path("files/pipe");
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
@@ -275,6 +279,101 @@ TEST(MimeCache, DamagedCachesGiveWhatCanBeRead)
     // The damaged rule is dropped, the others still answer.
     EXPECT_EQ(text(loopsOnly.matchMagic(reinterpret_cast<const unsigned char*>("%PDF-1.4\n"), 9, nullptr)),
               "application/pdf");
+}
+
+// The glob matcher must agree with the C library's fnmatch on the patterns
+// the database uses, and stay quick where fnmatch backtracks.
+using Vyx::detail::globMatch;
+
+TEST(GlobMatch, AgreesWithFnmatch)
+{
+    const char* patterns[] = {"*.so.[0-9]*", "README*", "[Mm]akefile", "*.[1-9]",      "x?z", "*~",  "a\\*b",
+                              "[!a-c]x",     "[]]x",    "[a-]x",       "*[[:digit:]]", "[",   "a[b", "**.c",
+                              "*.tar.*",     "\\",      "[\\]]x",      "*a*b*c",       ""};
+    const char* names[] = {"libx.so.1", "libx.so", "README.md", "Makefile",  "makefile", "x.3", "x.z",
+                           "xyz",       "xz",      "old~",      "a*b",       "ab",       "dx",  "bx",
+                           "]x",        "-x",      "file2",     "[",         "a[b",      "x.c", "a.tar.gz",
+                           "\\",        "aXbYc",   "",          ".hidden.c", "dir/x.c"};
+    for (const char* pattern : patterns) {
+        for (const char* name : names)
+            EXPECT_EQ(globMatch(pattern, name), fnmatch(pattern, name, 0) == 0) << pattern << " ~ " << name;
+    }
+}
+
+TEST(GlobMatch, ManyStarsOnALongNameEndQuickly)
+{
+    // A backtracking matcher tries each split of the name for each star.
+    std::string name(20000, 'a');
+    EXPECT_FALSE(globMatch("*a*a*a*a*a*a*a*a*a*a*b", name.c_str()));
+    EXPECT_TRUE(globMatch("*a*a*a*a*a*a*a*a*a*a*", name.c_str()));
+}
+
+// Real files of the installed system, by name and content, against the
+// answers kept here for each kind of file.
+struct Kind {
+    const char* dir;
+    int depth;
+    const char* pattern;  // of the file name
+    std::set<std::string> answers;
+    // Only files whose first bytes start so (empty: any).
+    std::string head;
+};
+
+std::string firstBytes(const std::string& path, size_t count)
+{
+    std::string bytes(count, '\0');
+    FILE* f = std::fopen(path.c_str(), "rb");
+    bytes.resize(f ? std::fread(&bytes[0], 1, count, f) : 0);
+    if (f)
+        std::fclose(f);
+    return bytes;
+}
+
+TEST(MimeCorpus, InstalledFilesGetTheirKnownTypes)
+{
+    vyxtest::TempHome world;
+    vyxtest::ScopedEnv dirs("XDG_DATA_DIRS", "/usr/share");
+    const std::set<std::string> elf = {"application/x-executable", "application/x-pie-executable",
+                                       "application/x-sharedlib"};
+    const Kind kinds[] = {
+        {"/usr/share/doc", 2, "copyright", {"text/plain"}, ""},
+        {"/usr/share/doc", 2, "*.gz", {"application/gzip"}, ""},
+        {"/usr/share/man/man1", 1, "*.1.gz", {"application/gzip"}, ""},
+        // Names such as "tclsh8.6" are manual pages by their name, and a
+        // name that names one type is not second-guessed.
+        {"/usr/bin", 1, "*[a-z]", elf,
+         "\x7f"
+         "ELF"},
+        {"/usr/bin", 1, "*[a-z]", {"application/x-shellscript"}, "#!/bin/sh\n"},
+        {"/usr/lib/x86_64-linux-gnu", 1, "lib*.so.[0-9]*", elf,
+         "\x7f"
+         "ELF"},
+        {"/usr/share/locale", 3, "*.mo", {"application/x-gettext-translation"}, ""},
+        {"/usr/include", 1, "*.h", {"text/x-chdr"}, ""},
+        {"/usr/share/icons/Adwaita", 4, "*.png", {"image/png"}, ""},
+        {"/usr/share/icons/Adwaita", 4, "*.svg", {"image/svg+xml"}, ""},
+        {"/usr/share/mime/packages", 1, "*.xml", {"application/xml"}, ""},
+        {"/usr/share/applications", 1, "*.desktop", {"application/x-desktop"}, ""},
+    };
+    size_t checked = 0;
+    for (const Kind& kind : kinds) {
+        std::vector<std::string> files;
+        GetFileList(&files, kind.dir, kind.depth, "*", Vyx::tagged_bool<FilesOnly_tag>(true));
+        size_t taken = 0;
+        for (const std::string& file : files) {
+            std::string name = file.substr(file.rfind('/') + 1);
+            struct stat st;
+            if (taken == 40 || fnmatch(kind.pattern, name.c_str(), 0) != 0 || lstat(file.c_str(), &st) != 0 ||
+                !S_ISREG(st.st_mode) || st.st_size == 0 || firstBytes(file, kind.head.size()) != kind.head)
+                continue;
+            const char* type = xdg_mime_get_mime_type_for_file(file.c_str(), nullptr);
+            EXPECT_TRUE(kind.answers.count(type)) << file << " is " << type;
+            ++taken;
+        }
+        checked += taken;
+    }
+    EXPECT_GE(checked, 200u);
+    xdg_mime_shutdown();
 }
 
 }  // namespace

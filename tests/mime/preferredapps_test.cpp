@@ -5,7 +5,7 @@
 // The user's preferred applications over a written tree of mimeapps.list
 // files at every level, and setting a default in the user's list.
 
-#include "support/child_process.h"
+#include "support/app_worlds.h"
 #include "support/temp_home.h"
 
 #include <vyxmime.h>
@@ -18,28 +18,16 @@ namespace {
 
 using vyxtest::ScopedEnv;
 using vyxtest::TempHome;
+using vyxtest::writeApp;
 using Strings = std::vector<std::string>;
-
-const char kApps[] = "usr/share/applications/";
-
-void app(const TempHome& world, const std::string& relative, const std::string& mimeTypes,
-         const std::string& extra = "")
-{
-    world.writeFile(relative, "[Desktop Entry]\nType=Application\nName=" + relative +
-                                  "\nExec=true %F\nMimeType=" + mimeTypes + "\n" + extra);
-}
 
 // The machine's own applications and aliases hidden; the world's MIME
 // database knows one alias and one sub-class.
 vyxtest::ChildOptions isolated(const TempHome& world)
 {
-    std::string aliases = "application/x-foo application/foo\n";
-    world.writeFile("usr/share/mime/aliases", aliases);
+    std::string aliases = world.writeFile("usr/share/mime/aliases", "application/x-foo application/foo\n");
     world.writeFile("usr/share/mime/subclasses", "application/x-child application/foo\n");
-    vyxtest::ChildOptions options;
-    options.mounts = {vyxtest::Mount::tmpfs("/usr/share/applications"),
-                      vyxtest::Mount::bind(world.writeFile("aliases", aliases), "/usr/share/mime/aliases")};
-    return options;
+    return vyxtest::withoutSystemApps(world, vyxtest::readFile(aliases));
 }
 
 Strings ids(const std::vector<VyxMimeApp>& apps)
@@ -55,13 +43,13 @@ TEST(PreferredApps, EveryLevelInPriorityOrder)
     TempHome world;
     ScopedEnv desktop("XDG_CURRENT_DESKTOP", "TestDE:Other");
     for (const char* name : {"a", "b", "c", "e"})
-        app(world, kApps + std::string(name) + ".desktop", "text/plain;");
-    app(world, kApps + std::string("d.desktop"), "image/png;");
-    app(world, kApps + std::string("vendor/sub.desktop"), "text/plain;");
-    app(world, kApps + std::string("bad.desktop"), "text/plain;", "TryExec=vyx-no-such-program\n");
-    app(world, kApps + std::string("hidden.desktop"), "text/plain;", "Hidden=true\n");
-    app(world, "home/.local/share/applications/u.desktop", "");
-    app(world, kApps + std::string("foo.desktop"), "application/foo;");
+        writeApp(world, "usr/share/applications/" + std::string(name) + ".desktop", "text/plain;");
+    writeApp(world, "usr/share/applications/d.desktop", "image/png;");
+    writeApp(world, "usr/share/applications/vendor/sub.desktop", "text/plain;");
+    writeApp(world, "usr/share/applications/bad.desktop", "text/plain;", "TryExec=vyx-no-such-program\n");
+    writeApp(world, "usr/share/applications/hidden.desktop", "text/plain;", "Hidden=true\n");
+    writeApp(world, "home/.local/share/applications/u.desktop", "");
+    writeApp(world, "usr/share/applications/foo.desktop", "application/foo;");
 
     world.writeFile("home/.config/testde-mimeapps.list",
                     "[Default Applications]\ntext/plain=missing.desktop;d.desktop;\n"
@@ -76,7 +64,7 @@ TEST(PreferredApps, EveryLevelInPriorityOrder)
                     "[Removed Associations]\ntext/plain=b.desktop;\n");  // lower: b stays
     world.writeFile("home/.local/share/applications/mimeapps.list",
                     "[Added Associations]\ntext/plain=u.desktop;\n[Removed Associations]\ntext/plain=u.desktop;\n");
-    world.writeFile(kApps + std::string("mimeapps.list"),
+    world.writeFile("usr/share/applications/mimeapps.list",
                     "[Default Applications]\nimage/png=b.desktop;\napplication/foo=b.desktop;\n");
 
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
@@ -87,7 +75,7 @@ TEST(PreferredApps, EveryLevelInPriorityOrder)
         EXPECT_EQ(apps[0].group, "Default Applications");
         EXPECT_EQ(apps[2].group, "Added Associations");
         EXPECT_EQ(apps[3].source, world.path("etc/xdg/mimeapps.list"));
-        EXPECT_EQ(apps[3].path, world.path(kApps + std::string("vendor/sub.desktop")));
+        EXPECT_EQ(apps[3].path, world.path("usr/share/applications/vendor/sub.desktop"));
         EXPECT_EQ(apps[4].source, "");
         EXPECT_EQ(apps[4].group, "installed");
 
@@ -108,16 +96,24 @@ TEST(PreferredApps, EveryLevelInPriorityOrder)
     }));
 }
 
-TEST(PreferredApps, SetDefaultKeepsTheRestOfTheList)
+// Setting a default keeps the rest of the list; damaged lists are never
+// rewritten.
+TEST(PreferredApps, SetDefaultKeepsTheRestOfTheListAndNeverRewritesADamagedOne)
 {
     TempHome world;
-    app(world, kApps + std::string("a.desktop"), "text/plain;");
-    app(world, kApps + std::string("b.desktop"), "text/plain;");
+    writeApp(world, "usr/share/applications/a.desktop", "text/plain;");
+    writeApp(world, "usr/share/applications/b.desktop", "text/plain;");
     const std::string before = "# my settings\n[Default Applications]\nimage/png=x.desktop;\n# keep me\n\n"
                                "[Added Associations]\ntext/plain=b.desktop;a.desktop;\n[X-Other]\nK = v\n"
                                "[Removed Associations]\ntext/plain=a.desktop;c.desktop;\n# trailing\n";
     const std::string list = world.writeFile("home/.config/mimeapps.list", before);
 
+    std::string defaults = "[Default Applications]\ntext/plain=";
+    for (int i = 0; i < 1000; ++i)
+        defaults += "a" + std::to_string(i) + ".desktop;";
+    const std::vector<std::string> damaged = {std::string("[Default Applications]\nx/y=a.desktop\0junk", 40),
+                                              "[Default Applications]\nthis line is no key\n",
+                                              std::string(5 << 20, '#')};
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
         EXPECT_EQ(GetPreferredApplications("text/plain")[0].id, "b.desktop");
         ASSERT_TRUE(SetDefaultApplication("text/plain", "a.desktop"));
@@ -138,21 +134,8 @@ TEST(PreferredApps, SetDefaultKeepsTheRestOfTheList)
             EXPECT_FALSE(SetDefaultApplication(type, "a.desktop")) << type;
         EXPECT_FALSE(SetDefaultApplication(nullptr, "a.desktop"));
         EXPECT_EQ(vyxtest::readFile(list), now);
-    }));
-}
 
-TEST(PreferredApps, DamagedListsAreNeverRewritten)
-{
-    TempHome world;
-    app(world, kApps + std::string("a.desktop"), "text/plain;");
-    const std::string list = world.path("home/.config/mimeapps.list");
-    std::string defaults = "[Default Applications]\ntext/plain=";
-    for (int i = 0; i < 1000; ++i)
-        defaults += "a" + std::to_string(i) + ".desktop;";
-    const std::vector<std::string> damaged = {std::string("[Default Applications]\nx/y=a.desktop\0junk", 40),
-                                              "[Default Applications]\nthis line is no key\n",
-                                              std::string(5 << 20, '#')};
-    VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
+        // Damaged lists are never rewritten.
         for (const std::string& text : damaged) {
             world.writeFile("home/.config/mimeapps.list", text);
             EXPECT_FALSE(SetDefaultApplication("text/plain", "a.desktop"));
@@ -168,7 +151,7 @@ TEST(PreferredApps, DamagedListsAreNeverRewritten)
         unlink(list.c_str());
         ASSERT_EQ(mkfifo(list.c_str(), 0600), 0);
         EXPECT_FALSE(SetDefaultApplication("text/plain", "a.desktop"));  // neither call blocks
-        EXPECT_EQ(GetPreferredApplications("text/plain").size(), 1u);
+        EXPECT_EQ(GetPreferredApplications("text/plain").size(), 2u);
         struct stat st;
         EXPECT_TRUE(lstat(list.c_str(), &st) == 0 && S_ISFIFO(st.st_mode));
         unlink(list.c_str());

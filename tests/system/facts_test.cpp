@@ -5,13 +5,19 @@
 #include "support/child_process.h"
 #include "support/temp_home.h"
 
+#include <vyxfileutils.h>
 #include <vyxsystem.h>
 
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
+#include <cstring>
 #include <fstream>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utmpx.h>
 
 namespace {
 
@@ -39,41 +45,30 @@ std::string memory(unsigned kb)
     return "MemTotal:       " + std::to_string(kb) + " kB\nMemFree:          1000 kB\n";
 }
 
-TEST(Facts, LightPlatformBoundaries)
-{
-    withProc({{"cpuinfo", cpu("999.900")}, {"meminfo", memory(8000000)}}, [] {
-        EXPECT_EQ(GetCPUMhz(), 999u);
-        EXPECT_TRUE(lightPlatform());
-    });
-    withProc({{"cpuinfo", cpu("1500.000")}, {"meminfo", memory(253679)}}, [] {
-        EXPECT_EQ(GetMemTotal(), 253679u);
-        EXPECT_TRUE(lightPlatform());
-    });
-    withProc({{"cpuinfo", cpu("1000.000")}, {"meminfo", memory(253680)}}, [] { EXPECT_FALSE(lightPlatform()); });
-    // Unknown figures never make a platform light.
-    withProc({{"cpuinfo", "processor\t: 0\n"}, {"meminfo", "MemFree: 5 kB\n"}}, [] {
-        EXPECT_EQ(GetCPUMhz(), 0u);
-        EXPECT_EQ(GetMemTotal(), 0u);
-        EXPECT_FALSE(lightPlatform());
-    });
-}
-
-TEST(Facts, FirstProcessorAndBadRates)
+// The first processor decides; rates that are missing, not numbers or too
+// big count as unknown, and unknown figures never make a platform light.
+TEST(Facts, ProcessorAndMemoryMakeALightPlatform)
 {
     const struct {
-        std::string cpuinfo;
-        unsigned mhz;
+        std::string cpuinfo, meminfo;
+        unsigned mhz, memory;
+        bool light;
     } cases[] = {
-        {cpu("1800.5") + cpu("700.0"), 1800},  // the first processor decides
-        {"cpu MHz 1200\n", 0},  // no ":"
-        {"cpu MHz\t: inf\n", 0},
-        {"cpu MHz\t: 999999999999\n", 0},  // does not fit
-        {"cpu MHz\t: -5\n", 0},
+        {cpu("999.900"), memory(8000000), 999, 8000000, true},
+        {cpu("1500.000"), memory(253679), 1500, 253679, true},
+        {cpu("1000.000"), memory(253680), 1000, 253680, false},
+        {"processor\t: 0\n", "MemFree: 5 kB\n", 0, 0, false},
+        {cpu("1800.5") + cpu("700.0"), memory(8000000), 1800, 8000000, false},
+        {"cpu MHz 1200\n", memory(8000000), 0, 8000000, false},  // no ":"
+        {"cpu MHz\t: inf\n", memory(8000000), 0, 8000000, false},
+        {"cpu MHz\t: 999999999999\n", memory(8000000), 0, 8000000, false},
+        {"cpu MHz\t: -5\n", memory(8000000), 0, 8000000, false},
     };
     for (const auto& c : cases) {
-        withProc({{"cpuinfo", c.cpuinfo}, {"meminfo", memory(8000000)}}, [&] {
+        withProc({{"cpuinfo", c.cpuinfo}, {"meminfo", c.meminfo}}, [&] {
             EXPECT_EQ(GetCPUMhz(), c.mhz) << c.cpuinfo;
-            EXPECT_FALSE(lightPlatform()) << c.cpuinfo;
+            EXPECT_EQ(GetMemTotal(), c.memory) << c.meminfo;
+            EXPECT_EQ(lightPlatform(), c.light) << c.cpuinfo << c.meminfo;
         });
     }
 }
@@ -81,7 +76,7 @@ TEST(Facts, FirstProcessorAndBadRates)
 // Figures are read once per process; the tail of a long line is no line of
 // its own: the first line is cut by a line reader with a small buffer exactly
 // where a "MemTotal:" text starts.
-TEST(Facts, MemoryReadOnceAndSoundCards)
+TEST(Facts, MemoryReadOnceSoundCardsAndLocale)
 {
     const std::string longLine = "Filler:" + std::string(504, ' ') + "MemTotal: 100 kB\n";
     withProc({{"meminfo", longLine + memory(4096)}}, [] {
@@ -98,10 +93,8 @@ TEST(Facts, MemoryReadOnceAndSoundCards)
     for (const auto& c : cards)
         withProc(c.first,
                  [&] { EXPECT_EQ(isAlsaActive(), c.second) << (c.first.empty() ? "none" : c.first[0].second); });
-}
 
-TEST(Facts, Locale)
-{
+    // The locale of the environment, LC_ALL before LANG.
     vyxtest::ScopedEnv all("LC_ALL", "de_DE.UTF-8"), lang("LANG", "fr_FR.UTF-8");
     EXPECT_STREQ(GetSystemLocale(), "de_DE.UTF-8");
     vyxtest::ScopedEnv noAll("LC_ALL", "");
@@ -158,6 +151,66 @@ TEST(Network, AddressesAreNumericAndLoopbackIsLeftOut)
         EXPECT_TRUE(getIPv4Addresses().empty());
         EXPECT_TRUE(getIPv6Addresses().empty());
     }));
+}
+
+TEST(Processes, ParentCommandLineAndName)
+{
+    vyxtest::TempHome world;
+    // A program with a name nothing else on the machine has; its ")" and
+    // blanks show up in the kernel's name inside /proc/PID/stat too.
+    std::string program = world.path("vyxprobe) 1 (x");
+    ASSERT_TRUE(vyxCopyFile("/bin/sleep", program.c_str()));
+    chmod(program.c_str(), 0755);
+    pid_t child = fork();
+    if (child == 0) {
+        execl(program.c_str(), program.c_str(), "30", "--", static_cast<char*>(nullptr));
+        _exit(127);
+    }
+    // Wait until the exec has happened.
+    for (int i = 0; i < 500 && getCmdLine(child).find("vyxprobe") == std::string::npos; ++i)
+        usleep(2000);
+
+    EXPECT_EQ(getPPid(child), getpid());
+    EXPECT_EQ(getPPid(0), getppid());
+    EXPECT_NE(getCmdLine(0).find("system_tests"), std::string::npos);
+    EXPECT_EQ(getCmdLine(child), program + " 30 --");
+    EXPECT_EQ(findInPS("vyxprobe) 1 (x"), child);
+    EXPECT_EQ(findInPS("vyxprobe"), -1);
+    kill(child, SIGKILL);
+    waitpid(child, nullptr, 0);
+
+    EXPECT_EQ(getPPid(999999999), -1);
+    EXPECT_EQ(getCmdLine(999999999), "");
+    EXPECT_EQ(findInPS(nullptr), -1);
+}
+
+TEST(Processes, CountsLoggedInSessions)
+{
+    vyxtest::TempHome world;
+    // A login record file of our own, bound over the system's.
+    std::string records = world.writeFile("utmp", "");
+    ASSERT_EQ(utmpxname(records.c_str()), 0);
+    setutxent();
+    const struct {
+        short type;
+        const char* line;
+    } entries[] = {{USER_PROCESS, "pts/1"}, {DEAD_PROCESS, "pts/2"}, {USER_PROCESS, "tty2"}, {LOGIN_PROCESS, "tty3"}};
+    int pid = 100;
+    for (const auto& e : entries) {
+        utmpx record {};
+        record.ut_type = e.type;
+        record.ut_pid = pid++;
+        std::strncpy(record.ut_line, e.line, sizeof record.ut_line - 1);
+        std::strncpy(record.ut_id, e.line + std::strlen(e.line) - 1, sizeof record.ut_id);
+        std::strncpy(record.ut_user, "tester", sizeof record.ut_user - 1);
+        ASSERT_NE(pututxline(&record), nullptr);
+    }
+    endutxent();
+    utmpxname(_PATH_UTMPX);
+
+    vyxtest::ChildOptions options;
+    options.mounts = {vyxtest::Mount::bind(records, _PATH_UTMPX)};
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [] { EXPECT_EQ(numWho(), 2); }));
 }
 
 }  // namespace

@@ -4,22 +4,26 @@
 
 // Icon themes built in a temporary data directory: the index model, the
 // lookup order (own directories, cache, parents with hicolor last, bigger
-// sizes, generic names), the switches and the current-theme settings. The
-// installed themes are asked with the MIME icons.
+// sizes, generic names), the switches, the current-theme settings, the size
+// tables and the cursor themes. The installed themes are asked with the MIME
+// icons.
 
 #include "core/spawn_p.h"
+#include "support/child_process.h"
 #include "support/temp_home.h"
 
 #include <vyxicontheme.h>
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <thread>
 #include <unistd.h>
 
 namespace {
 
+using vyxtest::Mount;
 using vyxtest::ScopedEnv;
 using vyxtest::TempHome;
 
@@ -42,6 +46,8 @@ protected:
         theme("hicolor",
               std::string(kIndexHead) + "Name=Hicolor\nDirectories=48x48/apps\n[48x48/apps]\nType=Threshold\n",
               {"48x48/apps/only-hicolor.png", "48x48/apps/both.png"});
+        theme("parent", std::string(kIndexHead) + "Name=Parent\nDirectories=48x48/apps\n[48x48/apps]\nType=Threshold\n",
+              {"48x48/apps/both.png"});
     }
 
     TempHome world;
@@ -106,8 +112,6 @@ TEST_F(Themes, IndexModelAndInheritanceCycles)
 
 TEST_F(Themes, LookupOrder)
 {
-    theme("parent", std::string(kIndexHead) + "Name=Parent\nDirectories=48x48/apps\n[48x48/apps]\nType=Threshold\n",
-          {"48x48/apps/both.png", "48x48/apps/in-parent.svg"});
     std::string own = theme("own",
                             std::string(kIndexHead) + "Name=Own\nInherits=hicolor,parent\n"
                                                       "Directories=48x48/apps,48x48/actions,128x128/apps\n"
@@ -150,8 +154,6 @@ TEST_F(Themes, SwitchesTurnStagesOff)
     ScopedEnv noBigger("VYX_ICON_NO_SEARCH_BIGGER", "1");
     ScopedEnv hicolorInPlace("VYX_ICON_SEARCH_HICOLOR_NOT_LAST", "1");
     ScopedEnv cacheSize("VYX_ICON_THEME_CACHE_SIZE", "Max");
-    theme("parent", std::string(kIndexHead) + "Name=Parent\nDirectories=48x48/apps\n[48x48/apps]\nType=Threshold\n",
-          {"48x48/apps/both.png"});
     std::string own = theme("own",
                             std::string(kIndexHead) + "Name=Own\nInherits=hicolor,parent\nDirectories=48x48/actions\n"
                                                       "[48x48/actions]\nType=Fixed\nContext=Actions\n",
@@ -238,4 +240,93 @@ TEST(CurrentThemes, ThreadsAskingWhileTheNameChanges)
         thread.join();
     EXPECT_EQ(wrong, std::vector<int>(3, 0));
 }
+
+// The size tables: bounds of each step, where off-by-one slips hide.
+TEST(IconSizes, StepsAndTheirBounds)
+{
+    // dpi and step -> icon size; at step 0 the size changes at 130, 168, 240
+    // and 336 dpi.
+    const int icons[][3] = {{96, 0, 32},     {129, 0, 32},   {130, 0, 48},  {167, 0, 48},
+                            {168, 0, 64},    {239, 0, 64},   {240, 0, 96},  {335, 0, 96},
+                            {336, 0, 128},   {1000, 0, 128}, {96, -1, 22},  {96, -2, 16},
+                            {96, -1000, 16}, {336, 1, 192},  {336, 2, 256}, {96, 2147483647, 256}};
+    for (const auto& [dpi, step, size] : icons)
+        EXPECT_EQ(VyxIconTheme::GetIconSizeForDPI(dpi, step), size) << dpi << " " << step;
+    EXPECT_EQ(VyxIconTheme::GetFrameTitleSizeForDPI(96, 20), 20);
+    EXPECT_EQ(VyxIconTheme::GetFrameTitleSizeForDPI(240, 20), 50);
+    EXPECT_EQ(VyxIconTheme::GetFrameBorderSizeForDPI(130, 4), 7);
+    EXPECT_EQ(VyxIconTheme::GetFrameBorderSizeForDPI(400, 4), 16);
+
+    const std::pair<int, int> standard[] = {{-5, 16}, {21, 16}, {22, 22}, {31, 22},   {32, 32},   {47, 32},
+                                            {48, 48}, {95, 64}, {96, 96}, {191, 128}, {192, 192}, {300, 256}};
+    for (auto [size, expected] : standard)
+        EXPECT_EQ(VyxIconTheme::GetStandardIconSize(size), expected) << size;
+    // Emblem bounds belong to the step below them.
+    const std::pair<int, int> emblems[] = {{31, 8},  {32, 16}, {48, 16},  {49, 22}, {64, 22},
+                                           {65, 32}, {96, 32}, {128, 48}, {129, 64}};
+    for (auto [size, expected] : emblems)
+        EXPECT_EQ(VyxIconTheme::GetIconEmblemSize(size), expected) << size;
+}
+
+// The current cursor theme from each of its sources in turn (the system's
+// own settings files replaced in a private mount namespace), setting it,
+// and the installed cursor themes.
+TEST(CursorThemes, SourcesInTheirOrder)
+{
+    TempHome world;
+    const std::string etc = world.makeDir("fake-etc-xresources");
+    const std::string icons = world.makeDir("fake-default-icons");
+    const std::string alternatives = world.makeDir("fake-alternatives");
+    symlink("/usr/share/icons/FromAlternatives/cursor.theme", (alternatives + "/x-cursor-theme").c_str());
+    vyxtest::ChildOptions options;
+    options.mounts = {Mount::bind(etc, "/etc/X11/Xresources"), Mount::bind(icons, "/usr/share/icons/default"),
+                      Mount::bind(alternatives, "/etc/alternatives")};
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
+        ScopedEnv noTheme("XCURSOR_THEME", nullptr);
+        EXPECT_EQ(VyxIconTheme::getCurrentCursorThemeName(nullptr), "FromAlternatives");
+        world.writeFile("fake-default-icons/cursor.theme", "[Icon Theme]\nInherits=FromSystemDefault\n");
+        EXPECT_EQ(VyxIconTheme::getCurrentCursorThemeName(nullptr), "FromSystemDefault");
+        world.writeFile("home/.icons/default/index.theme", "[Icon Theme]\nInherits= FromUserDefault, Other\n");
+        EXPECT_EQ(VyxIconTheme::getCurrentCursorThemeName(nullptr), "FromUserDefault");
+        {
+            ScopedEnv variable("XCURSOR_THEME", "FromVariable");
+            EXPECT_EQ(VyxIconTheme::getCurrentCursorThemeName(nullptr), "FromVariable");
+        }
+        world.writeFile("fake-etc-xresources/x11-common", "! Xcursor.theme: commented\nXcursor.theme:\tFromSystem\r\n");
+        EXPECT_EQ(VyxIconTheme::getCurrentCursorThemeName(nullptr), "FromSystem");
+        world.writeFile("home/.Xresources",
+                        "*background: grey\nXcursor.themeX: wrong\n*huge: " + std::string(1 << 20, 'h') +
+                            "\nXcursor.theme\n  Xcursor.theme :  FromUser\n");
+        EXPECT_EQ(VyxIconTheme::getCurrentCursorThemeName(nullptr), "FromUser");
+
+        // Setting it rewrites the user's line and keeps the other resources.
+        EXPECT_TRUE(VyxIconTheme::setCurrentCursorThemeName("Chosen"));
+        EXPECT_EQ(VyxIconTheme::getCurrentCursorThemeName(nullptr), "Chosen");
+        const std::string text = vyxtest::readFile(world.home() + "/.Xresources");
+        EXPECT_NE(text.find("*background: grey"), std::string::npos) << text;
+        EXPECT_EQ(text.find("FromUser"), std::string::npos) << text;
+        EXPECT_FALSE(VyxIconTheme::setCurrentCursorThemeName("two\nlines"));
+        EXPECT_FALSE(VyxIconTheme::setCurrentCursorThemeName(""));
+    }));
+}
+
+TEST(CursorThemes, InstalledOnesHaveCursors)
+{
+    TempHome world;
+    world.makeDir("home/.icons/Mine/cursors");
+    world.makeDir("usr/share/icons/Mine/cursors");  // the same name again: listed once, the first
+    world.makeDir("usr/share/icons/Other/cursors");
+    world.writeFile("usr/share/icons/NoCursors/index.theme", "[Icon Theme]\nName=N\n");
+    std::vector<std::string> names = VyxIconTheme::getCursorThemeNames();
+    std::vector<std::string> paths = VyxIconTheme::getCursorThemePaths();
+    // The system's own cursor themes follow ours.
+    ASSERT_GE(names.size(), 2u);
+    ASSERT_EQ(paths.size(), names.size());
+    EXPECT_EQ(std::vector<std::string>(names.begin(), names.begin() + 2), (std::vector<std::string> {"Mine", "Other"}));
+    EXPECT_EQ(paths[0], world.home() + "/.icons/Mine");
+    EXPECT_EQ(paths[1], world.path("usr/share/icons/Other"));
+    EXPECT_EQ(std::count(names.begin(), names.end(), "Mine"), 1);
+    EXPECT_EQ(std::count(names.begin(), names.end(), "NoCursors"), 0);
+}
+
 }  // namespace

@@ -25,48 +25,55 @@
 
 namespace Vyx::detail {
 
-uint32_t AvailableMap::internPath(const std::string& path)
+uint32_t AvailableMap::internPath(std::string_view path)
 {
-    // Looked up before inserting: most paths are met again and again, and
-    // emplace would build (and throw away) a node each time.
+    // Looked up before inserting: most paths are met again and again.
     auto it = m_pathIndex.find(path);
     if (it != m_pathIndex.end())
         return it->second;
-    m_pathIndex.emplace(path, static_cast<uint32_t>(m_paths.size()));
-    m_paths.push_back(path);
-    return static_cast<uint32_t>(m_paths.size() - 1);
+    const auto index = static_cast<uint32_t>(m_paths.size());
+    m_pathIndex.emplace(m_paths.emplace_back(path), index);
+    return index;
 }
 
-uint32_t AvailableMap::internType(const std::string& type)
+uint32_t AvailableMap::internType(std::string_view type)
 {
     auto it = m_typeIndex.find(type);
     if (it != m_typeIndex.end())
         return it->second;
-    m_typeIndex.emplace(type, static_cast<uint32_t>(m_byType.size()));
+    const auto number = static_cast<uint32_t>(m_types.size());
+    m_typeIndex.emplace(m_types.emplace_back(type), number);
     m_byType.emplace_back();
-    return static_cast<uint32_t>(m_byType.size() - 1);
+    m_listed.emplace_back();
+    return number;
 }
 
 void AvailableMap::addNumbered(uint32_t typeNumber, uint32_t pathIndex)
 {
     // Most types have a few applications: their own list tells whether the
-    // pair is known. A long list is backed by the set of pairs, so that a
-    // type with thousands of applications is not checked in square time.
+    // pair is known. A long list gets its bits.
     constexpr size_t kShortList = 16;
     std::vector<uint32_t>& paths = m_byType[typeNumber];
-    const uint64_t pair = static_cast<uint64_t>(typeNumber) << 32 | pathIndex;
+    std::vector<bool>& listed = m_listed[typeNumber];
     if (paths.size() < kShortList) {
         if (std::find(paths.begin(), paths.end(), pathIndex) != paths.end())
             return;
         paths.push_back(pathIndex);
         if (paths.size() == kShortList) {
-            for (uint32_t known : paths)
-                m_pairs.insert(static_cast<uint64_t>(typeNumber) << 32 | known);
+            for (uint32_t known : paths) {
+                if (known >= listed.size())
+                    listed.resize(std::max<size_t>(known + 1, m_paths.size()));
+                listed[known] = true;
+            }
         }
         return;
     }
-    if (m_pairs.insert(pair).second)
+    if (pathIndex >= listed.size())
+        listed.resize(std::max<size_t>(pathIndex + 1, m_paths.size()));
+    if (!listed[pathIndex]) {
+        listed[pathIndex] = true;
         paths.push_back(pathIndex);
+    }
 }
 
 void AvailableMap::add(const std::string& type, uint32_t pathIndex)
@@ -93,40 +100,50 @@ std::vector<std::string> AvailableMap::pathsFor(const std::string& type, bool al
     return result;
 }
 
-std::string AvailableMap::toCacheText() const
+void AvailableMap::appendCacheText(std::string* text, size_t extra) const
 {
     // Types in a stable order: sorted, as a reader cannot tell otherwise.
     // Sorted once here, each path's types come out in that order.
-    std::vector<const std::string*> types(m_byType.size());
-    for (const auto& [type, number] : m_typeIndex)
-        types[number] = &type;
-    std::vector<uint32_t> typeOrder(types.size());
+    std::vector<uint32_t> typeOrder(m_types.size());
     for (uint32_t i = 0; i < typeOrder.size(); ++i)
         typeOrder[i] = i;
-    std::sort(typeOrder.begin(), typeOrder.end(), [&](uint32_t a, uint32_t b) { return *types[a] < *types[b]; });
-    std::vector<std::vector<uint32_t>> typesOf(m_paths.size());
+    std::sort(typeOrder.begin(), typeOrder.end(), [this](uint32_t a, uint32_t b) { return m_types[a] < m_types[b]; });
+    // Each path's types as one run of a flat list: (path, type) pairs in
+    // type order, stably sorted by path.
+    std::vector<std::pair<uint32_t, uint32_t>> pairs;
+    size_t size = extra;
     for (uint32_t number : typeOrder) {
-        for (uint32_t index : m_byType[number])
-            typesOf[index].push_back(number);
+        for (uint32_t index : m_byType[number]) {
+            pairs.emplace_back(index, number);
+            size += m_types[number].size() + 1;
+        }
     }
     std::vector<uint32_t> order(m_paths.size());
     for (uint32_t i = 0; i < order.size(); ++i)
         order[i] = i;
     std::sort(order.begin(), order.end(), [this](uint32_t a, uint32_t b) { return m_paths[a] < m_paths[b]; });
-    std::string text;
-    for (uint32_t index : order) {
-        if (typesOf[index].empty())
-            continue;
-        text += m_paths[index];
-        char separator = '=';
-        for (uint32_t number : typesOf[index]) {
-            text += separator;
-            text += *types[number];
-            separator = ';';
-        }
-        text += '\n';
+    std::vector<uint32_t> rank(m_paths.size());
+    for (uint32_t i = 0; i < order.size(); ++i)
+        rank[order[i]] = i;
+    std::stable_sort(pairs.begin(), pairs.end(),
+                     [&rank](const auto& a, const auto& b) { return rank[a.first] < rank[b.first]; });
+    for (size_t i = 0; i < pairs.size(); ++i) {
+        if (i == 0 || pairs[i].first != pairs[i - 1].first)
+            size += m_paths[pairs[i].first].size() + 1;
     }
-    return text;
+    text->reserve(text->size() + size);
+    for (size_t i = 0; i < pairs.size(); ++i) {
+        const bool first = i == 0 || pairs[i].first != pairs[i - 1].first;
+        if (first) {
+            if (i)
+                *text += '\n';
+            *text += m_paths[pairs[i].first];
+        }
+        *text += first ? '=' : ';';
+        *text += m_types[pairs[i].second];
+    }
+    if (!pairs.empty())
+        *text += '\n';
 }
 
 namespace {
@@ -151,6 +168,7 @@ const std::vector<TypeLink>& linkedTypes()
 {
     static const std::vector<TypeLink> links = [] {
         std::vector<TypeLink> list;
+        list.reserve(2 * mimeAliasTable().size());
         for (const auto& [canonical, alias] : mimeAliasTable()) {
             list.emplace_back(canonical, alias);
             if (alias != canonical)
@@ -172,7 +190,7 @@ void typeNumbers(AvailableMap& map, const std::string& type, std::vector<uint32_
     auto it = std::lower_bound(links.begin(), links.end(), std::string_view(type),
                                [](const TypeLink& link, std::string_view key) { return link.first < key; });
     for (; it != links.end() && it->first == type; ++it)
-        numbers->push_back(map.internType(std::string(it->second)));
+        numbers->push_back(map.internType(it->second));
 }
 
 // Registers path for type and for the types the alias table links to it.
@@ -237,10 +255,12 @@ void scanDesktopFiles(const std::string& dir, AvailableMap& map)
 
 constexpr off_t kMaxCacheFileSize = 256 << 20;
 
-// The whole of the cache file at path when it may be believed: opened
-// without following a link, regular, the user's own and writable by no one
-// else. Otherwise false, *why saying why unless the file is simply missing.
-bool readPrivateCacheFile(const std::string& path, std::string* text, std::string* why)
+// The cache file at path, mapped, when it may be believed: opened without
+// following a link, regular, the user's own and writable by no one else.
+// Otherwise null, *why saying why unless the file is simply missing. An
+// empty file is kept as no text, for the reader to judge.
+bool openPrivateCacheFile(const std::string& path, CacheFileLines* lines, const std::string& section,
+                          CacheVerdict* verdict, std::string* why)
 {
     PrivateFileState state;
     UniqueFd owned(openPrivateFile(path, &state));
@@ -251,11 +271,21 @@ bool readPrivateCacheFile(const std::string& path, std::string* text, std::strin
         return false;
     }
     struct stat st;
-    const bool small = fstat(fd, &st) == 0 && st.st_size <= kMaxCacheFileSize;
-    const bool ok = small && Vyx::detail::readRegularDescriptor(fd, *text);
-    if (!small)
+    if (fstat(fd, &st) != 0)
+        return false;
+    if (st.st_size > kMaxCacheFileSize) {
         *why = "too large";
-    return ok;
+        return false;
+    }
+    if (st.st_size == 0) {
+        *verdict = lines->take(std::string(), section);
+        return true;
+    }
+    auto file = std::make_unique<MappedFile>();
+    if (!file->map(fd, st))
+        return false;
+    *verdict = lines->take(std::move(file), section);
+    return true;
 }
 
 // Brings the available map up to date with the application directories: kept
@@ -276,12 +306,11 @@ void refreshAvailable()
     if (!use.path.empty()) {
         // A directory someone else can write would let them swap the file.
         privateDir = !fileExists(dir, false) || isPrivateDirectory(dir);
-        std::string text;
+        CacheFileLines read;
+        CacheVerdict verdict = CacheVerdict::NotACacheFile;
         if (!privateDir) {
             use.ignored = "in a directory others can write";
-        } else if (readPrivateCacheFile(use.path, &text, &use.ignored)) {
-            CacheFileLines read;
-            CacheVerdict verdict = read.take(std::move(text), section);
+        } else if (openPrivateCacheFile(use.path, &read, section, &verdict, &use.ignored)) {
             if (verdict == CacheVerdict::Believed) {
                 g_available = AvailableMap();
                 g_fileLines = std::move(read);
@@ -340,7 +369,7 @@ std::vector<std::string> GetMimeAliases(const char* mime)
         return aliases;
     for (const auto& [canonical, alias] : mimeAliasTable()) {
         if (canonical == mime)
-            aliases.push_back(alias);
+            aliases.emplace_back(alias);
     }
     return aliases;
 }

@@ -19,7 +19,7 @@ const char kSourcesLine[] = "[Application Directories]\n";
 const char kApplicationsLine[] = "[Applications]\n";
 const char kEndLine[] = "[End]\n";
 
-bool startsWith(const std::string& text, size_t at, const char* prefix, size_t length)
+bool startsWith(std::string_view text, size_t at, const char* prefix, size_t length)
 {
     return text.size() - at >= length && text.compare(at, length, prefix) == 0;
 }
@@ -42,7 +42,7 @@ void appendEscaped(std::string& out, const std::string& dir)
 
 // The directory part of each line of a sources section: equal for two
 // sections written for the same directory list.
-std::string directoriesOf(const std::string& section)
+std::string directoriesOf(std::string_view section)
 {
     std::string dirs;
     size_t start = 0;
@@ -112,21 +112,26 @@ std::string sourcesSection(const std::vector<AppDirSource>& sources)
 
 std::string cacheFileText(const std::string& sources, const AvailableMap& map)
 {
-    return sources + kApplicationsLine + map.toCacheText() + kEndLine;
+    // Built in one string, reserved once: a fresh process writing the file
+    // touches its pages once, not once per doubling and once per copy.
+    std::string text = sources + kApplicationsLine;
+    map.appendCacheText(&text, sizeof kEndLine - 1);
+    text += kEndLine;
+    return text;
 }
 
 namespace {
 
 // Where the application lines of text lie, when it is a cache file written
 // for exactly sources.
-CacheVerdict findLines(const std::string& text, const std::string& sources, size_t* begin, size_t* end)
+CacheVerdict findLines(std::string_view text, const std::string& sources, size_t* begin, size_t* end)
 {
     const size_t sourcesLength = sizeof kSourcesLine - 1, applicationsLength = sizeof kApplicationsLine - 1,
                  endLength = sizeof kEndLine - 1;
     if (!startsWith(text, 0, kSourcesLine, sourcesLength))
         return CacheVerdict::NotACacheFile;
-    size_t body = text.find(std::string("\n") + kApplicationsLine, sourcesLength - 1);
-    if (body == std::string::npos)
+    size_t body = text.find(std::string_view("\n[Applications]\n"), sourcesLength - 1);
+    if (body == std::string_view::npos)
         return CacheVerdict::Incomplete;
     ++body;
     if (body != sources.size() || text.compare(0, body, sources) != 0)
@@ -183,19 +188,34 @@ CacheVerdict readCacheText(const std::string& text, const std::string& sources, 
     return verdict;
 }
 
-CacheVerdict CacheFileLines::take(std::string text, const std::string& sources)
+CacheVerdict CacheFileLines::keep(std::string_view text, const std::string& sources)
 {
     size_t begin = 0, end = 0;
     CacheVerdict verdict = findLines(text, sources, &begin, &end);
-    m_text = verdict == CacheVerdict::Believed ? std::move(text) : std::string();
     m_begin = verdict == CacheVerdict::Believed ? begin : 0;
     m_end = verdict == CacheVerdict::Believed ? end : 0;
     return verdict;
 }
 
+CacheVerdict CacheFileLines::take(std::string text, const std::string& sources)
+{
+    m_file.reset();
+    CacheVerdict verdict = keep(text, sources);
+    m_text = verdict == CacheVerdict::Believed ? std::move(text) : std::string();
+    return verdict;
+}
+
+CacheVerdict CacheFileLines::take(std::unique_ptr<MappedFile> file, const std::string& sources)
+{
+    m_text.clear();
+    CacheVerdict verdict = keep(std::string_view(reinterpret_cast<const char*>(file->data()), file->size()), sources);
+    m_file = verdict == CacheVerdict::Believed ? std::move(file) : nullptr;
+    return verdict;
+}
+
 void CacheFileLines::addTo(AvailableMap* map) const
 {
-    addLines(m_text.data() + m_begin, m_text.data() + m_end, map);
+    addLines(base() + m_begin, base() + m_end, map);
 }
 
 std::vector<std::string> CacheFileLines::pathsFor(const std::string& type, bool all) const
@@ -204,8 +224,8 @@ std::vector<std::string> CacheFileLines::pathsFor(const std::string& type, bool 
     // No item holds a separator or a line break.
     if (type.empty() || type.find_first_of(",;\n") != std::string::npos)
         return paths;
-    const char* const first = m_text.data() + m_begin;
-    const char* const stop = m_text.data() + m_end;
+    const char* const first = base() + m_begin;
+    const char* const stop = base() + m_end;
     // The line of the last hit: every byte is looked at a bounded number of
     // times, however many hits one long line holds.
     const char *lineStart = first, *lineEnd = first, *eq = nullptr;

@@ -27,24 +27,16 @@ namespace Vyx::detail {
 
 uint32_t AvailableMap::internPath(std::string_view path)
 {
-    // Looked up before inserting: most paths are met again and again.
-    auto it = m_pathIndex.find(path);
-    if (it != m_pathIndex.end())
-        return it->second;
-    const auto index = static_cast<uint32_t>(m_paths.size());
-    m_pathIndex.emplace(m_paths.emplace_back(path), index);
-    return index;
+    return m_paths.intern(path);
 }
 
 uint32_t AvailableMap::internType(std::string_view type)
 {
-    auto it = m_typeIndex.find(type);
-    if (it != m_typeIndex.end())
-        return it->second;
-    const auto number = static_cast<uint32_t>(m_types.size());
-    m_typeIndex.emplace(m_types.emplace_back(type), number);
-    m_byType.emplace_back();
-    m_listed.emplace_back();
+    const uint32_t number = m_types.intern(type);
+    if (number == m_byType.size()) {
+        m_byType.emplace_back();
+        m_listed.emplace_back();
+    }
     return number;
 }
 
@@ -89,10 +81,10 @@ void AvailableMap::add(const std::string& type, const std::string& path)
 std::vector<std::string> AvailableMap::pathsFor(const std::string& type, bool all) const
 {
     std::vector<std::string> result;
-    auto it = m_typeIndex.find(type);
-    if (it != m_typeIndex.end()) {
-        for (uint32_t index : m_byType[it->second]) {
-            result.push_back(m_paths[index]);
+    const uint32_t number = m_types.find(type);
+    if (number != StringPool::kNone) {
+        for (uint32_t index : m_byType[number]) {
+            result.emplace_back(m_paths.at(index));
             if (!all)
                 break;
         }
@@ -100,50 +92,58 @@ std::vector<std::string> AvailableMap::pathsFor(const std::string& type, bool al
     return result;
 }
 
-void AvailableMap::appendCacheText(std::string* text, size_t extra) const
+bool AvailableMap::writeCacheText(const std::function<bool(std::string_view)>& sink) const
 {
     // Types in a stable order: sorted, as a reader cannot tell otherwise.
     // Sorted once here, each path's types come out in that order.
     std::vector<uint32_t> typeOrder(m_types.size());
     for (uint32_t i = 0; i < typeOrder.size(); ++i)
         typeOrder[i] = i;
-    std::sort(typeOrder.begin(), typeOrder.end(), [this](uint32_t a, uint32_t b) { return m_types[a] < m_types[b]; });
-    // Each path's types as one run of a flat list: (path, type) pairs in
-    // type order, stably sorted by path.
-    std::vector<std::pair<uint32_t, uint32_t>> pairs;
-    size_t size = extra;
-    for (uint32_t number : typeOrder) {
-        for (uint32_t index : m_byType[number]) {
-            pairs.emplace_back(index, number);
-            size += m_types[number].size() + 1;
+    std::sort(typeOrder.begin(), typeOrder.end(),
+              [this](uint32_t a, uint32_t b) { return m_types.at(a) < m_types.at(b); });
+    // Each path's types in that order, as runs of one flat list: counted,
+    // then placed, walking the types in order.
+    std::vector<uint32_t> start(m_paths.size() + 1, 0);
+    for (const std::vector<uint32_t>& paths : m_byType) {
+        for (uint32_t index : paths)
+            ++start[index + 1];
+    }
+    for (size_t i = 1; i < start.size(); ++i)
+        start[i] += start[i - 1];
+    std::vector<uint32_t> typesOf(start.back());
+    {
+        std::vector<uint32_t> next(start.begin(), start.end() - 1);
+        for (uint32_t number : typeOrder) {
+            for (uint32_t index : m_byType[number])
+                typesOf[next[index]++] = number;
         }
     }
     std::vector<uint32_t> order(m_paths.size());
     for (uint32_t i = 0; i < order.size(); ++i)
         order[i] = i;
-    std::sort(order.begin(), order.end(), [this](uint32_t a, uint32_t b) { return m_paths[a] < m_paths[b]; });
-    std::vector<uint32_t> rank(m_paths.size());
-    for (uint32_t i = 0; i < order.size(); ++i)
-        rank[order[i]] = i;
-    std::stable_sort(pairs.begin(), pairs.end(),
-                     [&rank](const auto& a, const auto& b) { return rank[a.first] < rank[b.first]; });
-    for (size_t i = 0; i < pairs.size(); ++i) {
-        if (i == 0 || pairs[i].first != pairs[i - 1].first)
-            size += m_paths[pairs[i].first].size() + 1;
-    }
-    text->reserve(text->size() + size);
-    for (size_t i = 0; i < pairs.size(); ++i) {
-        const bool first = i == 0 || pairs[i].first != pairs[i - 1].first;
-        if (first) {
-            if (i)
-                *text += '\n';
-            *text += m_paths[pairs[i].first];
+    std::sort(order.begin(), order.end(), [this](uint32_t a, uint32_t b) { return m_paths.at(a) < m_paths.at(b); });
+    // Handed on in pieces: the whole text is as large as the map.
+    constexpr size_t kPiece = 16384;
+    std::string piece;
+    piece.reserve(kPiece + 512);
+    for (uint32_t index : order) {
+        if (start[index] == start[index + 1])
+            continue;
+        piece += m_paths.at(index);
+        char separator = '=';
+        for (uint32_t at = start[index]; at < start[index + 1]; ++at) {
+            piece += separator;
+            piece += m_types.at(typesOf[at]);
+            separator = ';';
         }
-        *text += first ? '=' : ';';
-        *text += m_types[pairs[i].second];
+        piece += '\n';
+        if (piece.size() >= kPiece) {
+            if (!sink(piece))
+                return false;
+            piece.clear();
+        }
     }
-    if (!pairs.empty())
-        *text += '\n';
+    return piece.empty() || sink(piece);
 }
 
 namespace {
@@ -159,23 +159,35 @@ constexpr unsigned kAskedBeforeMap = 8;
 std::string g_availableSources;  // the sources g_available was made from; empty: not made yet
 VyxMimeCacheUse g_cacheUse;
 
-// Each type with a type the alias table links it to (an alias, or its
-// canonical type), sorted by the first, in table order among equals: built
-// once, so that registering does not walk the whole table.
-using TypeLink = std::pair<std::string_view, std::string_view>;
-
-const std::vector<TypeLink>& linkedTypes()
+// Each link of the alias table in both directions, as a number: 2 * line
+// for canonical -> alias, one more for alias -> canonical. Sorted by the
+// type linked from, in table order among equals (the numbers grow with it):
+// built once, so that registering does not walk the whole table.
+std::string_view linkFrom(const AliasTable& table, uint32_t link)
 {
-    static const std::vector<TypeLink> links = [] {
-        std::vector<TypeLink> list;
-        list.reserve(2 * mimeAliasTable().size());
-        for (const auto& [canonical, alias] : mimeAliasTable()) {
-            list.emplace_back(canonical, alias);
-            if (alias != canonical)
-                list.emplace_back(alias, canonical);
+    return link % 2 ? table[link / 2].second : table[link / 2].first;
+}
+
+std::string_view linkTo(const AliasTable& table, uint32_t link)
+{
+    return link % 2 ? table[link / 2].first : table[link / 2].second;
+}
+
+const std::vector<uint32_t>& linkedTypes()
+{
+    static const std::vector<uint32_t> links = [] {
+        const AliasTable& table = mimeAliasTable();
+        std::vector<uint32_t> list;
+        list.reserve(2 * table.size());
+        for (uint32_t line = 0; line < table.size(); ++line) {
+            list.push_back(2 * line);
+            if (table[line].first != table[line].second)
+                list.push_back(2 * line + 1);
         }
-        std::stable_sort(list.begin(), list.end(),
-                         [](const TypeLink& a, const TypeLink& b) { return a.first < b.first; });
+        std::sort(list.begin(), list.end(), [&table](uint32_t a, uint32_t b) {
+            const int order = linkFrom(table, a).compare(linkFrom(table, b));
+            return order != 0 ? order < 0 : a < b;
+        });
         return list;
     }();
     return links;
@@ -186,11 +198,12 @@ void typeNumbers(AvailableMap& map, const std::string& type, std::vector<uint32_
 {
     numbers->clear();
     numbers->push_back(map.internType(type));
-    const std::vector<TypeLink>& links = linkedTypes();
+    const std::vector<uint32_t>& links = linkedTypes();
+    const AliasTable& table = mimeAliasTable();
     auto it = std::lower_bound(links.begin(), links.end(), std::string_view(type),
-                               [](const TypeLink& link, std::string_view key) { return link.first < key; });
-    for (; it != links.end() && it->first == type; ++it)
-        numbers->push_back(map.internType(it->second));
+                               [&table](uint32_t link, std::string_view key) { return linkFrom(table, link) < key; });
+    for (; it != links.end() && linkFrom(table, *it) == type; ++it)
+        numbers->push_back(map.internType(linkTo(table, *it)));
 }
 
 // Registers path for type and for the types the alias table links to it.
@@ -337,7 +350,7 @@ void refreshAvailable()
     g_available = std::move(rebuilt);
     g_fileLines = CacheFileLines();
     if (privateDir && makePrivateDirectories(dir) && isPrivateDirectory(dir))
-        use.written = replacePrivateFile(use.path, cacheFileText(section, g_available));
+        use.written = replacePrivateFile(use.path, [&](int fd) { return writeCacheFile(fd, section, g_available); });
     g_availableSources = std::move(section);
     g_cacheUse = std::move(use);
 }

@@ -7,6 +7,8 @@
 
 #include "mime/mimecache_p.h"
 
+#include "core/atomicfile_p.h"
+
 #include <algorithm>
 #include <cstring>
 #include <sys/stat.h>
@@ -112,12 +114,18 @@ std::string sourcesSection(const std::vector<AppDirSource>& sources)
 
 std::string cacheFileText(const std::string& sources, const AvailableMap& map)
 {
-    // Built in one string, reserved once: a fresh process writing the file
-    // touches its pages once, not once per doubling and once per copy.
     std::string text = sources + kApplicationsLine;
-    map.appendCacheText(&text, sizeof kEndLine - 1);
-    text += kEndLine;
-    return text;
+    map.writeCacheText([&text](std::string_view piece) {
+        text += piece;
+        return true;
+    });
+    return text + kEndLine;
+}
+
+bool writeCacheFile(int fd, const std::string& sources, const AvailableMap& map)
+{
+    return writeAll(fd, sources) && writeAll(fd, kApplicationsLine) &&
+           map.writeCacheText([fd](std::string_view piece) { return writeAll(fd, piece); }) && writeAll(fd, kEndLine);
 }
 
 namespace {

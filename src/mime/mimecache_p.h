@@ -6,13 +6,13 @@
 #define VYXCORE_MIMECACHE_P_H
 
 #include "core/mappedfile_p.h"
+#include "core/stringpool_p.h"
 
 #include <cstdint>
-#include <deque>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace Vyx::detail {
@@ -33,17 +33,14 @@ public:
     bool empty() const { return m_byType.empty(); }
     // The paths of type in registration order; empty when none.
     std::vector<std::string> pathsFor(const std::string& type, bool all) const;
-    // Appends the cache file's lines to text, one per path, ascending,
-    // "path=type;type\n", with room reserved for them and extra bytes more.
-    void appendCacheText(std::string* text, size_t extra) const;
+    // The cache file's lines, one per path, ascending, "path=type;type\n",
+    // handed to sink a few kilobytes at a time (whole lines); false as soon
+    // as sink returns false.
+    bool writeCacheText(const std::function<bool(std::string_view)>& sink) const;
 
 private:
-    // Keys point into m_paths and m_types, whose strings never move: a
-    // deque keeps its elements in place as it grows.
-    std::deque<std::string> m_paths;
-    std::deque<std::string> m_types;
-    std::unordered_map<std::string_view, uint32_t> m_pathIndex;
-    std::unordered_map<std::string_view, uint32_t> m_typeIndex;
+    StringPool m_paths;
+    StringPool m_types;
     std::vector<std::vector<uint32_t>> m_byType;  // by type number
     // For a type with many paths, one bit per path number saying it is
     // listed, so that a type with thousands of applications is not checked
@@ -76,6 +73,8 @@ std::string sourcesSection(const std::vector<AppDirSource>& sources);
 // The whole cache file: sourcesSection, "[Applications]", the map's lines
 // and a last "[End]" line, whose absence shows a file cut short.
 std::string cacheFileText(const std::string& sources, const AvailableMap& map);
+// The same written to fd a piece at a time; false when a write failed.
+bool writeCacheFile(int fd, const std::string& sources, const AvailableMap& map);
 
 enum class CacheVerdict { Believed, NotACacheFile, OtherDirectories, OutOfDate, Incomplete };
 

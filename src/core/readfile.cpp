@@ -4,6 +4,8 @@
 
 #include "core/readfile_p.h"
 
+#include "core/firstanswer_p.h"
+
 #include "core/uniquefd_p.h"
 
 #include <cerrno>
@@ -62,7 +64,7 @@ bool readFrom(int fd, const struct stat& st, std::string& out)
     return false;
 }
 
-int openRegular(const char* path, struct stat* st)
+VYX_FIRST_ANSWER int openRegular(const char* path, struct stat* st)
 {
     if (!path || !*path) {
         errno = ENOENT;
@@ -95,7 +97,7 @@ int openRegular(const char* path, struct stat* st)
 
 }  // namespace
 
-int openRegularFile(const char* path)
+VYX_FIRST_ANSWER int openRegularFile(const char* path)
 {
     struct stat st;
     return openRegular(path, &st);

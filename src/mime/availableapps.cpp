@@ -4,6 +4,8 @@
 
 #include "mime/mimecache_p.h"
 
+#include "core/firstanswer_p.h"
+
 #include "core/atomicfile_p.h"
 #include "core/inireader_p.h"
 #include "core/makedirs_p.h"
@@ -272,8 +274,8 @@ constexpr off_t kMaxCacheFileSize = 256 << 20;
 // following a link, regular, the user's own and writable by no one else.
 // Otherwise null, *why saying why unless the file is simply missing. An
 // empty file is kept as no text, for the reader to judge.
-bool openPrivateCacheFile(const std::string& path, CacheFileLines* lines, const std::string& section,
-                          CacheVerdict* verdict, std::string* why)
+VYX_FIRST_ANSWER bool openPrivateCacheFile(const std::string& path, CacheFileLines* lines, const std::string& section,
+                                           CacheVerdict* verdict, std::string* why)
 {
     PrivateFileState state;
     UniqueFd owned(openPrivateFile(path, &state));
@@ -294,10 +296,14 @@ bool openPrivateCacheFile(const std::string& path, CacheFileLines* lines, const 
         *verdict = lines->take(std::string(), section);
         return true;
     }
+    // The last line is read on its own: a question answered near the start
+    // of the file then never touches its last pages.
+    char tail[8];
+    const size_t tailLength = std::min(sizeof tail, size_t(st.st_size));
     auto file = std::make_unique<MappedFile>();
-    if (!file->map(fd, st))
+    if (pread(fd, tail, tailLength, st.st_size - off_t(tailLength)) != ssize_t(tailLength) || !file->map(fd, st))
         return false;
-    *verdict = lines->take(std::move(file), section);
+    *verdict = lines->take(std::move(file), std::string_view(tail, tailLength), section);
     return true;
 }
 
@@ -305,7 +311,7 @@ bool openPrivateCacheFile(const std::string& path, CacheFileLines* lines, const 
 // while no directory changed, else taken from the cache file when that was
 // made for exactly these directories as they are, else rebuilt from every
 // directory and saved. Called under g_availableMutex.
-void refreshAvailable()
+VYX_FIRST_ANSWER void refreshAvailable()
 {
     std::vector<AppDirSource> sources = currentSources(GetAllAppDesktopEntrySearchPaths());
     std::string section = sourcesSection(sources);
@@ -356,7 +362,7 @@ void refreshAvailable()
 }
 
 // The paths of type, under g_availableMutex after refreshAvailable.
-std::vector<std::string> availablePaths(const std::string& type, bool all)
+VYX_FIRST_ANSWER std::vector<std::string> availablePaths(const std::string& type, bool all)
 {
     if (!g_fileLines.empty()) {
         if (g_fileLinesAsked < kAskedBeforeMap) {
@@ -387,7 +393,8 @@ std::vector<std::string> GetMimeAliases(const char* mime)
     return aliases;
 }
 
-std::vector<std::string> GetDesktopEntryPathForMime(const char* mime, Vyx::tagged_bool<AllDesktopEntries_tag> all)
+VYX_FIRST_ANSWER std::vector<std::string> GetDesktopEntryPathForMime(const char* mime,
+                                                                     Vyx::tagged_bool<AllDesktopEntries_tag> all)
 {
     if (!mime || !*mime)
         return {};

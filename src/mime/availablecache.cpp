@@ -8,6 +8,7 @@
 #include "mime/mimecache_p.h"
 
 #include "core/atomicfile_p.h"
+#include "core/firstanswer_p.h"
 
 #include <algorithm>
 #include <cstring>
@@ -62,7 +63,7 @@ std::string directoriesOf(std::string_view section)
 
 }  // namespace
 
-std::vector<AppDirSource> currentSources(const std::vector<std::string>& dirs)
+VYX_FIRST_ANSWER std::vector<AppDirSource> currentSources(const std::vector<std::string>& dirs)
 {
     std::vector<AppDirSource> sources;
     sources.reserve(dirs.size());
@@ -93,7 +94,7 @@ std::vector<AppDirSource> currentSources(const std::vector<std::string>& dirs)
     return sources;
 }
 
-std::string sourcesSection(const std::vector<AppDirSource>& sources)
+VYX_FIRST_ANSWER std::string sourcesSection(const std::vector<AppDirSource>& sources)
 {
     std::string text = kSourcesLine;
     for (const AppDirSource& source : sources) {
@@ -132,7 +133,10 @@ namespace {
 
 // Where the application lines of text lie, when it is a cache file written
 // for exactly sources.
-CacheVerdict findLines(std::string_view text, const std::string& sources, size_t* begin, size_t* end)
+// tail: the text's last bytes, when the caller read them on their own (see
+// CacheFileLines::take); empty to take them from text.
+VYX_FIRST_ANSWER CacheVerdict findLines(std::string_view text, const std::string& sources, size_t* begin, size_t* end,
+                                        std::string_view tail = {})
 {
     const size_t sourcesLength = sizeof kSourcesLine - 1, applicationsLength = sizeof kApplicationsLine - 1,
                  endLength = sizeof kEndLine - 1;
@@ -146,7 +150,11 @@ CacheVerdict findLines(std::string_view text, const std::string& sources, size_t
         return directoriesOf(text.substr(0, body)) == directoriesOf(sources) ? CacheVerdict::OutOfDate
                                                                              : CacheVerdict::OtherDirectories;
     body += applicationsLength;
-    if (text.size() < body + endLength || text.compare(text.size() - endLength, endLength, kEndLine) != 0)
+    if (tail.empty())
+        tail = text;
+    if (tail.size() > endLength)
+        tail.remove_prefix(tail.size() - endLength);
+    if (text.size() < body + endLength || tail != std::string_view(kEndLine, endLength))
         return CacheVerdict::Incomplete;
     *begin = body;
     *end = text.size() - endLength;
@@ -196,10 +204,11 @@ CacheVerdict readCacheText(const std::string& text, const std::string& sources, 
     return verdict;
 }
 
-CacheVerdict CacheFileLines::keep(std::string_view text, const std::string& sources)
+VYX_FIRST_ANSWER CacheVerdict CacheFileLines::keep(std::string_view text, const std::string& sources,
+                                                   std::string_view tail)
 {
     size_t begin = 0, end = 0;
-    CacheVerdict verdict = findLines(text, sources, &begin, &end);
+    CacheVerdict verdict = findLines(text, sources, &begin, &end, tail);
     m_begin = verdict == CacheVerdict::Believed ? begin : 0;
     m_end = verdict == CacheVerdict::Believed ? end : 0;
     return verdict;
@@ -213,10 +222,12 @@ CacheVerdict CacheFileLines::take(std::string text, const std::string& sources)
     return verdict;
 }
 
-CacheVerdict CacheFileLines::take(std::unique_ptr<MappedFile> file, const std::string& sources)
+VYX_FIRST_ANSWER CacheVerdict CacheFileLines::take(std::unique_ptr<MappedFile> file, std::string_view tail,
+                                                   const std::string& sources)
 {
     m_text.clear();
-    CacheVerdict verdict = keep(std::string_view(reinterpret_cast<const char*>(file->data()), file->size()), sources);
+    CacheVerdict verdict =
+        keep(std::string_view(reinterpret_cast<const char*>(file->data()), file->size()), sources, tail);
     m_file = verdict == CacheVerdict::Believed ? std::move(file) : nullptr;
     return verdict;
 }
@@ -226,7 +237,7 @@ void CacheFileLines::addTo(AvailableMap* map) const
     addLines(base() + m_begin, base() + m_end, map);
 }
 
-std::vector<std::string> CacheFileLines::pathsFor(const std::string& type, bool all) const
+VYX_FIRST_ANSWER std::vector<std::string> CacheFileLines::pathsFor(const std::string& type, bool all) const
 {
     std::vector<std::string> paths;
     // No item holds a separator or a line break.

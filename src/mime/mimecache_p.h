@@ -91,16 +91,18 @@ public:
     // Keeps text when it is a cache file written for exactly sources;
     // otherwise says why not and keeps nothing.
     CacheVerdict take(std::string text, const std::string& sources);
-    // The same for a mapped file: a fresh process reads only the pages its
-    // question reaches, and copies none of them to its heap.
-    CacheVerdict take(std::unique_ptr<MappedFile> file, const std::string& sources);
+    // The same for a mapped file, tail being its last bytes read on their
+    // own (at least the length of the last line): a fresh process reads
+    // only the pages its question reaches, and copies none of them to its
+    // heap.
+    CacheVerdict take(std::unique_ptr<MappedFile> file, std::string_view tail, const std::string& sources);
     bool empty() const { return m_begin == m_end; }
     // What AvailableMap::pathsFor answers once the lines are added to it.
     std::vector<std::string> pathsFor(const std::string& type, bool all) const;
     void addTo(AvailableMap* map) const;
 
 private:
-    CacheVerdict keep(std::string_view text, const std::string& sources);
+    CacheVerdict keep(std::string_view text, const std::string& sources, std::string_view tail = {});
     const char* base() const { return m_file ? reinterpret_cast<const char*>(m_file->data()) : m_text.data(); }
 
     std::string m_text;  // the file's text, when it was not mapped

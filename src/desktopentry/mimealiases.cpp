@@ -15,8 +15,6 @@ namespace Vyx::detail {
 
 namespace {
 
-const char kBlanks[] = " \t";
-
 // Read on first use: most lookups never need it. The names point into the
 // mapped file, kept for the life of the process: the table costs a pair of
 // pointers per line, not four strings.
@@ -28,17 +26,24 @@ AliasTable g_aliases;
 
 bool splitAliasLine(std::string_view line, std::string_view* alias, std::string_view* canonical)
 {
+    auto blank = [](char c) { return c == ' ' || c == '\t'; };
     // A file saved with DOS line ends, or a stray blank, must not make the
     // canonical name one nobody asks for.
-    size_t end = line.find_last_not_of(" \t\r");
-    if (end == std::string_view::npos || line[0] == '#' || line[0] == '!')
+    size_t end = line.size();
+    while (end > 0 && (blank(line[end - 1]) || line[end - 1] == '\r'))
+        --end;
+    if (end == 0 || line[0] == '#' || line[0] == '!')
         return false;
-    size_t gap = line.find_first_of(kBlanks);
-    if (gap == std::string_view::npos || gap > end)
+    size_t gap = 0;
+    while (gap < end && !blank(line[gap]))
+        ++gap;
+    if (gap == end)
         return false;
-    size_t start = line.find_first_not_of(kBlanks, gap);
+    size_t start = gap;
+    while (blank(line[start]))
+        ++start;
     *alias = line.substr(0, gap);
-    *canonical = line.substr(start, end + 1 - start);
+    *canonical = line.substr(start, end - start);
     return true;
 }
 
@@ -54,7 +59,9 @@ void forEachMimeAlias(FILE* file, const std::function<void(std::string alias, st
 AliasTable readAliases(std::string_view text)
 {
     AliasTable table;
-    table.reserve(size_t(std::count(text.begin(), text.end(), '\n')) + 1);
+    // Room for lines of about the usual length, so that the table is not
+    // copied as it grows.
+    table.reserve(text.size() / 24 + 1);
     while (!text.empty()) {
         size_t end = std::min(text.find('\n'), text.size());
         std::string_view line = text.substr(0, end);

@@ -56,14 +56,14 @@ void AvailableMap::addNumbered(uint32_t typeNumber, uint32_t pathIndex)
         if (paths.size() == kShortList) {
             for (uint32_t known : paths) {
                 if (known >= listed.size())
-                    listed.resize(std::max<size_t>(known + 1, m_paths.size()));
+                    listed.resize(std::max<size_t>(known + 1, 2 * listed.size()));
                 listed[known] = true;
             }
         }
         return;
     }
     if (pathIndex >= listed.size())
-        listed.resize(std::max<size_t>(pathIndex + 1, m_paths.size()));
+        listed.resize(std::max<size_t>(pathIndex + 1, 2 * listed.size()));
     if (!listed[pathIndex]) {
         listed[pathIndex] = true;
         paths.push_back(pathIndex);
@@ -162,35 +162,43 @@ std::string g_availableSources;  // the sources g_available was made from; empty
 VyxMimeCacheUse g_cacheUse;
 
 // Each link of the alias table in both directions, as a number: 2 * line
-// for canonical -> alias, one more for alias -> canonical. Sorted by the
-// type linked from, in table order among equals (the numbers grow with it):
-// built once, so that registering does not walk the whole table.
-std::string_view linkFrom(const AliasTable& table, uint32_t link)
+// for canonical -> alias, one more for alias -> canonical; grouped by the
+// type linked from, in table order within a group. Built once, so that
+// registering does not walk the whole table.
+struct TypeLinks {
+    StringPool from;  // the types linked from, numbered
+    std::vector<uint32_t> start;  // by number of from: where its links begin in codes
+    std::vector<uint32_t> codes;
+};
+
+std::string_view linkTo(const AliasTable& table, uint32_t code)
 {
-    return link % 2 ? table[link / 2].second : table[link / 2].first;
+    return code % 2 ? table[code / 2].first : table[code / 2].second;
 }
 
-std::string_view linkTo(const AliasTable& table, uint32_t link)
+const TypeLinks& typeLinks()
 {
-    return link % 2 ? table[link / 2].first : table[link / 2].second;
-}
-
-const std::vector<uint32_t>& linkedTypes()
-{
-    static const std::vector<uint32_t> links = [] {
+    static const TypeLinks links = [] {
         const AliasTable& table = mimeAliasTable();
-        std::vector<uint32_t> list;
-        list.reserve(2 * table.size());
+        TypeLinks built;
+        // (number of from, code) in table order, then counted into groups.
+        std::vector<std::pair<uint32_t, uint32_t>> pairs;
+        pairs.reserve(2 * table.size());
         for (uint32_t line = 0; line < table.size(); ++line) {
-            list.push_back(2 * line);
+            pairs.emplace_back(built.from.intern(table[line].first), 2 * line);
             if (table[line].first != table[line].second)
-                list.push_back(2 * line + 1);
+                pairs.emplace_back(built.from.intern(table[line].second), 2 * line + 1);
         }
-        std::sort(list.begin(), list.end(), [&table](uint32_t a, uint32_t b) {
-            const int order = linkFrom(table, a).compare(linkFrom(table, b));
-            return order != 0 ? order < 0 : a < b;
-        });
-        return list;
+        built.start.assign(built.from.size() + 1, 0);
+        for (const auto& pair : pairs)
+            ++built.start[pair.first + 1];
+        for (size_t i = 1; i < built.start.size(); ++i)
+            built.start[i] += built.start[i - 1];
+        built.codes.resize(pairs.size());
+        std::vector<uint32_t> next(built.start.begin(), built.start.end() - 1);
+        for (const auto& [number, code] : pairs)
+            built.codes[next[number]++] = code;
+        return built;
     }();
     return links;
 }
@@ -200,12 +208,13 @@ void typeNumbers(AvailableMap& map, const std::string& type, std::vector<uint32_
 {
     numbers->clear();
     numbers->push_back(map.internType(type));
-    const std::vector<uint32_t>& links = linkedTypes();
+    const TypeLinks& links = typeLinks();
+    const uint32_t from = links.from.find(type);
+    if (from == StringPool::kNone)
+        return;
     const AliasTable& table = mimeAliasTable();
-    auto it = std::lower_bound(links.begin(), links.end(), std::string_view(type),
-                               [&table](uint32_t link, std::string_view key) { return linkFrom(table, link) < key; });
-    for (; it != links.end() && linkFrom(table, *it) == type; ++it)
-        numbers->push_back(map.internType(linkTo(table, *it)));
+    for (uint32_t at = links.start[from]; at < links.start[from + 1]; ++at)
+        numbers->push_back(map.internType(linkTo(table, links.codes[at])));
 }
 
 // Registers path for type and for the types the alias table links to it.

@@ -55,7 +55,7 @@ bool closeAndRename(UniqueFd& fd, bool ok, const std::string& temp, const std::s
 
 }  // namespace
 
-bool writeAll(int fd, const std::string& content)
+bool writeAll(int fd, std::string_view content)
 {
     const char* p = content.data();
     size_t left = content.size();
@@ -102,13 +102,18 @@ bool writeFileAtomically(const std::string& path, const std::string& content, bo
 
 bool replacePrivateFile(const std::string& path, const std::string& content)
 {
+    return replacePrivateFile(path, [&content](int fd) { return writeAll(fd, content); });
+}
+
+bool replacePrivateFile(const std::string& path, const std::function<bool(int fd)>& write)
+{
     if (path.empty())
         return false;
     std::string temp = path + ".XXXXXX";
     UniqueFd fd(mkostemp(&temp[0], O_CLOEXEC));
     if (!fd)
         return false;
-    const bool written = writeAll(fd.get(), content);
+    const bool written = write(fd.get());
     return closeAndRename(fd, written, temp, path);
 }
 

@@ -7,7 +7,9 @@
 #ifndef VYXCORE_ATOMICFILE_P_H
 #define VYXCORE_ATOMICFILE_P_H
 
+#include <functional>
 #include <string>
+#include <string_view>
 
 namespace Vyx::detail {
 
@@ -28,10 +30,14 @@ bool writeFileAtomically(const std::string& path, const std::string& content, bo
 // their owner may write and read. Not forced to disk. False, and nothing
 // changed, on failure.
 bool replacePrivateFile(const std::string& path, const std::string& content);
+// The same for content that write gives the new file's descriptor a piece
+// at a time, so that a large file is never held whole in memory; write
+// returns false when a piece could not be written.
+bool replacePrivateFile(const std::string& path, const std::function<bool(int fd)>& write);
 
 // Writes all of content to fd, going on after short writes and EINTR; false
 // on any other failure (a full disk).
-bool writeAll(int fd, const std::string& content);
+bool writeAll(int fd, std::string_view content);
 
 }  // namespace Vyx::detail
 

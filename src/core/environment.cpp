@@ -4,25 +4,27 @@
 
 #include "core/environment_p.h"
 
+#include "core/firstanswer_p.h"
+
 #include "vyxstrings.h"
 
 #include <cstdlib>
 
 namespace Vyx::detail {
 
-const char* envValue(const char* name)
+VYX_FIRST_ANSWER const char* envValue(const char* name)
 {
     const char* value = std::getenv(name);
     return (value && *value) ? value : nullptr;
 }
 
-std::string envString(const char* name)
+VYX_FIRST_ANSWER std::string envString(const char* name)
 {
     const char* value = envValue(name);
     return value ? std::string(value) : std::string();
 }
 
-std::string homeFromEnvironment()
+VYX_FIRST_ANSWER std::string homeFromEnvironment()
 {
     if (const char* home = envValue("HOME"))
         return home;
@@ -34,14 +36,14 @@ std::string homeFromEnvironment()
 
 namespace {
 
-std::string userHomeDir(const char* variable, const char* underHome, const std::string& home)
+VYX_FIRST_ANSWER std::string userHomeDir(const char* variable, const char* underHome, const std::string& home)
 {
     if (const char* dir = envValue(variable))
         return dir;
     return home.empty() ? home : home + underHome;
 }
 
-std::string userHomeDir(const char* variable, const char* underHome)
+VYX_FIRST_ANSWER std::string userHomeDir(const char* variable, const char* underHome)
 {
     return userHomeDir(variable, underHome, homeFromEnvironment());
 }
@@ -53,12 +55,12 @@ std::string userConfigHome()
     return userHomeDir("XDG_CONFIG_HOME", "/.config");
 }
 
-std::string userDataHome()
+VYX_FIRST_ANSWER std::string userDataHome()
 {
     return userHomeDir("XDG_DATA_HOME", "/.local/share");
 }
 
-std::string userDataHome(const std::string& home)
+VYX_FIRST_ANSWER std::string userDataHome(const std::string& home)
 {
     return userHomeDir("XDG_DATA_HOME", "/.local/share", home);
 }
@@ -70,7 +72,7 @@ std::string userCacheHome(const std::string& home)
 
 namespace {
 
-std::vector<std::string> dirList(const char* variable, std::vector<std::string> defaults)
+VYX_FIRST_ANSWER std::vector<std::string> dirList(const char* variable, std::vector<std::string> defaults)
 {
     // Set but empty counts as unset; a list of nothing but separators names
     // no directory at all.
@@ -81,7 +83,7 @@ std::vector<std::string> dirList(const char* variable, std::vector<std::string> 
 
 }  // namespace
 
-std::vector<std::string> xdgDataDirList()
+VYX_FIRST_ANSWER std::vector<std::string> xdgDataDirList()
 {
     return dirList("XDG_DATA_DIRS", {"/usr/local/share", "/usr/share"});
 }

@@ -4,6 +4,8 @@
 
 #include "core/mappedfile_p.h"
 
+#include "core/firstanswer_p.h"
+
 #include "core/readfile_p.h"
 #include "core/uniquefd_p.h"
 
@@ -14,13 +16,13 @@
 
 namespace Vyx::detail {
 
-MappedFile::~MappedFile()
+VYX_FIRST_ANSWER MappedFile::~MappedFile()
 {
     if (m_data)
         munmap(m_data, m_size);
 }
 
-bool MappedFile::open(const std::string& path, int64_t* modified)
+VYX_FIRST_ANSWER bool MappedFile::open(const std::string& path, int64_t* modified)
 {
     const UniqueFd fd(openRegularFile(path.c_str()));
     if (!fd)
@@ -32,7 +34,7 @@ bool MappedFile::open(const std::string& path, int64_t* modified)
     return ok;
 }
 
-bool MappedFile::map(int fd, const struct stat& st)
+VYX_FIRST_ANSWER bool MappedFile::map(int fd, const struct stat& st)
 {
     if (m_data || !S_ISREG(st.st_mode) || st.st_size <= 0)
         return false;
@@ -44,7 +46,7 @@ bool MappedFile::map(int fd, const struct stat& st)
     return true;
 }
 
-bool ByteView::u16(uint64_t offset, uint16_t* out) const
+VYX_FIRST_ANSWER bool ByteView::u16(uint64_t offset, uint16_t* out) const
 {
     if (!contains(offset, 2))
         return false;
@@ -52,7 +54,7 @@ bool ByteView::u16(uint64_t offset, uint16_t* out) const
     return true;
 }
 
-bool ByteView::u32(uint64_t offset, uint32_t* out) const
+VYX_FIRST_ANSWER bool ByteView::u32(uint64_t offset, uint32_t* out) const
 {
     if (!contains(offset, 4))
         return false;
@@ -61,7 +63,7 @@ bool ByteView::u32(uint64_t offset, uint32_t* out) const
     return true;
 }
 
-const char* ByteView::string(uint64_t offset) const
+VYX_FIRST_ANSWER const char* ByteView::string(uint64_t offset) const
 {
     if (offset >= m_size)
         return nullptr;
@@ -69,7 +71,7 @@ const char* ByteView::string(uint64_t offset) const
     return nul ? reinterpret_cast<const char*>(m_data + offset) : nullptr;
 }
 
-int ByteView::compare(uint64_t offset, const char* key) const
+VYX_FIRST_ANSWER int ByteView::compare(uint64_t offset, const char* key) const
 {
     const unsigned char* k = reinterpret_cast<const unsigned char*>(key);
     for (uint64_t i = offset;; ++i, ++k) {

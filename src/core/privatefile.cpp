@@ -4,6 +4,8 @@
 
 #include "core/privatefile_p.h"
 
+#include "core/firstanswer_p.h"
+
 #include "core/uniquefd_p.h"
 
 #include <cerrno>
@@ -12,18 +14,18 @@
 
 namespace Vyx::detail {
 
-bool ownedPrivately(const struct stat& st)
+VYX_FIRST_ANSWER bool ownedPrivately(const struct stat& st)
 {
     return st.st_uid == geteuid() && (st.st_mode & (S_IWGRP | S_IWOTH)) == 0;
 }
 
-bool isPrivateDirectory(const std::string& path)
+VYX_FIRST_ANSWER bool isPrivateDirectory(const std::string& path)
 {
     struct stat st;
     return !path.empty() && stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode) && ownedPrivately(st);
 }
 
-int openPrivateFile(const std::string& path, PrivateFileState* state)
+VYX_FIRST_ANSWER int openPrivateFile(const std::string& path, PrivateFileState* state)
 {
     // Non-blocking: opening a FIFO for reading would otherwise wait for a
     // writer that never comes.

@@ -4,6 +4,8 @@
 
 #include "core/readfile_p.h"
 
+#include "core/firstanswer_p.h"
+
 #include "core/uniquefd_p.h"
 
 #include <cerrno>
@@ -15,10 +17,11 @@ namespace Vyx::detail {
 
 namespace {
 
-// Reads fd from offset to its end with pread, appending to out.
+// Reads fd from offset to its end with pread, appending to out. The
+// buffer is small: this reads only what came after the size fstat gave.
 bool appendFrom(int fd, off_t offset, std::string& out)
 {
-    char buffer[16384];
+    char buffer[1024];
     for (;;) {
         const ssize_t n = pread(fd, buffer, sizeof buffer, offset);
         if (n < 0 && errno == EINTR)
@@ -32,20 +35,36 @@ bool appendFrom(int fd, off_t offset, std::string& out)
     }
 }
 
+// The size fstat gave is read straight into out, then whatever the file has
+// grown by since: no copy through a buffer of our own, whose pages a fresh
+// process would fault in for nothing.
 bool readFrom(int fd, const struct stat& st, std::string& out)
 {
     out.clear();
-    if (st.st_size > 0)
-        out.reserve(size_t(st.st_size));
-    if (appendFrom(fd, 0, out))
+    size_t got = 0;
+    if (st.st_size > 0) {
+        out.resize(size_t(st.st_size));
+        while (got < out.size()) {
+            const ssize_t n = pread(fd, &out[got], out.size() - got, off_t(got));
+            if (n < 0 && errno == EINTR)
+                continue;
+            if (n < 0) {
+                out.clear();
+                return false;
+            }
+            if (n == 0)
+                break;
+            got += size_t(n);
+        }
+        out.resize(got);
+    }
+    if (appendFrom(fd, off_t(got), out))
         return true;
     out.clear();
     return false;
 }
 
-}  // namespace
-
-int openRegularFile(const char* path)
+VYX_FIRST_ANSWER int openRegular(const char* path, struct stat* st)
 {
     if (!path || !*path) {
         errno = ENOENT;
@@ -61,8 +80,7 @@ int openRegularFile(const char* path)
             errno = ENOENT;
         return -1;
     }
-    struct stat st;
-    if (fstat(fd.get(), &st) != 0 || !S_ISREG(st.st_mode)) {
+    if (fstat(fd.get(), st) != 0 || !S_ISREG(st->st_mode)) {
         fd.reset();
         errno = ENOENT;
         return -1;
@@ -75,6 +93,14 @@ int openRegularFile(const char* path)
         return -1;
     }
     return fd.release();
+}
+
+}  // namespace
+
+VYX_FIRST_ANSWER int openRegularFile(const char* path)
+{
+    struct stat st;
+    return openRegular(path, &st);
 }
 
 FILE* fopenRegularFile(const char* path)
@@ -96,11 +122,9 @@ FILE* fopenRegularFile(const char* path)
 bool readRegularFile(const char* path, std::string& out)
 {
     out.clear();
-    const UniqueFd fd(openRegularFile(path));
-    if (!fd)
-        return false;
     struct stat st;
-    return fstat(fd.get(), &st) == 0 && readFrom(fd.get(), st, out);
+    const UniqueFd fd(openRegular(path, &st));
+    return fd && readFrom(fd.get(), st, out);
 }
 
 bool readRegularDescriptor(int fd, std::string& out)

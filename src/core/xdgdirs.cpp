@@ -4,6 +4,8 @@
 
 #include "vyxdirs.h"
 
+#include "core/firstanswer_p.h"
+
 #include "core/environment_p.h"
 #include "vyxfileutils.h"
 #include "vyxstrings.h"
@@ -55,7 +57,7 @@ std::vector<std::string> xdgConfigDirs(const char* subdir)
     return searchPath(Vyx::detail::userConfigHome(), Vyx::detail::xdgConfigDirList(), subdir);
 }
 
-std::vector<std::string> xdgDataDirs(const char* subdir)
+VYX_FIRST_ANSWER std::vector<std::string> xdgDataDirs(const char* subdir)
 {
     return searchPath(Vyx::detail::userDataHome(), Vyx::detail::xdgDataDirList(), subdir);
 }

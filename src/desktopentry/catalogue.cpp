@@ -4,6 +4,8 @@
 
 #include "desktopentry/catalogue_p.h"
 
+#include "core/firstanswer_p.h"
+
 #include "core/environment_p.h"
 #include "core/privatefile_p.h"
 #include "vyxdesktopentry.h"
@@ -21,14 +23,14 @@ std::once_flag g_once;
 std::vector<std::string> g_appDirs;
 std::string g_cachePath;
 
-void addOnce(std::vector<std::string>& list, const std::string& dir)
+VYX_FIRST_ANSWER void addOnce(std::vector<std::string>& list, const std::string& dir)
 {
     // Duplicates are equal strings; paths are not normalised.
     if (!dir.empty() && std::find(list.begin(), list.end(), dir) == list.end())
         list.push_back(dir);
 }
 
-void build()
+VYX_FIRST_ANSWER void build()
 {
     std::string home = GetVyxDir(HomeDir);
     // The user's own application directories: under the data home, unless
@@ -50,7 +52,8 @@ void build()
 
 }  // namespace
 
-std::string chooseMimeCachePath(const std::string& runtimeDir, const std::string& cacheHome, const std::string& home)
+VYX_FIRST_ANSWER std::string chooseMimeCachePath(const std::string& runtimeDir, const std::string& cacheHome,
+                                                 const std::string& home)
 {
     // Never the shared temporary directory, nor any directory another user
     // can write: whoever writes this file chooses the program that opens
@@ -64,7 +67,7 @@ std::string chooseMimeCachePath(const std::string& runtimeDir, const std::string
     return base.empty() ? std::string() : base + "/vyx/.vyx-mime-desktop.tbl";
 }
 
-const std::string& mimeCachePath()
+VYX_FIRST_ANSWER const std::string& mimeCachePath()
 {
     FillDesktopEntriesDirArray();
     return g_cachePath;
@@ -72,12 +75,12 @@ const std::string& mimeCachePath()
 
 }  // namespace Vyx::detail
 
-void FillDesktopEntriesDirArray()
+VYX_FIRST_ANSWER void FillDesktopEntriesDirArray()
 {
     std::call_once(Vyx::detail::g_once, Vyx::detail::build);
 }
 
-std::vector<std::string> GetAllAppDesktopEntrySearchPaths()
+VYX_FIRST_ANSWER std::vector<std::string> GetAllAppDesktopEntrySearchPaths()
 {
     FillDesktopEntriesDirArray();
     return Vyx::detail::g_appDirs;

@@ -4,55 +4,82 @@
 
 #include "desktopentry/mimealiases_p.h"
 
-#include "core/readfile_p.h"
+#include "core/mappedfile_p.h"
 #include "core/textlines_p.h"
 
+#include <algorithm>
+#include <cstring>
 #include <mutex>
 
 namespace Vyx::detail {
 
 namespace {
 
-const char kBlanks[] = " \t";
-
-// Read on first use: most lookups never need it.
+// Read on first use: most lookups never need it. The names point into the
+// mapped file, kept for the life of the process: the table costs a pair of
+// pointers per line, not four strings.
 std::once_flag g_aliasesOnce;
+MappedFile g_aliasesFile;
 AliasTable g_aliases;
 
 }  // namespace
 
+bool splitAliasLine(std::string_view line, std::string_view* alias, std::string_view* canonical)
+{
+    auto blank = [](char c) { return c == ' ' || c == '\t'; };
+    // A file saved with DOS line ends, or a stray blank, must not make the
+    // canonical name one nobody asks for.
+    size_t end = line.size();
+    while (end > 0 && (blank(line[end - 1]) || line[end - 1] == '\r'))
+        --end;
+    if (end == 0 || line[0] == '#' || line[0] == '!')
+        return false;
+    size_t gap = 0;
+    while (gap < end && !blank(line[gap]))
+        ++gap;
+    if (gap == end)
+        return false;
+    size_t start = gap;
+    while (blank(line[start]))
+        ++start;
+    *alias = line.substr(0, gap);
+    *canonical = line.substr(start, end - start);
+    return true;
+}
+
 void forEachMimeAlias(FILE* file, const std::function<void(std::string alias, std::string canonical)>& visit)
 {
     forEachLine(file, [&](const std::string& line) {
-        // A file saved with DOS line ends, or a stray blank, must not make
-        // the canonical name one nobody asks for.
-        std::string::size_type end = line.find_last_not_of(" \t\r");
-        if (end == std::string::npos || line[0] == '#' || line[0] == '!')
-            return;
-        std::string::size_type gap = line.find_first_of(kBlanks);
-        if (gap == std::string::npos || gap > end)
-            return;
-        std::string::size_type canonical = line.find_first_not_of(kBlanks, gap);
-        visit(line.substr(0, gap), line.substr(canonical, end + 1 - canonical));
+        std::string_view alias, canonical;
+        if (splitAliasLine(line, &alias, &canonical))
+            visit(std::string(alias), std::string(canonical));
     });
 }
 
-AliasTable readAliases(FILE* file)
+AliasTable readAliases(std::string_view text)
 {
     AliasTable table;
-    forEachMimeAlias(file, [&table](std::string alias, std::string canonical) {
-        table.emplace_back(std::move(canonical), std::move(alias));
-    });
+    // Room for lines of about the usual length, so that the table is not
+    // copied as it grows.
+    table.reserve(text.size() / 24 + 1);
+    while (!text.empty()) {
+        size_t end = std::min(text.find('\n'), text.size());
+        std::string_view line = text.substr(0, end);
+        line = line.substr(0, line.find('\0'));
+        std::string_view alias, canonical;
+        if (splitAliasLine(line, &alias, &canonical))
+            table.emplace_back(canonical, alias);
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
     return table;
 }
 
 const AliasTable& mimeAliasTable()
 {
     std::call_once(g_aliasesOnce, [] {
-        if (FILE* file = fopenRegularFile("/usr/share/mime/aliases")) {
-            g_aliases = readAliases(file);
-            std::fclose(file);
-        }
+        if (g_aliasesFile.open("/usr/share/mime/aliases"))
+            g_aliases = readAliases(
+                std::string_view(reinterpret_cast<const char*>(g_aliasesFile.data()), g_aliasesFile.size()));
     });
     return g_aliases;
 }

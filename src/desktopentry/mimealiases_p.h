@@ -15,22 +15,27 @@
 #include <cstdio>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace Vyx::detail {
 
-// The MIME alias table: (canonical type, alias) pairs in file order.
-using AliasTable = std::vector<std::pair<std::string, std::string>>;
+// The MIME alias table: (canonical type, alias) pairs in file order, the
+// names pointing into the text they were read from.
+using AliasTable = std::vector<std::pair<std::string_view, std::string_view>>;
 
-// Calls visit(alias, canonical) for each line of file that names both:
-// blanks at the end of a line are dropped, the two names are parted by
-// spaces or tabs, and empty lines and lines starting with "#" or "!" are
-// comments.
+// The two names of one line (without its line break), when it names both:
+// blanks at the end are dropped, the two names are parted by spaces or tabs,
+// and empty lines and lines starting with "#" or "!" are comments.
+bool splitAliasLine(std::string_view line, std::string_view* alias, std::string_view* canonical);
+
+// Calls visit(alias, canonical) for each line of file that names both.
 void forEachMimeAlias(FILE* file, const std::function<void(std::string alias, std::string canonical)>& visit);
 
-// Every alias line of file, in file order.
-AliasTable readAliases(FILE* file);
+// Every alias line of text, in order; a line ends at its line break, or at
+// a NUL byte, after which the rest of that line is not read.
+AliasTable readAliases(std::string_view text);
 
 // The machine's alias table, read once, on first use. Safe from any thread.
 const AliasTable& mimeAliasTable();

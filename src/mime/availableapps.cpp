@@ -4,6 +4,8 @@
 
 #include "mime/mimecache_p.h"
 
+#include "core/firstanswer_p.h"
+
 #include "core/atomicfile_p.h"
 #include "core/inireader_p.h"
 #include "core/makedirs_p.h"
@@ -25,48 +27,47 @@
 
 namespace Vyx::detail {
 
-uint32_t AvailableMap::internPath(const std::string& path)
+uint32_t AvailableMap::internPath(std::string_view path)
 {
-    // Looked up before inserting: most paths are met again and again, and
-    // emplace would build (and throw away) a node each time.
-    auto it = m_pathIndex.find(path);
-    if (it != m_pathIndex.end())
-        return it->second;
-    m_pathIndex.emplace(path, static_cast<uint32_t>(m_paths.size()));
-    m_paths.push_back(path);
-    return static_cast<uint32_t>(m_paths.size() - 1);
+    return m_paths.intern(path);
 }
 
-uint32_t AvailableMap::internType(const std::string& type)
+uint32_t AvailableMap::internType(std::string_view type)
 {
-    auto it = m_typeIndex.find(type);
-    if (it != m_typeIndex.end())
-        return it->second;
-    m_typeIndex.emplace(type, static_cast<uint32_t>(m_byType.size()));
-    m_byType.emplace_back();
-    return static_cast<uint32_t>(m_byType.size() - 1);
+    const uint32_t number = m_types.intern(type);
+    if (number == m_byType.size()) {
+        m_byType.emplace_back();
+        m_listed.emplace_back();
+    }
+    return number;
 }
 
 void AvailableMap::addNumbered(uint32_t typeNumber, uint32_t pathIndex)
 {
     // Most types have a few applications: their own list tells whether the
-    // pair is known. A long list is backed by the set of pairs, so that a
-    // type with thousands of applications is not checked in square time.
+    // pair is known. A long list gets its bits.
     constexpr size_t kShortList = 16;
     std::vector<uint32_t>& paths = m_byType[typeNumber];
-    const uint64_t pair = static_cast<uint64_t>(typeNumber) << 32 | pathIndex;
+    std::vector<bool>& listed = m_listed[typeNumber];
     if (paths.size() < kShortList) {
         if (std::find(paths.begin(), paths.end(), pathIndex) != paths.end())
             return;
         paths.push_back(pathIndex);
         if (paths.size() == kShortList) {
-            for (uint32_t known : paths)
-                m_pairs.insert(static_cast<uint64_t>(typeNumber) << 32 | known);
+            for (uint32_t known : paths) {
+                if (known >= listed.size())
+                    listed.resize(std::max<size_t>(known + 1, 2 * listed.size()));
+                listed[known] = true;
+            }
         }
         return;
     }
-    if (m_pairs.insert(pair).second)
+    if (pathIndex >= listed.size())
+        listed.resize(std::max<size_t>(pathIndex + 1, 2 * listed.size()));
+    if (!listed[pathIndex]) {
+        listed[pathIndex] = true;
         paths.push_back(pathIndex);
+    }
 }
 
 void AvailableMap::add(const std::string& type, uint32_t pathIndex)
@@ -82,10 +83,10 @@ void AvailableMap::add(const std::string& type, const std::string& path)
 std::vector<std::string> AvailableMap::pathsFor(const std::string& type, bool all) const
 {
     std::vector<std::string> result;
-    auto it = m_typeIndex.find(type);
-    if (it != m_typeIndex.end()) {
-        for (uint32_t index : m_byType[it->second]) {
-            result.push_back(m_paths[index]);
+    const uint32_t number = m_types.find(type);
+    if (number != StringPool::kNone) {
+        for (uint32_t index : m_byType[number]) {
+            result.emplace_back(m_paths.at(index));
             if (!all)
                 break;
         }
@@ -93,40 +94,58 @@ std::vector<std::string> AvailableMap::pathsFor(const std::string& type, bool al
     return result;
 }
 
-std::string AvailableMap::toCacheText() const
+bool AvailableMap::writeCacheText(const std::function<bool(std::string_view)>& sink) const
 {
     // Types in a stable order: sorted, as a reader cannot tell otherwise.
     // Sorted once here, each path's types come out in that order.
-    std::vector<const std::string*> types(m_byType.size());
-    for (const auto& [type, number] : m_typeIndex)
-        types[number] = &type;
-    std::vector<uint32_t> typeOrder(types.size());
+    std::vector<uint32_t> typeOrder(m_types.size());
     for (uint32_t i = 0; i < typeOrder.size(); ++i)
         typeOrder[i] = i;
-    std::sort(typeOrder.begin(), typeOrder.end(), [&](uint32_t a, uint32_t b) { return *types[a] < *types[b]; });
-    std::vector<std::vector<uint32_t>> typesOf(m_paths.size());
-    for (uint32_t number : typeOrder) {
-        for (uint32_t index : m_byType[number])
-            typesOf[index].push_back(number);
+    std::sort(typeOrder.begin(), typeOrder.end(),
+              [this](uint32_t a, uint32_t b) { return m_types.at(a) < m_types.at(b); });
+    // Each path's types in that order, as runs of one flat list: counted,
+    // then placed, walking the types in order.
+    std::vector<uint32_t> start(m_paths.size() + 1, 0);
+    for (const std::vector<uint32_t>& paths : m_byType) {
+        for (uint32_t index : paths)
+            ++start[index + 1];
+    }
+    for (size_t i = 1; i < start.size(); ++i)
+        start[i] += start[i - 1];
+    std::vector<uint32_t> typesOf(start.back());
+    {
+        std::vector<uint32_t> next(start.begin(), start.end() - 1);
+        for (uint32_t number : typeOrder) {
+            for (uint32_t index : m_byType[number])
+                typesOf[next[index]++] = number;
+        }
     }
     std::vector<uint32_t> order(m_paths.size());
     for (uint32_t i = 0; i < order.size(); ++i)
         order[i] = i;
-    std::sort(order.begin(), order.end(), [this](uint32_t a, uint32_t b) { return m_paths[a] < m_paths[b]; });
-    std::string text;
+    std::sort(order.begin(), order.end(), [this](uint32_t a, uint32_t b) { return m_paths.at(a) < m_paths.at(b); });
+    // Handed on in pieces: the whole text is as large as the map.
+    constexpr size_t kPiece = 16384;
+    std::string piece;
+    piece.reserve(kPiece + 512);
     for (uint32_t index : order) {
-        if (typesOf[index].empty())
+        if (start[index] == start[index + 1])
             continue;
-        text += m_paths[index];
+        piece += m_paths.at(index);
         char separator = '=';
-        for (uint32_t number : typesOf[index]) {
-            text += separator;
-            text += *types[number];
+        for (uint32_t at = start[index]; at < start[index + 1]; ++at) {
+            piece += separator;
+            piece += m_types.at(typesOf[at]);
             separator = ';';
         }
-        text += '\n';
+        piece += '\n';
+        if (piece.size() >= kPiece) {
+            if (!sink(piece))
+                return false;
+            piece.clear();
+        }
     }
-    return text;
+    return piece.empty() || sink(piece);
 }
 
 namespace {
@@ -142,23 +161,44 @@ constexpr unsigned kAskedBeforeMap = 8;
 std::string g_availableSources;  // the sources g_available was made from; empty: not made yet
 VyxMimeCacheUse g_cacheUse;
 
-// Each type with a type the alias table links it to (an alias, or its
-// canonical type), sorted by the first, in table order among equals: built
-// once, so that registering does not walk the whole table.
-using TypeLink = std::pair<std::string_view, std::string_view>;
+// Each link of the alias table in both directions, as a number: 2 * line
+// for canonical -> alias, one more for alias -> canonical; grouped by the
+// type linked from, in table order within a group. Built once, so that
+// registering does not walk the whole table.
+struct TypeLinks {
+    StringPool from;  // the types linked from, numbered
+    std::vector<uint32_t> start;  // by number of from: where its links begin in codes
+    std::vector<uint32_t> codes;
+};
 
-const std::vector<TypeLink>& linkedTypes()
+std::string_view linkTo(const AliasTable& table, uint32_t code)
 {
-    static const std::vector<TypeLink> links = [] {
-        std::vector<TypeLink> list;
-        for (const auto& [canonical, alias] : mimeAliasTable()) {
-            list.emplace_back(canonical, alias);
-            if (alias != canonical)
-                list.emplace_back(alias, canonical);
+    return code % 2 ? table[code / 2].first : table[code / 2].second;
+}
+
+const TypeLinks& typeLinks()
+{
+    static const TypeLinks links = [] {
+        const AliasTable& table = mimeAliasTable();
+        TypeLinks built;
+        // (number of from, code) in table order, then counted into groups.
+        std::vector<std::pair<uint32_t, uint32_t>> pairs;
+        pairs.reserve(2 * table.size());
+        for (uint32_t line = 0; line < table.size(); ++line) {
+            pairs.emplace_back(built.from.intern(table[line].first), 2 * line);
+            if (table[line].first != table[line].second)
+                pairs.emplace_back(built.from.intern(table[line].second), 2 * line + 1);
         }
-        std::stable_sort(list.begin(), list.end(),
-                         [](const TypeLink& a, const TypeLink& b) { return a.first < b.first; });
-        return list;
+        built.start.assign(built.from.size() + 1, 0);
+        for (const auto& pair : pairs)
+            ++built.start[pair.first + 1];
+        for (size_t i = 1; i < built.start.size(); ++i)
+            built.start[i] += built.start[i - 1];
+        built.codes.resize(pairs.size());
+        std::vector<uint32_t> next(built.start.begin(), built.start.end() - 1);
+        for (const auto& [number, code] : pairs)
+            built.codes[next[number]++] = code;
+        return built;
     }();
     return links;
 }
@@ -168,11 +208,13 @@ void typeNumbers(AvailableMap& map, const std::string& type, std::vector<uint32_
 {
     numbers->clear();
     numbers->push_back(map.internType(type));
-    const std::vector<TypeLink>& links = linkedTypes();
-    auto it = std::lower_bound(links.begin(), links.end(), std::string_view(type),
-                               [](const TypeLink& link, std::string_view key) { return link.first < key; });
-    for (; it != links.end() && it->first == type; ++it)
-        numbers->push_back(map.internType(std::string(it->second)));
+    const TypeLinks& links = typeLinks();
+    const uint32_t from = links.from.find(type);
+    if (from == StringPool::kNone)
+        return;
+    const AliasTable& table = mimeAliasTable();
+    for (uint32_t at = links.start[from]; at < links.start[from + 1]; ++at)
+        numbers->push_back(map.internType(linkTo(table, links.codes[at])));
 }
 
 // Registers path for type and for the types the alias table links to it.
@@ -237,10 +279,12 @@ void scanDesktopFiles(const std::string& dir, AvailableMap& map)
 
 constexpr off_t kMaxCacheFileSize = 256 << 20;
 
-// The whole of the cache file at path when it may be believed: opened
-// without following a link, regular, the user's own and writable by no one
-// else. Otherwise false, *why saying why unless the file is simply missing.
-bool readPrivateCacheFile(const std::string& path, std::string* text, std::string* why)
+// The cache file at path, mapped, when it may be believed: opened without
+// following a link, regular, the user's own and writable by no one else.
+// Otherwise null, *why saying why unless the file is simply missing. An
+// empty file is kept as no text, for the reader to judge.
+VYX_FIRST_ANSWER bool openPrivateCacheFile(const std::string& path, CacheFileLines* lines, const std::string& section,
+                                           CacheVerdict* verdict, std::string* why)
 {
     PrivateFileState state;
     UniqueFd owned(openPrivateFile(path, &state));
@@ -251,18 +295,32 @@ bool readPrivateCacheFile(const std::string& path, std::string* text, std::strin
         return false;
     }
     struct stat st;
-    const bool small = fstat(fd, &st) == 0 && st.st_size <= kMaxCacheFileSize;
-    const bool ok = small && Vyx::detail::readRegularDescriptor(fd, *text);
-    if (!small)
+    if (fstat(fd, &st) != 0)
+        return false;
+    if (st.st_size > kMaxCacheFileSize) {
         *why = "too large";
-    return ok;
+        return false;
+    }
+    if (st.st_size == 0) {
+        *verdict = lines->take(std::string(), section);
+        return true;
+    }
+    // The last line is read on its own: a question answered near the start
+    // of the file then never touches its last pages.
+    char tail[8];
+    const size_t tailLength = std::min(sizeof tail, size_t(st.st_size));
+    auto file = std::make_unique<MappedFile>();
+    if (pread(fd, tail, tailLength, st.st_size - off_t(tailLength)) != ssize_t(tailLength) || !file->map(fd, st))
+        return false;
+    *verdict = lines->take(std::move(file), std::string_view(tail, tailLength), section);
+    return true;
 }
 
 // Brings the available map up to date with the application directories: kept
 // while no directory changed, else taken from the cache file when that was
 // made for exactly these directories as they are, else rebuilt from every
 // directory and saved. Called under g_availableMutex.
-void refreshAvailable()
+VYX_FIRST_ANSWER void refreshAvailable()
 {
     std::vector<AppDirSource> sources = currentSources(GetAllAppDesktopEntrySearchPaths());
     std::string section = sourcesSection(sources);
@@ -276,12 +334,11 @@ void refreshAvailable()
     if (!use.path.empty()) {
         // A directory someone else can write would let them swap the file.
         privateDir = !fileExists(dir, false) || isPrivateDirectory(dir);
-        std::string text;
+        CacheFileLines read;
+        CacheVerdict verdict = CacheVerdict::NotACacheFile;
         if (!privateDir) {
             use.ignored = "in a directory others can write";
-        } else if (readPrivateCacheFile(use.path, &text, &use.ignored)) {
-            CacheFileLines read;
-            CacheVerdict verdict = read.take(std::move(text), section);
+        } else if (openPrivateCacheFile(use.path, &read, section, &verdict, &use.ignored)) {
             if (verdict == CacheVerdict::Believed) {
                 g_available = AvailableMap();
                 g_fileLines = std::move(read);
@@ -308,13 +365,13 @@ void refreshAvailable()
     g_available = std::move(rebuilt);
     g_fileLines = CacheFileLines();
     if (privateDir && makePrivateDirectories(dir) && isPrivateDirectory(dir))
-        use.written = replacePrivateFile(use.path, cacheFileText(section, g_available));
+        use.written = replacePrivateFile(use.path, [&](int fd) { return writeCacheFile(fd, section, g_available); });
     g_availableSources = std::move(section);
     g_cacheUse = std::move(use);
 }
 
 // The paths of type, under g_availableMutex after refreshAvailable.
-std::vector<std::string> availablePaths(const std::string& type, bool all)
+VYX_FIRST_ANSWER std::vector<std::string> availablePaths(const std::string& type, bool all)
 {
     if (!g_fileLines.empty()) {
         if (g_fileLinesAsked < kAskedBeforeMap) {
@@ -340,12 +397,13 @@ std::vector<std::string> GetMimeAliases(const char* mime)
         return aliases;
     for (const auto& [canonical, alias] : mimeAliasTable()) {
         if (canonical == mime)
-            aliases.push_back(alias);
+            aliases.emplace_back(alias);
     }
     return aliases;
 }
 
-std::vector<std::string> GetDesktopEntryPathForMime(const char* mime, Vyx::tagged_bool<AllDesktopEntries_tag> all)
+VYX_FIRST_ANSWER std::vector<std::string> GetDesktopEntryPathForMime(const char* mime,
+                                                                     Vyx::tagged_bool<AllDesktopEntries_tag> all)
 {
     if (!mime || !*mime)
         return {};

@@ -7,6 +7,9 @@
 
 #include "mime/mimecache_p.h"
 
+#include "core/atomicfile_p.h"
+#include "core/firstanswer_p.h"
+
 #include <algorithm>
 #include <cstring>
 #include <sys/stat.h>
@@ -19,7 +22,7 @@ const char kSourcesLine[] = "[Application Directories]\n";
 const char kApplicationsLine[] = "[Applications]\n";
 const char kEndLine[] = "[End]\n";
 
-bool startsWith(const std::string& text, size_t at, const char* prefix, size_t length)
+bool startsWith(std::string_view text, size_t at, const char* prefix, size_t length)
 {
     return text.size() - at >= length && text.compare(at, length, prefix) == 0;
 }
@@ -42,7 +45,7 @@ void appendEscaped(std::string& out, const std::string& dir)
 
 // The directory part of each line of a sources section: equal for two
 // sections written for the same directory list.
-std::string directoriesOf(const std::string& section)
+std::string directoriesOf(std::string_view section)
 {
     std::string dirs;
     size_t start = 0;
@@ -60,7 +63,7 @@ std::string directoriesOf(const std::string& section)
 
 }  // namespace
 
-std::vector<AppDirSource> currentSources(const std::vector<std::string>& dirs)
+VYX_FIRST_ANSWER std::vector<AppDirSource> currentSources(const std::vector<std::string>& dirs)
 {
     std::vector<AppDirSource> sources;
     sources.reserve(dirs.size());
@@ -91,7 +94,7 @@ std::vector<AppDirSource> currentSources(const std::vector<std::string>& dirs)
     return sources;
 }
 
-std::string sourcesSection(const std::vector<AppDirSource>& sources)
+VYX_FIRST_ANSWER std::string sourcesSection(const std::vector<AppDirSource>& sources)
 {
     std::string text = kSourcesLine;
     for (const AppDirSource& source : sources) {
@@ -112,28 +115,46 @@ std::string sourcesSection(const std::vector<AppDirSource>& sources)
 
 std::string cacheFileText(const std::string& sources, const AvailableMap& map)
 {
-    return sources + kApplicationsLine + map.toCacheText() + kEndLine;
+    std::string text = sources + kApplicationsLine;
+    map.writeCacheText([&text](std::string_view piece) {
+        text += piece;
+        return true;
+    });
+    return text + kEndLine;
+}
+
+bool writeCacheFile(int fd, const std::string& sources, const AvailableMap& map)
+{
+    return writeAll(fd, sources) && writeAll(fd, kApplicationsLine) &&
+           map.writeCacheText([fd](std::string_view piece) { return writeAll(fd, piece); }) && writeAll(fd, kEndLine);
 }
 
 namespace {
 
 // Where the application lines of text lie, when it is a cache file written
 // for exactly sources.
-CacheVerdict findLines(const std::string& text, const std::string& sources, size_t* begin, size_t* end)
+// tail: the text's last bytes, when the caller read them on their own (see
+// CacheFileLines::take); empty to take them from text.
+VYX_FIRST_ANSWER CacheVerdict findLines(std::string_view text, const std::string& sources, size_t* begin, size_t* end,
+                                        std::string_view tail = {})
 {
     const size_t sourcesLength = sizeof kSourcesLine - 1, applicationsLength = sizeof kApplicationsLine - 1,
                  endLength = sizeof kEndLine - 1;
     if (!startsWith(text, 0, kSourcesLine, sourcesLength))
         return CacheVerdict::NotACacheFile;
-    size_t body = text.find(std::string("\n") + kApplicationsLine, sourcesLength - 1);
-    if (body == std::string::npos)
+    size_t body = text.find(std::string_view("\n[Applications]\n"), sourcesLength - 1);
+    if (body == std::string_view::npos)
         return CacheVerdict::Incomplete;
     ++body;
     if (body != sources.size() || text.compare(0, body, sources) != 0)
         return directoriesOf(text.substr(0, body)) == directoriesOf(sources) ? CacheVerdict::OutOfDate
                                                                              : CacheVerdict::OtherDirectories;
     body += applicationsLength;
-    if (text.size() < body + endLength || text.compare(text.size() - endLength, endLength, kEndLine) != 0)
+    if (tail.empty())
+        tail = text;
+    if (tail.size() > endLength)
+        tail.remove_prefix(tail.size() - endLength);
+    if (text.size() < body + endLength || tail != std::string_view(kEndLine, endLength))
         return CacheVerdict::Incomplete;
     *begin = body;
     *end = text.size() - endLength;
@@ -183,29 +204,47 @@ CacheVerdict readCacheText(const std::string& text, const std::string& sources, 
     return verdict;
 }
 
-CacheVerdict CacheFileLines::take(std::string text, const std::string& sources)
+VYX_FIRST_ANSWER CacheVerdict CacheFileLines::keep(std::string_view text, const std::string& sources,
+                                                   std::string_view tail)
 {
     size_t begin = 0, end = 0;
-    CacheVerdict verdict = findLines(text, sources, &begin, &end);
-    m_text = verdict == CacheVerdict::Believed ? std::move(text) : std::string();
+    CacheVerdict verdict = findLines(text, sources, &begin, &end, tail);
     m_begin = verdict == CacheVerdict::Believed ? begin : 0;
     m_end = verdict == CacheVerdict::Believed ? end : 0;
     return verdict;
 }
 
-void CacheFileLines::addTo(AvailableMap* map) const
+CacheVerdict CacheFileLines::take(std::string text, const std::string& sources)
 {
-    addLines(m_text.data() + m_begin, m_text.data() + m_end, map);
+    m_file.reset();
+    CacheVerdict verdict = keep(text, sources);
+    m_text = verdict == CacheVerdict::Believed ? std::move(text) : std::string();
+    return verdict;
 }
 
-std::vector<std::string> CacheFileLines::pathsFor(const std::string& type, bool all) const
+VYX_FIRST_ANSWER CacheVerdict CacheFileLines::take(std::unique_ptr<MappedFile> file, std::string_view tail,
+                                                   const std::string& sources)
+{
+    m_text.clear();
+    CacheVerdict verdict =
+        keep(std::string_view(reinterpret_cast<const char*>(file->data()), file->size()), sources, tail);
+    m_file = verdict == CacheVerdict::Believed ? std::move(file) : nullptr;
+    return verdict;
+}
+
+void CacheFileLines::addTo(AvailableMap* map) const
+{
+    addLines(base() + m_begin, base() + m_end, map);
+}
+
+VYX_FIRST_ANSWER std::vector<std::string> CacheFileLines::pathsFor(const std::string& type, bool all) const
 {
     std::vector<std::string> paths;
     // No item holds a separator or a line break.
     if (type.empty() || type.find_first_of(",;\n") != std::string::npos)
         return paths;
-    const char* const first = m_text.data() + m_begin;
-    const char* const stop = m_text.data() + m_end;
+    const char* const first = base() + m_begin;
+    const char* const stop = base() + m_end;
     // The line of the last hit: every byte is looked at a bounded number of
     // times, however many hits one long line holds.
     const char *lineStart = first, *lineEnd = first, *eq = nullptr;

@@ -5,10 +5,14 @@
 #ifndef VYXCORE_MIMECACHE_P_H
 #define VYXCORE_MIMECACHE_P_H
 
+#include "core/mappedfile_p.h"
+#include "core/stringpool_p.h"
+
 #include <cstdint>
+#include <functional>
+#include <memory>
 #include <string>
-#include <unordered_map>
-#include <unordered_set>
+#include <string_view>
 #include <vector>
 
 namespace Vyx::detail {
@@ -16,27 +20,32 @@ namespace Vyx::detail {
 // MIME type -> desktop-file paths, each type's paths in the order they were
 // registered, no pair twice. Paths are stored once and referred to by
 // number: a path stands under several types, and a first lookup in a new
-// process builds the whole map.
+// process builds the whole map, so every byte it holds is a byte that
+// process pays for.
 class AvailableMap {
 public:
     void add(const std::string& type, const std::string& path);
     void add(const std::string& type, uint32_t pathIndex);
     // A type's number and a path's index, made on first sight.
-    uint32_t internType(const std::string& type);
-    uint32_t internPath(const std::string& path);
+    uint32_t internType(std::string_view type);
+    uint32_t internPath(std::string_view path);
     void addNumbered(uint32_t typeNumber, uint32_t pathIndex);
     bool empty() const { return m_byType.empty(); }
     // The paths of type in registration order; empty when none.
     std::vector<std::string> pathsFor(const std::string& type, bool all) const;
-    // The cache file's text: one line per path, ascending, "path=type;type\n".
-    std::string toCacheText() const;
+    // The cache file's lines, one per path, ascending, "path=type;type\n",
+    // handed to sink a few kilobytes at a time (whole lines); false as soon
+    // as sink returns false.
+    bool writeCacheText(const std::function<bool(std::string_view)>& sink) const;
 
 private:
-    std::vector<std::string> m_paths;
-    std::unordered_map<std::string, uint32_t> m_pathIndex;
-    std::unordered_map<std::string, uint32_t> m_typeIndex;
+    StringPool m_paths;
+    StringPool m_types;
     std::vector<std::vector<uint32_t>> m_byType;  // by type number
-    std::unordered_set<uint64_t> m_pairs;  // type number << 32 | path number, for long lists
+    // For a type with many paths, one bit per path number saying it is
+    // listed, so that a type with thousands of applications is not checked
+    // in square time; empty for the short lists, checked by their own list.
+    std::vector<std::vector<bool>> m_listed;  // by type number
 };
 
 // Where a rebuild takes one application directory's applications from, and
@@ -64,6 +73,8 @@ std::string sourcesSection(const std::vector<AppDirSource>& sources);
 // The whole cache file: sourcesSection, "[Applications]", the map's lines
 // and a last "[End]" line, whose absence shows a file cut short.
 std::string cacheFileText(const std::string& sources, const AvailableMap& map);
+// The same written to fd a piece at a time; false when a write failed.
+bool writeCacheFile(int fd, const std::string& sources, const AvailableMap& map);
 
 enum class CacheVerdict { Believed, NotACacheFile, OtherDirectories, OutOfDate, Incomplete };
 
@@ -80,13 +91,22 @@ public:
     // Keeps text when it is a cache file written for exactly sources;
     // otherwise says why not and keeps nothing.
     CacheVerdict take(std::string text, const std::string& sources);
+    // The same for a mapped file, tail being its last bytes read on their
+    // own (at least the length of the last line): a fresh process reads
+    // only the pages its question reaches, and copies none of them to its
+    // heap.
+    CacheVerdict take(std::unique_ptr<MappedFile> file, std::string_view tail, const std::string& sources);
     bool empty() const { return m_begin == m_end; }
     // What AvailableMap::pathsFor answers once the lines are added to it.
     std::vector<std::string> pathsFor(const std::string& type, bool all) const;
     void addTo(AvailableMap* map) const;
 
 private:
-    std::string m_text;
+    CacheVerdict keep(std::string_view text, const std::string& sources, std::string_view tail = {});
+    const char* base() const { return m_file ? reinterpret_cast<const char*>(m_file->data()) : m_text.data(); }
+
+    std::string m_text;  // the file's text, when it was not mapped
+    std::unique_ptr<MappedFile> m_file;
     size_t m_begin = 0, m_end = 0;  // the application lines
 };
 const char* describe(CacheVerdict verdict);

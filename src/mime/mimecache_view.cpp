@@ -4,6 +4,8 @@
 
 #include "mime/mimecacheview_p.h"
 
+#include "core/firstanswer_p.h"
+
 #include "mime/globmatch_p.h"
 
 #include <algorithm>
@@ -21,7 +23,7 @@ constexpr uint32_t kMaxExtent = 1 << 20;  // bytes a damaged file may ask us to 
 
 }  // namespace
 
-void NameMatch::offer(GlobKind k, int w, size_t len, const char* type)
+VYX_FIRST_ANSWER void NameMatch::offer(GlobKind k, int w, size_t len, const char* type)
 {
     if (refused) {
         for (const char* gone : *refused) {
@@ -47,7 +49,7 @@ void NameMatch::offer(GlobKind k, int w, size_t len, const char* type)
         types[count++] = type;
 }
 
-uint32_t previousCodePoint(const char* begin, const char** end)
+VYX_FIRST_ANSWER uint32_t previousCodePoint(const char* begin, const char** end)
 {
     const unsigned char* first = reinterpret_cast<const unsigned char*>(begin);
     const unsigned char* last = reinterpret_cast<const unsigned char*>(*end) - 1;
@@ -74,7 +76,7 @@ uint32_t previousCodePoint(const char* begin, const char** end)
     return *last;
 }
 
-bool MimeCacheView::open(ByteView bytes)
+VYX_FIRST_ANSWER bool MimeCacheView::open(ByteView bytes)
 {
     uint16_t major, minor;
     if (!bytes.u16(0, &major) || !bytes.u16(2, &minor) || major != 1 || minor < 1 || !bytes.contains(0, kHeaderSize))
@@ -88,7 +90,7 @@ bool MimeCacheView::open(ByteView bytes)
     return true;
 }
 
-uint32_t MimeCacheView::entries(uint32_t list, uint32_t entrySize) const
+VYX_FIRST_ANSWER uint32_t MimeCacheView::entries(uint32_t list, uint32_t entrySize) const
 {
     uint32_t count;
     if (!m_bytes.u32(list, &count) || !m_bytes.contains(uint64_t(list) + 4, uint64_t(count) * entrySize))
@@ -96,7 +98,8 @@ uint32_t MimeCacheView::entries(uint32_t list, uint32_t entrySize) const
     return count;
 }
 
-uint32_t MimeCacheView::lowerBound(uint32_t list, uint32_t entrySize, uint32_t count, const char* key) const
+VYX_FIRST_ANSWER uint32_t MimeCacheView::lowerBound(uint32_t list, uint32_t entrySize, uint32_t count,
+                                                    const char* key) const
 {
     uint32_t low = 0, high = count;
     while (low < high) {
@@ -109,7 +112,7 @@ uint32_t MimeCacheView::lowerBound(uint32_t list, uint32_t entrySize, uint32_t c
     return low;
 }
 
-uint64_t MimeCacheView::findSorted(uint32_t list, uint32_t entrySize, const char* key) const
+VYX_FIRST_ANSWER uint64_t MimeCacheView::findSorted(uint32_t list, uint32_t entrySize, const char* key) const
 {
     uint32_t count = entries(list, entrySize);
     uint32_t i = lowerBound(list, entrySize, count, key);
@@ -117,7 +120,7 @@ uint64_t MimeCacheView::findSorted(uint32_t list, uint32_t entrySize, const char
     return i < count && m_bytes.compare(m_bytes.u32At(entry), key) == 0 ? entry : 0;
 }
 
-uint64_t MimeCacheView::findLinear(uint32_t list, uint32_t entrySize, const char* key) const
+VYX_FIRST_ANSWER uint64_t MimeCacheView::findLinear(uint32_t list, uint32_t entrySize, const char* key) const
 {
     uint32_t count = entries(list, entrySize);
     for (uint32_t i = 0; i < count; ++i) {
@@ -128,7 +131,7 @@ uint64_t MimeCacheView::findLinear(uint32_t list, uint32_t entrySize, const char
     return 0;
 }
 
-bool MimeCacheView::listSorted(uint32_t list, uint32_t entrySize) const
+VYX_FIRST_ANSWER bool MimeCacheView::listSorted(uint32_t list, uint32_t entrySize) const
 {
     uint32_t count = entries(list, entrySize);
     for (uint32_t i = 1; i < count; ++i) {
@@ -139,7 +142,7 @@ bool MimeCacheView::listSorted(uint32_t list, uint32_t entrySize) const
     return true;
 }
 
-void MimeCacheView::matchLiteral(const char* name, bool folded, NameMatch* out) const
+VYX_FIRST_ANSWER void MimeCacheView::matchLiteral(const char* name, bool folded, NameMatch* out) const
 {
     // The marker that turns a type's globs off is no file name.
     if (std::strcmp(name, "__NOGLOBS__") == 0)
@@ -157,7 +160,8 @@ void MimeCacheView::matchLiteral(const char* name, bool folded, NameMatch* out) 
     }
 }
 
-void MimeCacheView::walkSuffix(const SuffixWalk& walk, uint32_t count, uint32_t first, const char* end, int depth) const
+VYX_FIRST_ANSWER void MimeCacheView::walkSuffix(const SuffixWalk& walk, uint32_t count, uint32_t first, const char* end,
+                                                int depth) const
 {
     if (end == walk.name || depth > kMaxSuffixDepth || !m_bytes.contains(first, uint64_t(count) * 12))
         return;
@@ -192,14 +196,14 @@ void MimeCacheView::walkSuffix(const SuffixWalk& walk, uint32_t count, uint32_t 
     }
 }
 
-void MimeCacheView::matchSuffix(const char* name, size_t length, bool folded, NameMatch* out) const
+VYX_FIRST_ANSWER void MimeCacheView::matchSuffix(const char* name, size_t length, bool folded, NameMatch* out) const
 {
     uint32_t roots = m_bytes.u32At(m_header.suffixTree), first = m_bytes.u32At(uint64_t(m_header.suffixTree) + 4);
     SuffixWalk walk {name, name + length, folded, out};
     walkSuffix(walk, roots, first, name + length, 0);
 }
 
-void MimeCacheView::matchOther(const char* name, bool folded, NameMatch* out) const
+VYX_FIRST_ANSWER void MimeCacheView::matchOther(const char* name, bool folded, NameMatch* out) const
 {
     uint32_t count = entries(m_header.globs, 12);
     for (uint32_t i = 0; i < count; ++i) {
@@ -229,12 +233,13 @@ std::vector<const char*> MimeCacheView::noGlobTypes() const
     return types;
 }
 
-uint32_t MimeCacheView::maxExtent() const
+VYX_FIRST_ANSWER uint32_t MimeCacheView::maxExtent() const
 {
     return std::min(m_bytes.u32At(uint64_t(m_header.magic) + 4), kMaxExtent);
 }
 
-bool MimeCacheView::checkMatchlets(uint32_t count, uint32_t first, int depth, std::vector<bool>* seen) const
+VYX_FIRST_ANSWER bool MimeCacheView::checkMatchlets(uint32_t count, uint32_t first, int depth,
+                                                    std::vector<bool>* seen) const
 {
     if (count == 0)
         return true;
@@ -256,7 +261,7 @@ bool MimeCacheView::checkMatchlets(uint32_t count, uint32_t first, int depth, st
     return true;
 }
 
-void MimeCacheView::checkMagic() const
+VYX_FIRST_ANSWER void MimeCacheView::checkMagic() const
 {
     // Only the order of the priorities is read for every rule here: a rule's
     // matchlets are checked when a search first reaches it, which for most
@@ -276,7 +281,7 @@ void MimeCacheView::checkMagic() const
     }
 }
 
-void MimeCacheView::checkMatchesUpTo(uint32_t index) const
+VYX_FIRST_ANSWER void MimeCacheView::checkMatchesUpTo(uint32_t index) const
 {
     // Checked in file order, as far as asked: a matchlet claimed by an
     // earlier rule is refused to a later one whichever rule is asked first.
@@ -291,7 +296,7 @@ void MimeCacheView::checkMatchesUpTo(uint32_t index) const
     }
 }
 
-bool MimeCacheView::matchletMatches(uint64_t m, const unsigned char* data, size_t length) const
+VYX_FIRST_ANSWER bool MimeCacheView::matchletMatches(uint64_t m, const unsigned char* data, size_t length) const
 {
     // Checked by checkMatchesUpTo(): the matchlet, its value and mask and its
     // children lie inside the bytes.
@@ -345,7 +350,7 @@ bool MimeCacheView::matchletMatches(uint64_t m, const unsigned char* data, size_
     return false;
 }
 
-const char* MimeCacheView::matchMagic(const unsigned char* data, size_t length, int* priority) const
+VYX_FIRST_ANSWER const char* MimeCacheView::matchMagic(const unsigned char* data, size_t length, int* priority) const
 {
     if (!m_magicChecked)
         checkMagic();
@@ -378,7 +383,7 @@ const char* MimeCacheView::matchMagic(const unsigned char* data, size_t length, 
     return best;
 }
 
-const char* MimeCacheView::alias(const char* type) const
+VYX_FIRST_ANSWER const char* MimeCacheView::alias(const char* type) const
 {
     uint64_t entry = findSorted(m_header.aliases, 8, type);
     return entry ? m_bytes.string(m_bytes.u32At(entry + 4)) : nullptr;
@@ -390,7 +395,7 @@ const char* MimeCacheView::icon(const char* type, bool generic) const
     return entry ? m_bytes.string(m_bytes.u32At(entry + 4)) : nullptr;
 }
 
-void MimeCacheView::parents(const char* type, std::vector<const char*>* out) const
+VYX_FIRST_ANSWER void MimeCacheView::parents(const char* type, std::vector<const char*>* out) const
 {
     // Writers sort this list too, but the format does not promise it.
     if (m_parentsSorted < 0)

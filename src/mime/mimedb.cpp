@@ -4,6 +4,8 @@
 
 #include "mime/mimedb_p.h"
 
+#include "core/firstanswer_p.h"
+
 #include "core/uniquefd_p.h"
 #include "mime/mimetext_p.h"
 #include "vyxstrings.h"
@@ -21,7 +23,7 @@ namespace {
 constexpr size_t kMaxParentsVisited = 256;  // types one question may walk through
 constexpr size_t kShortName = 256;
 
-long long modified(const std::string& path)
+VYX_FIRST_ANSWER long long modified(const std::string& path)
 {
     struct stat st;
     return stat(path.c_str(), &st) == 0 ? static_cast<long long>(st.st_mtime) : -1;
@@ -29,7 +31,7 @@ long long modified(const std::string& path)
 
 // A mime.cache modified at cache is trusted only when no text file it was
 // made from is newer.
-bool cacheIsFresh(const std::string& dir, long long cache)
+VYX_FIRST_ANSWER bool cacheIsFresh(const std::string& dir, long long cache)
 {
     // "globs" counts only where there is no "globs2": the text reader
     // would not look at it either.
@@ -56,7 +58,7 @@ struct MimeDatabase::Source {
 MimeDatabase::MimeDatabase() = default;
 MimeDatabase::~MimeDatabase() = default;
 
-void MimeDatabase::load(const std::vector<std::string>& mimeDirs)
+VYX_FIRST_ANSWER void MimeDatabase::load(const std::vector<std::string>& mimeDirs)
 {
     for (const std::string& dir : mimeDirs) {
         if (addCacheIfFresh(dir))
@@ -70,7 +72,7 @@ void MimeDatabase::load(const std::vector<std::string>& mimeDirs)
     }
 }
 
-bool MimeDatabase::addCache(const std::string& path)
+VYX_FIRST_ANSWER bool MimeDatabase::addCache(const std::string& path)
 {
     std::unique_ptr<Source> source(new Source);
     if (!source->file.open(path) || !source->view.open(source->file.view()))
@@ -79,7 +81,7 @@ bool MimeDatabase::addCache(const std::string& path)
     return true;
 }
 
-bool MimeDatabase::addCacheIfFresh(const std::string& dir)
+VYX_FIRST_ANSWER bool MimeDatabase::addCacheIfFresh(const std::string& dir)
 {
     // One descriptor gives the cache's time and its bytes: a first answer
     // in a new process costs little more than these few calls. Not blocking
@@ -106,7 +108,7 @@ void MimeDatabase::addRules(const MimeTextRules& rules)
         add(std::move(source));
 }
 
-void MimeDatabase::add(std::unique_ptr<Source> source)
+VYX_FIRST_ANSWER void MimeDatabase::add(std::unique_ptr<Source> source)
 {
     if (!m_sources.empty()) {
         const Source& previous = *m_sources.back();
@@ -117,7 +119,7 @@ void MimeDatabase::add(std::unique_ptr<Source> source)
     m_sources.push_back(std::move(source));
 }
 
-NameMatch MimeDatabase::matchName(const char* fileName) const
+VYX_FIRST_ANSWER NameMatch MimeDatabase::matchName(const char* fileName) const
 {
     NameMatch best;
     if (!fileName)
@@ -181,7 +183,7 @@ NameMatch MimeDatabase::matchName(const char* fileName) const
     return best;
 }
 
-const char* MimeDatabase::matchMagic(const unsigned char* data, size_t length, int* priority) const
+VYX_FIRST_ANSWER const char* MimeDatabase::matchMagic(const unsigned char* data, size_t length, int* priority) const
 {
     // The highest priority wins; among equal ones, the directory of higher
     // precedence.
@@ -200,7 +202,7 @@ const char* MimeDatabase::matchMagic(const unsigned char* data, size_t length, i
     return best ? unalias(best) : nullptr;
 }
 
-size_t MimeDatabase::maxExtent() const
+VYX_FIRST_ANSWER size_t MimeDatabase::maxExtent() const
 {
     size_t extent = 0;
     for (const auto& source : m_sources)
@@ -208,7 +210,7 @@ size_t MimeDatabase::maxExtent() const
     return extent;
 }
 
-const char* MimeDatabase::unalias(const char* type) const
+VYX_FIRST_ANSWER const char* MimeDatabase::unalias(const char* type) const
 {
     for (const auto& source : m_sources) {
         if (const char* canonical = source->view.alias(type))
@@ -217,7 +219,7 @@ const char* MimeDatabase::unalias(const char* type) const
     return type;
 }
 
-std::vector<const char*> MimeDatabase::parents(const char* type) const
+VYX_FIRST_ANSWER std::vector<const char*> MimeDatabase::parents(const char* type) const
 {
     std::vector<const char*> list;
     const char* canonical = unalias(type);
@@ -226,7 +228,7 @@ std::vector<const char*> MimeDatabase::parents(const char* type) const
     return list;
 }
 
-bool MimeDatabase::isSubclass(const char* type, const char* base) const
+VYX_FIRST_ANSWER bool MimeDatabase::isSubclass(const char* type, const char* base) const
 {
     type = unalias(type);
     base = unalias(base);

@@ -155,7 +155,7 @@ std::vector<VyxMimeApp> GetPreferredApplications(const char* mime)
     std::vector<std::string> names {mime};
     for (const auto& [canonical, alias] : mimeAliasTable()) {
         if (alias == mime && canonical != mime) {
-            names.insert(names.begin(), canonical);
+            names.insert(names.begin(), std::string(canonical));
             break;
         }
     }

@@ -3,6 +3,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "mime/mimedb_p.h"
+
+#include "core/firstanswer_p.h"
 #include "mime/xdgmime_p.h"
 
 #include "core/environment_p.h"
@@ -35,7 +37,7 @@ std::unique_ptr<MimeDatabase> g_database;
 std::vector<unsigned char> g_readBuffer;  // a file's first bytes, under g_mimeMutex
 
 // The "mime" directories, the user's first. Nothing is created.
-std::vector<std::string> mimeDirs()
+VYX_FIRST_ANSWER std::vector<std::string> mimeDirs()
 {
     std::vector<std::string> dirs;
     std::string dataHome = Vyx::detail::userDataHome();
@@ -46,7 +48,7 @@ std::vector<std::string> mimeDirs()
     return dirs;
 }
 
-MimeDatabase& database()
+VYX_FIRST_ANSWER MimeDatabase& database()
 {
     if (!g_database) {
         g_database.reset(new MimeDatabase);
@@ -56,7 +58,7 @@ MimeDatabase& database()
 }
 
 // No control characters but white space among the first bytes: text.
-bool looksLikeText(const unsigned char* data, size_t length)
+VYX_FIRST_ANSWER bool looksLikeText(const unsigned char* data, size_t length)
 {
     for (size_t i = 0; i < length && i < kTextSniffLength; ++i) {
         unsigned char c = data[i];
@@ -68,7 +70,7 @@ bool looksLikeText(const unsigned char* data, size_t length)
     return true;
 }
 
-const char* typeForData(MimeDatabase& db, const void* data, size_t length, int* priority)
+VYX_FIRST_ANSWER const char* typeForData(MimeDatabase& db, const void* data, size_t length, int* priority)
 {
     if (length == 0) {
         if (priority)
@@ -292,7 +294,7 @@ void xdg_mime_shutdown(void)
 
 namespace Vyx::detail {
 
-const char* guessMimeType(const char* fileName, const void* data, size_t length)
+VYX_FIRST_ANSWER const char* guessMimeType(const char* fileName, const void* data, size_t length)
 {
     std::lock_guard<std::recursive_mutex> lock(g_mimeMutex);
     MimeDatabase& db = database();

@@ -174,7 +174,7 @@ ChildResult runInChild(const ChildOptions& options, const std::function<void()>&
 
     const int code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
     result.outcome = code == kSkipStatus ? ChildResult::Outcome::Skipped
-        : code == 0                      ? ChildResult::Outcome::Passed
+                     : code == 0         ? ChildResult::Outcome::Passed
                                          : ChildResult::Outcome::Failed;
     if (code != kSkipStatus && code != 0)
         result.reason = WIFSIGNALED(status) ? "child killed by signal " + std::to_string(WTERMSIG(status))

@@ -96,11 +96,14 @@ TempHome::TempHome()
     makeDir("run", 0700);
     makeDir("tmp");
 
-    for (const auto& [name, value] :
-         {std::pair<std::string, std::string> {"HOME", m_home}, {"XDG_CONFIG_HOME", m_home + "/.config"},
-          {"XDG_DATA_HOME", m_home + "/.local/share"}, {"XDG_CACHE_HOME", m_home + "/.cache"},
-          {"XDG_CONFIG_DIRS", path("etc/xdg")}, {"XDG_DATA_DIRS", path("usr/share")},
-          {"XDG_RUNTIME_DIR", path("run")}, {"TMPDIR", path("tmp")}})
+    for (const auto& [name, value] : {std::pair<std::string, std::string> {"HOME", m_home},
+                                      {"XDG_CONFIG_HOME", m_home + "/.config"},
+                                      {"XDG_DATA_HOME", m_home + "/.local/share"},
+                                      {"XDG_CACHE_HOME", m_home + "/.cache"},
+                                      {"XDG_CONFIG_DIRS", path("etc/xdg")},
+                                      {"XDG_DATA_DIRS", path("usr/share")},
+                                      {"XDG_RUNTIME_DIR", path("run")},
+                                      {"TMPDIR", path("tmp")}})
         m_env.emplace_front(name.c_str(), value.c_str());
     for (const std::string& name : leakingVariables())
         m_env.emplace_front(name.c_str(), nullptr);

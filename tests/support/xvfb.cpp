@@ -55,7 +55,7 @@ bool XvfbServer::start(std::string* error, bool randr)
     pollfd pfd {fds[0], POLLIN, 0};
     char buffer[32];
     for (ssize_t n; answer.find('\n') == std::string::npos && poll(&pfd, 1, kStartTimeoutMs) > 0 &&
-         (n = read(fds[0], buffer, sizeof buffer)) > 0;)
+                    (n = read(fds[0], buffer, sizeof buffer)) > 0;)
         answer.append(buffer, static_cast<size_t>(n));
     close(fds[0]);
     if (answer.find('\n') == std::string::npos) {

@@ -123,11 +123,8 @@ TEST(RandrDpi, PhysicalSizeSnapAndTurnedCrtcs)
     ASSERT_TRUE(Vyx::detail::rrPrimaryDPI(server, kRoot, nullptr, &y));
     EXPECT_EQ(GetCapturedStderr(), "libvyxcore GetRRPrimaryDPI(): mm_width=490 mm_height=300, rotation=2 main crtc: "
                                    "0 0 1080 1920, dpix=0.000000(0.000000) dpiy=96.000000(99.526531)\n");
-}
 
-TEST(RandrDpi, FailuresNameTheOutputAndTheReason)
-{
-    ScriptedServer server;
+    // Failures name the output and the reason, and leave the answer as it was.
     server.monitor(0, 200, 1000, 2000);
     server.outputInfos[1].name.clear();
     double x = 7;
@@ -344,30 +341,26 @@ TEST(DpiWithoutRandr, ScreenSizeStillAnswers)
 
 // ---- X resource files -----------------------------------------------------
 
-TEST(XrdbFile, ReplacesAppendsAndRemovesLinesInPlace)
+TEST(XrdbFile, ReplacesAppendsAndRemovesLinesInPlaceAndCreatesMissingFiles)
 {
     vyxtest::TempHome world;
-    const std::string file = world.writeFile("res/Xresources", "a: 1\nXft.dpi: 90\nb: 2\n! Xft.dpi was 90\nc: 3");
-    ASSERT_EQ(chmod(file.c_str(), 0640), 0);
-    EXPECT_TRUE(setXrdbParameterInFile(file.c_str(), "Xft.dpi", ":\t", "120", ApplyByXrdb(false)));
-    EXPECT_EQ(vyxtest::readFile(file), "a: 1\nXft.dpi:\t120\nb: 2\nXft.dpi:\t120\nc: 3\n");
-    EXPECT_TRUE(setXrdbParameterInFile(file.c_str(), "Xcursor.theme", ": ", "dmz", ApplyByXrdb(false)));
-    EXPECT_TRUE(setXrdbParameterInFile(file.c_str(), "Xft.dpi", ":", "", ApplyByXrdb(false)));
-    EXPECT_TRUE(setXrdbParameterInFile(file.c_str(), "b:", nullptr, nullptr, ApplyByXrdb(false)));
-    EXPECT_EQ(vyxtest::readFile(file), "a: 1\nc: 3\nXcursor.theme: dmz\n");
-    EXPECT_EQ(vyxtest::fileMode(file), 0640u);
+    const std::string res = world.writeFile("res/Xresources", "a: 1\nXft.dpi: 90\nb: 2\n! Xft.dpi was 90\nc: 3");
+    ASSERT_EQ(chmod(res.c_str(), 0640), 0);
+    EXPECT_TRUE(setXrdbParameterInFile(res.c_str(), "Xft.dpi", ":\t", "120", ApplyByXrdb(false)));
+    EXPECT_EQ(vyxtest::readFile(res), "a: 1\nXft.dpi:\t120\nb: 2\nXft.dpi:\t120\nc: 3\n");
+    EXPECT_TRUE(setXrdbParameterInFile(res.c_str(), "Xcursor.theme", ": ", "dmz", ApplyByXrdb(false)));
+    EXPECT_TRUE(setXrdbParameterInFile(res.c_str(), "Xft.dpi", ":", "", ApplyByXrdb(false)));
+    EXPECT_TRUE(setXrdbParameterInFile(res.c_str(), "b:", nullptr, nullptr, ApplyByXrdb(false)));
+    EXPECT_EQ(vyxtest::readFile(res), "a: 1\nc: 3\nXcursor.theme: dmz\n");
+    EXPECT_EQ(vyxtest::fileMode(res), 0640u);
     EXPECT_EQ(vyxtest::listDir(world.path("res")), std::vector<std::string> {"Xresources"});
-}
 
-TEST(XrdbFile, MissingFilesAreCreatedAndBadArgumentsRefused)
-{
-    vyxtest::TempHome world;
     const std::string file = world.path("new"), empty = world.path("empty"), lost = world.path("no/dir/file");
     EXPECT_TRUE(setXrdbParameterInFile(file.c_str(), "Xft.dpi", ": ", "96", ApplyByXrdb(false)));
     EXPECT_TRUE(setXrdbParameterInFile(empty.c_str(), "Xft.dpi", ": ", "", ApplyByXrdb(false)));
     EXPECT_TRUE(setXrdbParameterInFile(lost.c_str(), "Xft.dpi", ": ", "96", ApplyByXrdb(false)));
     EXPECT_EQ(vyxtest::listDir(world.root()),
-              (std::vector<std::string> {"empty", "etc", "home", "new", "run", "tmp", "usr"}));
+              (std::vector<std::string> {"empty", "etc", "home", "new", "res", "run", "tmp", "usr"}));
     EXPECT_EQ(vyxtest::readFile(empty), "");
     for (const char* bad : {static_cast<const char*>(nullptr), ""}) {
         EXPECT_FALSE(setXrdbParameterInFile(bad, "Xft.dpi", ": ", "1", ApplyByXrdb(false)));

@@ -53,15 +53,16 @@ TEST(InputDevices, TouchClassesThenNamesAndPenAxes)
         {17, "GAOMON TABLET", XISlavePointer, 0, {}},
     };
     std::vector<VyxInputDevice> found = Vyx::detail::touchAndTabletDevices(server);
-    std::vector<std::pair<int, VyxInputDeviceKind>> kinds;
+    using Kinds = std::vector<std::pair<int, VyxInputDeviceKind>>;
+    Kinds kinds;
     for (const VyxInputDevice& device : found)
         kinds.emplace_back(device.id, device.kind);
-    EXPECT_EQ(kinds, (std::vector<std::pair<int, VyxInputDeviceKind>> {{9, TouchscreenDevice},
-                                                                       {10, TouchpadDevice},
-                                                                       {11, TouchpadDevice},
-                                                                       {12, TabletDevice},
-                                                                       {13, TabletDevice},
-                                                                       {17, TabletDevice}}));
+    EXPECT_EQ(kinds, (Kinds {{9, TouchscreenDevice},
+                             {10, TouchpadDevice},
+                             {11, TouchpadDevice},
+                             {12, TabletDevice},
+                             {13, TabletDevice},
+                             {17, TabletDevice}}));
     ASSERT_FALSE(found.empty());
     EXPECT_EQ(found[0].name, "ELAN Touchscreen");
 

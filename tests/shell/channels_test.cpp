@@ -65,11 +65,19 @@ std::string sendToReader(const std::string& fifo, const char* command)
     return std::string(buffer, n > 0 ? n : 0);
 }
 
-std::string makeFifo(const std::string& path)
+// Plants what another user could leave at path: a FIFO (or a plain file)
+// anyone may write, owned by uid.
+std::string plant(const std::string& path, uid_t uid = getuid(), bool fifo = true)
 {
-    EXPECT_EQ(mkfifo(path.c_str(), 0666), 0) << path;
-    chmod(path.c_str(), 0666);
+    unlink(path.c_str());
+    EXPECT_EQ(fifo ? mkfifo(path.c_str(), 0666) : close(open(path.c_str(), O_CREAT | O_WRONLY, 0666)), 0) << path;
+    EXPECT_EQ(chmod(path.c_str(), 0666) | chown(path.c_str(), uid, uid), 0) << path;
     return path;
+}
+
+std::string sendCapturingErrors(const char* command)
+{
+    return vyxtest::stderrOf([command] { EXPECT_FALSE(SendCommandToWM(nullptr, command)); });
 }
 
 ChildOptions withRunUser(const std::string& dir, bool unprivileged = false)
@@ -88,7 +96,7 @@ TEST(ChannelPaths, FollowTheEnvironmentAndDisplay)
     const std::string fifo = world.path("tmp/vyx-wm-:1.0");  // the screen stays
     EXPECT_EQ(GetVyxWMFIFOPath(nullptr), Found(fifo, false));
     EXPECT_EQ(GetVyxDMFIFOPath(nullptr), Found("/var/run/xdmctl/dmctl-:1/socket", false));
-    makeFifo(fifo);
+    plant(fifo);
     EXPECT_EQ(GetVyxWMFIFOPath(nullptr), Found(fifo, true));
     EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(fifo, true));
     ScopedEnv runtimeSet("XDG_RUNTIME_DIR", world.path("run").c_str()), relative("DM_CONTROL", "dm");
@@ -107,23 +115,20 @@ TEST(WmFifo, DeliversTheExactBytesOrFailsAtOnce)
 {
     vyxtest::TempHome world;
     ScopedEnv display("DISPLAY", ":3");
-    const std::string fifo = makeFifo(world.path("run/vyx-wm-:3"));
+    const std::string fifo = plant(world.path("run/vyx-wm-:3"));
     EXPECT_EQ(sendToReader(fifo, "VYXWM_UPDATE_RECENTSMENU\n"), "VYXWM_UPDATE_RECENTSMENU\n");
     EXPECT_EQ(sendToReader(fifo, "VYXWM_UPDATE_ICONFILENAME /a b|c\td\n"), "VYXWM_UPDATE_ICONFILENAME /a b|c\td\n");
     EXPECT_EQ(sendToReader(fifo, nullptr), "");
 
     VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(world.makeDir("runuser")), [&] {
         alarm(10);  // a blocking open would hang here
-        testing::internal::CaptureStderr();
         auto start = std::chrono::steady_clock::now();
-        EXPECT_FALSE(vyxSendCommandToWM(nullptr, "VYXWM_UPDATE_RECENTSMENU\n"));  // nobody reads
+        EXPECT_EQ(vyxtest::stderrOf([] { EXPECT_FALSE(vyxSendCommandToWM(nullptr, "VYXWM_UPDATE_RECENTSMENU\n")); }),
+                  "");  // nobody reads
         EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(2));
-        EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 
         ScopedEnv other("DISPLAY", ":44");  // no FIFO here nor under /var/run/user
-        testing::internal::CaptureStderr();
-        EXPECT_FALSE(SendCommandToWM(nullptr, "X\n"));
-        EXPECT_EQ(testing::internal::GetCapturedStderr(),
+        EXPECT_EQ(sendCapturingErrors("X\n"),
                   advice("SendCommandToWM: Can't access WM fifo file " + world.path("run/vyx-wm-:44.")));
     }));
 }
@@ -139,10 +144,9 @@ TEST(WmFifo, OnlyAnAdministratorFindsAnotherUsersFifo)
         const std::string privateFifo = "/var/run/user/private/E/F/vyx-wm-:5",
                           userFifo = "/var/run/user/1000/vyx-wm-:5";
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, false));  // the last candidate tried
-        makeFifo(privateFifo);
+        plant(privateFifo);
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, true));
-        makeFifo(userFifo);  // searched before "private"
-        EXPECT_EQ(chown(userFifo.c_str(), 1000, 1000), 0);
+        plant(userFifo, 1000);  // searched before "private"
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(userFifo, true));
         EXPECT_EQ(sendToReader(userFifo, "VYXWM_UPDATE_RECENTSMENU\n"), "VYXWM_UPDATE_RECENTSMENU\n");
     }));
@@ -167,29 +171,6 @@ std::string unreadAfter(const std::string& fifo, const std::function<void()>& se
     return std::string(buffer, n > 0 ? size_t(n) : 0);
 }
 
-// Plants what another user could leave at path: a FIFO or a plain file
-// anyone may write, owned by uid.
-void plant(const std::string& path, bool fifo, uid_t uid)
-{
-    unlink(path.c_str());
-    if (fifo) {
-        makeFifo(path);
-    } else {
-        int fd = open(path.c_str(), O_CREAT | O_WRONLY, 0666);
-        EXPECT_GE(fd, 0) << path;
-        close(fd);
-        chmod(path.c_str(), 0666);
-    }
-    EXPECT_EQ(chown(path.c_str(), uid, uid), 0) << path;
-}
-
-std::string sendCapturingErrors(const char* command)
-{
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(SendCommandToWM(nullptr, command));
-    return testing::internal::GetCapturedStderr();
-}
-
 TEST(WmFifo, NothingButTheCallersOwnFifoGetsACommand)
 {
     vyxtest::TempHome world;
@@ -208,11 +189,11 @@ TEST(WmFifo, NothingButTheCallersOwnFifoGetsACommand)
         // directory, where another user may have made the name first.
         ScopedEnv shared("XDG_RUNTIME_DIR", nullptr), primary("DISPLAY", ":0");
         const std::string planted = world.path("tmp/vyx-wm-:0");
-        plant(planted, false, 1234);
+        plant(planted, 1234, false);
         errors = sendCapturingErrors("SECRET\n");
         EXPECT_HAS(errors, planted + " not used: it is not a FIFO\n");
         EXPECT_EQ(vyxtest::readFile(planted), "");
-        plant(planted, true, 1234);
+        plant(planted, 1234);
         EXPECT_EQ(unreadAfter(planted, [&] { errors = sendCapturingErrors("SECRET\n"); }), "");
         EXPECT_HAS(errors, planted + " not used: it belongs to uid 1234, not to uid 0\n");
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(planted, false));
@@ -230,15 +211,15 @@ TEST(WmFifo, AdministratorTakesOnlyTheFifoOfTheUserWhoseDirectoryHoldsIt)
     VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(runUser), [] {
         const std::string intruder = "/var/run/user/1000/vyx-wm-:6",
                           privateFifo = "/var/run/user/private/E/F/vyx-wm-:6", own = "/var/run/user/1001/vyx-wm-:6";
-        plant(intruder, true, 1001);  // 1001's FIFO in 1000's directory
-        plant(privateFifo, true, 0);  // root's FIFO in a directory of 1002
+        plant(intruder, 1001);  // 1001's FIFO in 1000's directory
+        plant(privateFifo, 0);  // root's FIFO in a directory of 1002
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, false));
         std::string errors;
         EXPECT_EQ(unreadAfter(intruder, [&] { errors = sendCapturingErrors("X\n"); }), "");
         EXPECT_HAS(errors, intruder + " not used: it belongs to uid 1001, not to uid 1000\n");
         EXPECT_HAS(errors, privateFifo + " not used: it belongs to uid 0, not to uid 1002\n");
 
-        plant(own, true, 1001);
+        plant(own, 1001);
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(own, true));
         EXPECT_EQ(sendToReader(own, "VYXWM_UPDATE_RECENTSMENU\n"), "VYXWM_UPDATE_RECENTSMENU\n");
     }));
@@ -344,19 +325,16 @@ TEST_F(DmSocket, SendsFieldsByTabsAndCopiesTheReplyToItsFirstLineEnd)
 
 TEST_F(DmSocket, FailuresAreReported)
 {
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(exchange("list", false), "");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+    using vyxtest::stderrOf;
+    EXPECT_EQ(stderrOf([] { EXPECT_EQ(exchange("list", false), ""); }),
               advice("SendCommandToDM: Can't access DM fifo/socket file '" + m_path + "'."));
     {
         DmServer server(m_path, {});  // hangs up without a word
-        testing::internal::CaptureStderr();
-        EXPECT_EQ(exchange("reserve", true), "");
-        EXPECT_EQ(testing::internal::GetCapturedStderr(), "SendCommandToDM: Cannot receive reply\n");
+        EXPECT_EQ(stderrOf([] { EXPECT_EQ(exchange("reserve", true), ""); }),
+                  "SendCommandToDM: Cannot receive reply\n");
     }
-    testing::internal::CaptureStderr();  // the socket file outlives its server
-    EXPECT_FALSE(SendCommandToDM(nullptr, "list"));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+    // The socket file outlives its server.
+    EXPECT_EQ(stderrOf([] { EXPECT_FALSE(SendCommandToDM(nullptr, "list")); }),
               "SendCommandToDM: Cannot connect socket " + m_path + " error=Connection refused\n");
 }
 

@@ -60,18 +60,14 @@ TEST(Session, KindAndSuffixFromDesktopSession)
 TEST(Session, KioskFlagIsDecidedOnce)
 {
     TempHome world;
-    ScopedEnv session("DESKTOP_SESSION", "vyx-tablet-kiosk");
+    ScopedEnv session("DESKTOP_SESSION", "vyx-kiosky");
+    // A fresh process decides: not kiosk outside the kiosk kinds.
+    VYX_EXPECT_CHILD(vyxtest::runInChild({}, [] { EXPECT_FALSE(isVyxKioskSession()); }));
+    setenv("DESKTOP_SESSION", "vyx-tablet-kiosk", 1);
     EXPECT_TRUE(isVyxKioskSession());
     setenv("DESKTOP_SESSION", "vyx", 1);
     EXPECT_TRUE(isVyxKioskSession());
     EXPECT_EQ(whatVyxSession(), VyxDefaultSession);
-}
-
-TEST(Session, NotKioskOutsideKioskKinds)
-{
-    TempHome world;
-    ScopedEnv session("DESKTOP_SESSION", "vyx-kiosky");
-    EXPECT_FALSE(isVyxKioskSession());
 }
 
 TEST(Session, SavedNameRoundTripAndNoneWithoutAHome)
@@ -103,10 +99,11 @@ TEST(Session, SavedNameRoundTripAndNoneWithoutAHome)
     EXPECT_EQ(vyxSessionGetSavedName(), "");
 }
 
-TEST(DisplayName, NumberFromTheName)
+TEST(DisplayName, NumberFromTheNameAndRemoteUnlessLocal)
 {
     TempHome world;
     EXPECT_EQ(GetDisplayNumberByName(nullptr, nullptr), 0);  // no name at all
+    EXPECT_FALSE(isSessionRemote(nullptr, nullptr));
     EXPECT_EQ(GetDisplayNumberByName(":0.0", nullptr), 0);
     EXPECT_EQ(GetDisplayNumberByName("host:12.1", nullptr), 12);
     EXPECT_EQ(GetDisplayNumberByName(":1x", nullptr), -1);
@@ -119,17 +116,13 @@ TEST(DisplayName, NumberFromTheName)
     ScopedEnv display("DISPLAY", ":7");
     EXPECT_EQ(GetDisplayNumberByName(nullptr, nullptr), 7);
     EXPECT_EQ(GetDisplayNumberByName("", nullptr), 7);
-}
 
-TEST(DisplayName, RemoteUnlessLocalOrForwarded)
-{
-    TempHome world;
-    EXPECT_FALSE(isSessionRemote(nullptr, nullptr));
+    // Remote unless local or forwarded.
     for (const char* local : {":0", ":1.0", "localhost:10.0", "127.0.0.1:0"})
         EXPECT_FALSE(isSessionRemote(local, nullptr)) << local;
     for (const char* remote : {"unix:0", "myhost:0", ":x", "10.0.0.2:0"})
         EXPECT_TRUE(isSessionRemote(remote, nullptr)) << remote;
-    ScopedEnv display("DISPLAY", "far:3");
+    ScopedEnv far("DISPLAY", "far:3");
     EXPECT_TRUE(isSessionRemote(nullptr, nullptr));
 }
 

@@ -78,7 +78,6 @@ TEST_F(Trash, EqualNamesGetNumberedNamesAndEachComesBack)
     for (const std::string& path : {first, second, file("a/.bashrc"), dot, file("a/x.tar.gz"), tar})
         ASSERT_TRUE(VyxTrash::moveToTrash((path + "/").c_str())) << path;
     EXPECT_EQ(listDir(files), (Names {".bashrc", "_0.bashrc", "report.txt", "report_0.txt", "x.tar.gz", "x_0.tar.gz"}));
-    EXPECT_EQ(listDir(info)[3], "report_0.txt.trashinfo");
     EXPECT_EQ(fileMode(info + "/report_0.txt.trashinfo"), 0600u);
     EXPECT_TRUE(std::regex_match(readFile(info + "/report_0.txt.trashinfo"),
                                  std::regex("\\[Trash Info\\]\nPath=" + Vyx::encodedUrl(second) +

@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fcntl.h>
 #include <grp.h>
 #include <sched.h>
 #include <sys/mount.h>
@@ -28,10 +29,8 @@ constexpr int kSkipStatus = 77;
 // Reports why the child cannot run the body and ends it as "skipped".
 [[noreturn]] void skipChild(int pipeFd, const std::string& what)
 {
-    std::string reason = what + ": " + std::strerror(errno);
-    if (write(pipeFd, reason.data(), reason.size()) < 0) {
-        // Nothing more to do: the exit status still says "skipped".
-    }
+    const std::string reason = what + ": " + std::strerror(errno);
+    (void)!write(pipeFd, reason.data(), reason.size());  // the exit status says "skipped" anyway
     _exit(kSkipStatus);
 }
 
@@ -65,27 +64,14 @@ void makeMountPoint(const std::string& target, bool directory, const std::string
     if (mount("overlay", ancestor.c_str(), "overlay", 0, options.c_str()) != 0)
         skipChild(pipeFd, "overlay over " + ancestor);
 
-    // Create each missing level below the ancestor.
-    std::string rest = target.substr(ancestor == "/" ? 1 : ancestor.size() + 1);
-    std::string current = ancestor == "/" ? "" : ancestor;
-    std::string::size_type start = 0;
-    while (true) {
-        std::string::size_type slash = rest.find('/', start);
-        current += "/" + rest.substr(start, slash == std::string::npos ? std::string::npos : slash - start);
-        bool last = slash == std::string::npos;
-        if (!exists(current)) {
-            if (last && !directory) {
-                FILE* f = std::fopen(current.c_str(), "w");
-                if (!f)
-                    skipChild(pipeFd, "create " + current);
-                std::fclose(f);
-            } else if (mkdir(current.c_str(), 0755) != 0) {
-                skipChild(pipeFd, "mkdir " + current);
-            }
-        }
-        if (last)
-            break;
-        start = slash + 1;
+    // Every level below the ancestor is missing: make each one.
+    for (std::string::size_type slash = ancestor.size(); slash != std::string::npos;) {
+        slash = target.find('/', slash + 1);
+        const std::string level = target.substr(0, slash);
+        const bool file = slash == std::string::npos && !directory;
+        const int fd = file ? open(level.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0644) : -1;
+        if (file ? fd < 0 || close(fd) != 0 : mkdir(level.c_str(), 0755) != 0)
+            skipChild(pipeFd, "create " + level);
     }
 }
 
@@ -145,16 +131,10 @@ ChildResult runInChild(const ChildOptions& options, const std::function<void()>&
     }
 
     int fds[2];
-    if (pipe(fds) != 0) {
-        result.reason = std::string("pipe: ") + std::strerror(errno);
-        return result;
-    }
     std::fflush(nullptr);
-    pid_t pid = fork();
+    const pid_t pid = pipe(fds) == 0 ? fork() : -1;
     if (pid < 0) {
-        result.reason = std::string("fork: ") + std::strerror(errno);
-        close(fds[0]);
-        close(fds[1]);
+        result.reason = std::string("pipe or fork: ") + std::strerror(errno);
         return result;
     }
     if (pid == 0) {
@@ -192,17 +172,13 @@ ChildResult runInChild(const ChildOptions& options, const std::function<void()>&
     if (!scratch.empty())
         removeTree(scratch);
 
-    if (WIFEXITED(status) && WEXITSTATUS(status) == kSkipStatus) {
-        result.outcome = ChildResult::Outcome::Skipped;
-    } else if (WIFEXITED(status) && WEXITSTATUS(status) == 0) {
-        result.outcome = ChildResult::Outcome::Passed;
-    } else {
-        result.outcome = ChildResult::Outcome::Failed;
-        if (WIFSIGNALED(status))
-            result.reason = "child killed by signal " + std::to_string(WTERMSIG(status));
-        else
-            result.reason = "child failed (exit status " + std::to_string(WEXITSTATUS(status)) + ")";
-    }
+    const int code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    result.outcome = code == kSkipStatus ? ChildResult::Outcome::Skipped
+                     : code == 0         ? ChildResult::Outcome::Passed
+                                         : ChildResult::Outcome::Failed;
+    if (code != kSkipStatus && code != 0)
+        result.reason = WIFSIGNALED(status) ? "child killed by signal " + std::to_string(WTERMSIG(status))
+                                            : "child failed (exit status " + std::to_string(code) + ")";
     return result;
 }
 

@@ -13,11 +13,6 @@
 
 namespace vyxtest {
 
-bool setMtime(const std::string& path, time_t when)
-{
-    return setTimes(path, when, when);
-}
-
 void findFiles(const std::string& dir, const std::string& suffix, int depth, std::vector<std::string>* out)
 {
     for (const std::string& name : listDir(dir)) {

@@ -17,9 +17,6 @@
 
 namespace vyxtest {
 
-// Sets both times of path; false when it cannot.
-bool setMtime(const std::string& path, time_t when);
-
 // Regular files under dir whose names end with suffix, entering depth levels
 // of subdirectories (links followed), appended to *out.
 void findFiles(const std::string& dir, const std::string& suffix, int depth, std::vector<std::string>* out);
@@ -46,6 +43,10 @@ time_t mtimeOf(const std::string& path);
 time_t atimeOf(const std::string& path);
 // Sets both times of path; false when that fails.
 bool setTimes(const std::string& path, time_t atime, time_t mtime);
+inline bool setMtime(const std::string& path, time_t when)
+{
+    return setTimes(path, when, when);
+}
 
 }  // namespace vyxtest
 

@@ -25,9 +25,8 @@ bool exists(const std::string& path)
 TEST(Harness, TempHomeIsolatesAndCleansUp)
 {
     std::string root;
+    vyxtest::ScopedEnv display("DISPLAY", ":99"), vyx("VYX_RC_FILE", "/x"), home("HOME", "/nowhere");
     {
-        vyxtest::ScopedEnv display("DISPLAY", ":99");
-        vyxtest::ScopedEnv vyx("VYX_RC_FILE", "/x");
         vyxtest::TempHome world;
         root = world.root();
         EXPECT_EQ(std::getenv("HOME"), world.home());
@@ -37,6 +36,10 @@ TEST(Harness, TempHomeIsolatesAndCleansUp)
         EXPECT_EQ(vyxtest::readFile(world.path("home/a/b/c.txt")), "x");
     }
     EXPECT_FALSE(exists(root));
+    // And the environment is the test's own again.
+    EXPECT_STREQ(std::getenv("DISPLAY"), ":99");
+    EXPECT_STREQ(std::getenv("HOME"), "/nowhere");
+    EXPECT_STREQ(std::getenv("VYX_RC_FILE"), "/x");
 }
 
 TEST(Harness, ChildrenMountPrivatelyDropRightsAndReportFailures)

@@ -13,6 +13,8 @@
 #include <stdexcept>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
+#include <vector>
 
 extern char** environ;
 
@@ -83,50 +85,34 @@ TempHome::TempHome()
 {
     const char* base = std::getenv("TMPDIR");
     std::string templ = std::string(base && *base ? base : "/tmp") + "/vyxcore-test-XXXXXX";
-    std::vector<char> buffer(templ.begin(), templ.end());
-    buffer.push_back('\0');
-    if (!mkdtemp(buffer.data()))
+    if (!mkdtemp(&templ[0]))
         throw std::runtime_error(std::string("mkdtemp: ") + std::strerror(errno));
     // World-searchable, so that a test that drops privileges can reach it.
-    chmod(buffer.data(), 0755);
-    m_root = buffer.data();
+    chmod(templ.c_str(), 0755);
+    m_root = templ;
     m_home = makeDir("home");
     makeDir("etc/xdg");
     makeDir("usr/share");
     makeDir("run", 0700);
     makeDir("tmp");
 
-    saveAndSet("HOME", m_home.c_str());
-    saveAndSet("XDG_CONFIG_HOME", (m_home + "/.config").c_str());
-    saveAndSet("XDG_DATA_HOME", (m_home + "/.local/share").c_str());
-    saveAndSet("XDG_CACHE_HOME", (m_home + "/.cache").c_str());
-    saveAndSet("XDG_CONFIG_DIRS", path("etc/xdg").c_str());
-    saveAndSet("XDG_DATA_DIRS", path("usr/share").c_str());
-    saveAndSet("XDG_RUNTIME_DIR", path("run").c_str());
-    saveAndSet("TMPDIR", path("tmp").c_str());
+    for (const auto& [name, value] : {std::pair<std::string, std::string> {"HOME", m_home},
+                                      {"XDG_CONFIG_HOME", m_home + "/.config"},
+                                      {"XDG_DATA_HOME", m_home + "/.local/share"},
+                                      {"XDG_CACHE_HOME", m_home + "/.cache"},
+                                      {"XDG_CONFIG_DIRS", path("etc/xdg")},
+                                      {"XDG_DATA_DIRS", path("usr/share")},
+                                      {"XDG_RUNTIME_DIR", path("run")},
+                                      {"TMPDIR", path("tmp")}})
+        m_env.emplace_front(name.c_str(), value.c_str());
     for (const std::string& name : leakingVariables())
-        saveAndSet(name.c_str(), nullptr);
+        m_env.emplace_front(name.c_str(), nullptr);
 }
 
 TempHome::~TempHome()
 {
-    for (auto it = m_saved.rbegin(); it != m_saved.rend(); ++it) {
-        if (it->second.first)
-            setenv(it->first.c_str(), it->second.second.c_str(), 1);
-        else
-            unsetenv(it->first.c_str());
-    }
+    m_env.clear();
     removeTree(m_root);
-}
-
-void TempHome::saveAndSet(const char* name, const char* value)
-{
-    const char* old = std::getenv(name);
-    m_saved.push_back({name, {old != nullptr, old ? old : ""}});
-    if (value)
-        setenv(name, value, 1);
-    else
-        unsetenv(name);
 }
 
 std::string TempHome::path(const std::string& relative) const

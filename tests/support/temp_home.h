@@ -10,10 +10,9 @@
 // pointed at it. Everything is restored and removed when it goes out of
 // scope. Tests never see the real user's files.
 
+#include <list>
 #include <string>
 #include <sys/types.h>
-#include <utility>
-#include <vector>
 
 namespace vyxtest {
 
@@ -61,11 +60,9 @@ public:
     std::string writeFile(const std::string& relative, const std::string& content) const;
 
 private:
-    void saveAndSet(const char* name, const char* value);
-
     std::string m_root;
     std::string m_home;
-    std::vector<std::pair<std::string, std::pair<bool, std::string>>> m_saved;
+    std::list<ScopedEnv> m_env;  // put back in reverse order of setting
 };
 
 // Reads a whole file; empty when it cannot be read.

@@ -17,18 +17,29 @@
 
 namespace vyxtest {
 
-testing::AssertionResult containsAll(const char* textExpr, const char*, const std::string& text,
-                                     const std::vector<std::string>& pieces);
-testing::AssertionResult containsNone(const char* textExpr, const char*, const std::string& text,
-                                      const std::vector<std::string>& pieces);
+// Whether text holds every piece (wanted) or none of them; the failure names
+// the first piece amiss and shows the whole text.
+template <bool wanted>
+testing::AssertionResult contains(const char* textExpr, const char*, const std::string& text,
+                                  const std::vector<std::string>& pieces)
+{
+    for (const std::string& piece : pieces) {
+        if ((text.find(piece) != std::string::npos) != wanted)
+            return testing::AssertionFailure()
+                   << textExpr << (wanted ? " lacks \"" : " holds \"") << piece << "\"; it is:\n"
+                   << text;
+    }
+    return testing::AssertionSuccess();
+}
+
 // Runs body and returns what it printed on standard error.
 std::string stderrOf(const std::function<void()>& body);
 
 }  // namespace vyxtest
 
 #define EXPECT_HAS(text, ...)                                                                                          \
-    EXPECT_PRED_FORMAT2(::vyxtest::containsAll, text, (std::vector<std::string> {__VA_ARGS__}))
+    EXPECT_PRED_FORMAT2(::vyxtest::contains<true>, text, (std::vector<std::string> {__VA_ARGS__}))
 #define EXPECT_LACKS(text, ...)                                                                                        \
-    EXPECT_PRED_FORMAT2(::vyxtest::containsNone, text, (std::vector<std::string> {__VA_ARGS__}))
+    EXPECT_PRED_FORMAT2(::vyxtest::contains<false>, text, (std::vector<std::string> {__VA_ARGS__}))
 
 #endif

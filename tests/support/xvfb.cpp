@@ -30,15 +30,9 @@ XvfbServer::~XvfbServer()
 bool XvfbServer::start(std::string* error, bool randr)
 {
     int fds[2];
-    if (pipe(fds) != 0) {
-        *error = std::string("pipe: ") + std::strerror(errno);
-        return false;
-    }
-    pid_t pid = fork();
+    const pid_t pid = pipe(fds) == 0 ? fork() : -1;
     if (pid < 0) {
-        *error = std::string("fork: ") + std::strerror(errno);
-        close(fds[0]);
-        close(fds[1]);
+        *error = std::string("pipe or fork: ") + std::strerror(errno);
         return false;
     }
     if (pid == 0) {
@@ -59,16 +53,10 @@ bool XvfbServer::start(std::string* error, bool randr)
 
     std::string answer;
     pollfd pfd {fds[0], POLLIN, 0};
-    while (answer.find('\n') == std::string::npos) {
-        int ready = poll(&pfd, 1, kStartTimeoutMs);
-        if (ready <= 0)
-            break;
-        char buffer[32];
-        ssize_t n = read(fds[0], buffer, sizeof buffer);
-        if (n <= 0)
-            break;
+    char buffer[32];
+    for (ssize_t n; answer.find('\n') == std::string::npos && poll(&pfd, 1, kStartTimeoutMs) > 0 &&
+                    (n = read(fds[0], buffer, sizeof buffer)) > 0;)
         answer.append(buffer, static_cast<size_t>(n));
-    }
     close(fds[0]);
     if (answer.find('\n') == std::string::npos) {
         *error = "Xvfb did not start (is the xvfb package installed?)";
@@ -93,11 +81,7 @@ void XvfbTest::SetUp()
 {
     std::string error;
     ASSERT_TRUE(m_server.start(&error)) << error;
-    if (const char* old = std::getenv("DISPLAY")) {
-        m_hadDisplay = true;
-        m_oldDisplay = old;
-    }
-    setenv("DISPLAY", m_server.displayName().c_str(), 1);
+    m_displayEnv = std::make_unique<ScopedEnv>("DISPLAY", m_server.displayName().c_str());
     m_display = XOpenDisplay(m_server.displayName().c_str());
     ASSERT_NE(m_display, nullptr) << "cannot connect to " << m_server.displayName();
 }
@@ -108,10 +92,7 @@ void XvfbTest::TearDown()
         XCloseDisplay(m_display);
     m_display = nullptr;
     m_server.stop();
-    if (m_hadDisplay)
-        setenv("DISPLAY", m_oldDisplay.c_str(), 1);
-    else
-        unsetenv("DISPLAY");
+    m_displayEnv.reset();
 }
 
 unsigned long announceWindowManager(Display* display, const char* name)

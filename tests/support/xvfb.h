@@ -8,6 +8,9 @@
 // A real X server for tests: Xvfb with RandR, started on a display number it
 // finds free itself (-displayfd), stopped on destruction.
 
+#include "support/temp_home.h"
+
+#include <memory>
 #include <string>
 #include <sys/types.h>
 
@@ -56,8 +59,7 @@ protected:
 private:
     XvfbServer m_server;
     Display* m_display = nullptr;
-    std::string m_oldDisplay;
-    bool m_hadDisplay = false;
+    std::unique_ptr<ScopedEnv> m_displayEnv;
 };
 
 }  // namespace vyxtest

@@ -320,7 +320,7 @@ const std::vector<std::string>& VyxIconTheme::otherPaths() const
 }
 bool VyxIconTheme::hasValidCache() const
 {
-    return d->cacheReader && d->cacheReader->isValid();
+    return d->cache && d->cache->isValid();
 }
 
 bool VyxIconTheme::load()
@@ -423,7 +423,7 @@ bool VyxIconTheme::load()
         d->subdirs.push_back(std::move(subdir));
     }
 
-    d->cacheReader.reset(new VyxIconCacheGtkReader(d->path));
+    d->cache = std::make_unique<Vyx::detail::IconThemeCache>(d->path);
     const std::string base = Vyx::lastSection(d->path, '/');
     for (const std::string& dir : GetThemesSearchDirs()) {
         std::string candidate = dir + "/" + base;

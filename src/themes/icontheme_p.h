@@ -14,7 +14,6 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace Vyx::detail {
@@ -66,14 +65,13 @@ public:
 
 // Where a theme's lookups look, as ids into its file listing.
 struct IconThemeLayout {
-    static constexpr uint32_t kNoDir = 0xFFFFFFFFu;
+    explicit IconThemeLayout(std::shared_ptr<Vyx::detail::IconDirList> list) : files(list), list(std::move(list)) { }
     Vyx::detail::IconFiles files;
+    std::shared_ptr<const Vyx::detail::IconDirList> list;
     // Subdir i under the theme's path is dirs[i * stride], under other
     // path k it is dirs[i * stride + 1 + k].
     size_t stride = 1;
     std::vector<uint32_t> dirs;
-    // The theme's directories by their relative path, as the cache names them.
-    std::unordered_map<std::string, uint32_t> byRelativePath;
     // The directories searched outside every theme, in their order.
     std::vector<std::pair<std::string, uint32_t>> outOfThemes;
     uint32_t subdir(size_t index, size_t copy) const { return dirs[index * stride + copy]; }
@@ -102,7 +100,8 @@ public:
     uint32_t cacheSize = 2000;
     // The answers of getIconPath, with their own mutex.
     Vyx::detail::IconPathCache answers {cacheSize};
-    std::unique_ptr<VyxIconCacheGtkReader> cacheReader;
+    // The theme's icon-theme.cache, mapped once, opened at the end of load.
+    std::unique_ptr<Vyx::detail::IconThemeCache> cache;
     std::shared_ptr<IconThemeLayout> layout;  // made by the first lookup
     std::mutex layoutMutex;
 
@@ -129,8 +128,7 @@ public:
     // One search pass of getIconPath; empty when it finds nothing.
     std::string searchPass(Vyx::detail::IconProbe& probe, const std::string& searchName, const char* iconName,
                            int iconSize, int size, const char* iconContext, bool generic);
-    std::string searchThemeCache(Vyx::detail::IconProbe& probe, const std::string& searchName, const char* iconName,
-                                 int size);
+    std::string searchThemeCache(Vyx::detail::IconProbe& probe, const char* iconName, int size);
     std::string searchOutOfThemes(Vyx::detail::IconProbe& probe, const char* iconName);
     std::string searchParents(const std::string& searchName, const char* iconName, int size, const char* iconContext);
 };

@@ -64,7 +64,8 @@ uint16_t readCache16(const ByteView& bytes, std::atomic<bool>* valid, uint64_t o
     return value;
 }
 
-bool openIconCache(const std::string& themePath, const std::string& cachePath, MappedFile* file, IconCacheStamp* stamp)
+bool openIconCache(const std::string& themePath, const std::string& cachePath, MappedFile* file, IconCacheStamp* stamp,
+                   std::vector<SeenDirectory>* seen)
 {
     const char* path = cachePath.c_str();
     struct stat themeStat, cacheStat;
@@ -115,6 +116,8 @@ bool openIconCache(const std::string& themePath, const std::string& cachePath, M
             diag(kLibraryPrefix, "no theme subdir %s in cache %s\n", dir.c_str(), path);
             return false;
         }
+        if (seen)
+            seen->emplace_back(name, S_ISDIR(dirStat.st_mode));
         if (seconds(cacheStat) < seconds(dirStat)) {
             diag(kLibraryPrefix, "theme subdir %s is newer than cache %s, %lu < %lu\n", dir.c_str(), path,
                  seconds(cacheStat), seconds(dirStat));
@@ -180,9 +183,10 @@ void cacheImagesAt(const ByteView& bytes, std::atomic<bool>* valid, const std::s
     }
 }
 
-IconThemeCache::IconThemeCache(const std::string& themePath) : m_cachePath(themePath + "/icon-theme.cache")
+IconThemeCache::IconThemeCache(const std::string& themePath, std::vector<SeenDirectory>* seen)
+    : m_cachePath(themePath + "/icon-theme.cache")
 {
-    m_valid = openIconCache(themePath, m_cachePath, &m_file, &m_stamp);
+    m_valid = openIconCache(themePath, m_cachePath, &m_file, &m_stamp, seen);
 }
 
 void IconThemeCache::lookup(const std::string& iconName, std::vector<IconCacheImage>* images)

@@ -15,6 +15,7 @@
 #include <atomic>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <sys/types.h>
 #include <vector>
 
@@ -27,10 +28,16 @@ struct IconCacheStamp {
     ino_t inode = 0;
 };
 
+// A directory the cache lists (its name, inside the mapping) and whether
+// the checks found a directory there.
+using SeenDirectory = std::pair<std::string_view, bool>;
+
 // Maps themePath's cache (cachePath) into *file and checks it: present, not
 // older than the theme or any directory it lists, version 1. Reports what
-// is wrong on standard error; true when the cache may be believed.
-bool openIconCache(const std::string& themePath, const std::string& cachePath, MappedFile* file, IconCacheStamp* stamp);
+// is wrong on standard error; true when the cache may be believed. *seen,
+// when given, receives every directory the checks looked at.
+bool openIconCache(const std::string& themePath, const std::string& cachePath, MappedFile* file, IconCacheStamp* stamp,
+                   std::vector<SeenDirectory>* seen = nullptr);
 
 // Big-endian reads that stay inside bytes and keep the format's alignment;
 // a read that breaks either answers 0 and clears *valid.
@@ -62,7 +69,8 @@ void cacheImagesAt(const ByteView& bytes, std::atomic<bool>* valid, const std::s
 // makes the record invalid for every later one.
 class IconThemeCache {
 public:
-    explicit IconThemeCache(const std::string& themePath);
+    // *seen as openIconCache gives it.
+    explicit IconThemeCache(const std::string& themePath, std::vector<SeenDirectory>* seen = nullptr);
     IconThemeCache(const IconThemeCache&) = delete;
     IconThemeCache& operator=(const IconThemeCache&) = delete;
 

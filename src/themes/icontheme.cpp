@@ -22,6 +22,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <unistd.h>
 
 namespace Vyx::detail {
@@ -391,9 +392,22 @@ bool VyxIconTheme::load()
     d->hidden = Vyx::contains(text("Hidden").c_str(), "rue");
     d->exampleIcon = text("Example");
 
-    Vyx::detail::DirectoryProbe directories(d->path);
+    // The cache's checks look at every directory it lists: what they saw
+    // spares those of the index a second look.
+    std::vector<Vyx::detail::SeenDirectory> seen;
+    d->cache = std::make_unique<Vyx::detail::IconThemeCache>(d->path, &seen);
+    std::sort(seen.begin(), seen.end());
+    std::optional<Vyx::detail::DirectoryProbe> probe;
+    auto isDirectory = [&](const std::string& dir) {
+        auto known = std::lower_bound(seen.begin(), seen.end(), Vyx::detail::SeenDirectory(dir, false));
+        if (known != seen.end() && known->first == dir)
+            return known->second;
+        if (!probe)
+            probe.emplace(d->path);
+        return probe->isDirectory(dir);
+    };
     for (const std::string& dir : splitList(ini.value(main, "Directories"))) {
-        if (!directories.isDirectory(dir))
+        if (!isDirectory(dir))
             continue;
         VyxIconThemeSubdir subdir(dir);
         const int group = ini.group(dir.c_str());
@@ -423,7 +437,6 @@ bool VyxIconTheme::load()
         d->subdirs.push_back(std::move(subdir));
     }
 
-    d->cache = std::make_unique<Vyx::detail::IconThemeCache>(d->path);
     const std::string base = Vyx::lastSection(d->path, '/');
     for (const std::string& dir : GetThemesSearchDirs()) {
         std::string candidate = dir + "/" + base;

@@ -117,7 +117,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
     using namespace Vyx::detail;
     IconThemeCache record(theme);
     auto list = std::make_shared<IconDirList>();
-    const std::vector<const char*> cachedDirs = record.directories();
+    std::vector<const char*> cachedDirs;
+    if (record.isValid()) {
+        for (const SeenDirectory& dir : record.directories())
+            cachedDirs.push_back(dir.first.data());
+    }
     list->cache = record.isValid() ? &record : nullptr;
     list->idOfCacheIndex.assign(cachedDirs.size(), IconProbe::kNoDir);
     const uint16_t base = list->addBase(theme);

@@ -154,10 +154,10 @@ uint32_t findCacheEntry(const ByteView& bytes, std::atomic<bool>* valid, const s
 }
 
 void cacheImagesAt(const ByteView& bytes, std::atomic<bool>* valid, const std::string& cachePath, uint32_t entry,
-                   std::vector<IconCacheImage>* images)
+                   std::vector<IconCacheImage>* images, const std::vector<SeenDirectory>* dirs)
 {
-    const uint32_t dirList = readCache32(bytes, valid, 8);
-    const uint32_t dirCount = readCache32(bytes, valid, dirList);
+    const uint32_t dirList = dirs ? 0 : readCache32(bytes, valid, 8);
+    const uint32_t dirCount = dirs ? uint32_t(dirs->size()) : readCache32(bytes, valid, dirList);
     const uint32_t list = readCache32(bytes, valid, uint64_t(entry) + 8);
     const uint32_t count = readCache32(bytes, valid, list);
     if (!valid->load(std::memory_order_relaxed) || uint64_t(list) + 8 * uint64_t(count) + 4 > bytes.size()) {
@@ -169,11 +169,15 @@ void cacheImagesAt(const ByteView& bytes, std::atomic<bool>* valid, const std::s
     for (uint32_t j = 0; j < count && valid->load(std::memory_order_relaxed); ++j) {
         const uint16_t dir = readCache16(bytes, valid, uint64_t(list) + 4 + 8 * uint64_t(j));
         const uint16_t flags = readCache16(bytes, valid, uint64_t(list) + 6 + 8 * uint64_t(j));
-        const uint32_t nameOffset = readCache32(bytes, valid, uint64_t(dirList) + 4 + 4 * uint64_t(dir));
         // The caller reads the name as a C string, so it must end inside
         // the mapping.
-        const char* name =
-            valid->load(std::memory_order_relaxed) && dir < dirCount ? bytes.string(nameOffset) : nullptr;
+        const char* name = nullptr;
+        if (dirs) {
+            name = valid->load(std::memory_order_relaxed) && dir < dirCount ? (*dirs)[dir].first.data() : nullptr;
+        } else {
+            const uint32_t nameOffset = readCache32(bytes, valid, uint64_t(dirList) + 4 + 4 * uint64_t(dir));
+            name = valid->load(std::memory_order_relaxed) && dir < dirCount ? bytes.string(nameOffset) : nullptr;
+        }
         if (!name) {
             diag(kLibraryPrefix, "cache %s read hash item failed\n", cachePath.c_str());
             valid->store(false, std::memory_order_relaxed);
@@ -183,36 +187,18 @@ void cacheImagesAt(const ByteView& bytes, std::atomic<bool>* valid, const std::s
     }
 }
 
-IconThemeCache::IconThemeCache(const std::string& themePath, std::vector<SeenDirectory>* seen)
-    : m_cachePath(themePath + "/icon-theme.cache")
+IconThemeCache::IconThemeCache(const std::string& themePath) : m_cachePath(themePath + "/icon-theme.cache")
 {
-    m_valid = openIconCache(themePath, m_cachePath, &m_file, &m_stamp, seen);
+    m_valid = openIconCache(themePath, m_cachePath, &m_file, &m_stamp, &m_dirs);
 }
 
 void IconThemeCache::lookup(const std::string& iconName, std::vector<IconCacheImage>* images)
 {
     images->clear();
     const ByteView bytes = m_file.view();
+    // The directory names were checked when the cache was opened.
     if (const uint32_t entry = findCacheEntry(bytes, &m_valid, m_cachePath, iconName))
-        cacheImagesAt(bytes, &m_valid, m_cachePath, entry, images);
-}
-
-std::vector<const char*> IconThemeCache::directories() const
-{
-    std::vector<const char*> names;
-    const ByteView bytes = m_file.view();
-    uint32_t dirList = 0, dirCount = 0;
-    if (!isValid() || !bytes.u32(8, &dirList) || dirList % 4 != 0 || !bytes.u32(dirList, &dirCount) ||
-        !bytes.contains(uint64_t(dirList) + 4, 4 * uint64_t(dirCount)))
-        return names;
-    names.reserve(dirCount);
-    for (uint32_t i = 0; i < dirCount; ++i) {
-        const char* name = bytes.string(bytes.u32At(uint64_t(dirList) + 4 + 4 * uint64_t(i)));
-        if (!name)
-            return {};
-        names.push_back(name);
-    }
-    return names;
+        cacheImagesAt(bytes, &m_valid, m_cachePath, entry, images, &m_dirs);
 }
 
 bool IconThemeCache::stillInPlace() const

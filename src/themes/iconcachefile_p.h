@@ -28,14 +28,15 @@ struct IconCacheStamp {
     ino_t inode = 0;
 };
 
-// A directory the cache lists (its name, inside the mapping) and whether
-// the checks found a directory there.
+// A directory the cache lists (its name, inside the mapping and ending
+// there) and whether the checks found a directory there.
 using SeenDirectory = std::pair<std::string_view, bool>;
 
 // Maps themePath's cache (cachePath) into *file and checks it: present, not
 // older than the theme or any directory it lists, version 1. Reports what
 // is wrong on standard error; true when the cache may be believed. *seen,
-// when given, receives every directory the checks looked at.
+// when given, receives every directory the checks looked at, in the
+// cache's order.
 bool openIconCache(const std::string& themePath, const std::string& cachePath, MappedFile* file, IconCacheStamp* stamp,
                    std::vector<SeenDirectory>* seen = nullptr);
 
@@ -60,17 +61,17 @@ uint32_t findCacheEntry(const ByteView& bytes, std::atomic<bool>* valid, const s
                         const std::string& iconName);
 // The images of the entry at offset entry, appended to *images in the
 // cache's order; a damaged list is reported, clears *valid and ends the
-// list where the damage starts.
+// list where the damage starts. dirs, when given, is the whole directory
+// list as openIconCache checked it, read from there instead of the file.
 void cacheImagesAt(const ByteView& bytes, std::atomic<bool>* valid, const std::string& cachePath, uint32_t entry,
-                   std::vector<IconCacheImage>* images);
+                   std::vector<IconCacheImage>* images, const std::vector<SeenDirectory>* dirs = nullptr);
 
 // The theme's record of its cache: the one mapping, opened at load and kept
 // for the theme's life. Lookups take no lock; a damaged part found by one
 // makes the record invalid for every later one.
 class IconThemeCache {
 public:
-    // *seen as openIconCache gives it.
-    explicit IconThemeCache(const std::string& themePath, std::vector<SeenDirectory>* seen = nullptr);
+    explicit IconThemeCache(const std::string& themePath);
     IconThemeCache(const IconThemeCache&) = delete;
     IconThemeCache& operator=(const IconThemeCache&) = delete;
 
@@ -78,9 +79,9 @@ public:
     // The images of iconName; empty when it has none or the cache is not
     // believed (any more).
     void lookup(const std::string& iconName, std::vector<IconCacheImage>* images);
-    // The names of the directories the cache lists, by index; empty when
-    // the list cannot be read.
-    std::vector<const char*> directories() const;
+    // The directories the checks looked at, by index: all the cache lists
+    // when it is valid.
+    const std::vector<SeenDirectory>& directories() const { return m_dirs; }
     // Whether the file at the cache's path is still the one mapped.
     bool stillInPlace() const;
     int64_t modified() const { return m_stamp.modified; }
@@ -89,6 +90,7 @@ private:
     std::string m_cachePath;
     MappedFile m_file;
     IconCacheStamp m_stamp;
+    std::vector<SeenDirectory> m_dirs;
     std::atomic<bool> m_valid {false};
 };
 

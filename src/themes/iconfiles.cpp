@@ -305,36 +305,43 @@ const std::vector<IconCacheImage>& IconProbe::cacheImages()
     return m_images[0];
 }
 
-IconProbe::Known IconProbe::known(uint32_t dir, bool bare, IconFileKind kind)
+IconProbe::Kinds IconProbe::kindsIn(uint32_t dir, bool bare)
 {
     if (!m_listing || dir == kNoDir)
-        return Known::Unknown;
+        return {};
     const IconDirState& state = m_listing->dir(dir);
-    if (!(state.known & kind))
-        return Known::Unknown;
-    const std::string_view stem = bare ? std::string_view(*m_name) : splitIconFileName(*m_name).first;
-    uint8_t kinds = 0;
-    if (!state.fromCache) {
-        kinds = IconListing::kindsOf(state, stem);
-    } else {
-        const int slot = bare ? 0 : 1;
-        if (bare) {
-            cacheImages();
-        } else if (!m_imagesKnown[1]) {
-            m_imagesKnown[1] = true;
-            m_cache->lookup(std::string(stem), &m_images[1]);
-            m_imagesBelieved[1] = m_cache->isValid();
-        }
-        if (!m_imagesBelieved[slot])
-            return Known::Unknown;
-        const int32_t index = m_listing->dirs().cacheIndex(dir);
-        for (const IconCacheImage& image : m_images[slot]) {
-            if (int32_t(image.index) == index)
-                kinds = uint8_t((image.flags & kCachedPng ? kPngFile : 0) | (image.flags & kCachedSvg ? kSvgFile : 0) |
-                                (image.flags & kCachedXpm ? kXpmFile : 0));
-        }
+    if (!state.known)
+        return {};
+    if (!state.fromCache)
+        return {IconListing::kindsOf(state, bare ? std::string_view(*m_name) : splitIconFileName(*m_name).first),
+                state.known};
+    const int slot = bare ? 0 : 1;
+    if (bare) {
+        cacheImages();
+    } else if (!m_imagesKnown[1]) {
+        m_imagesKnown[1] = true;
+        m_cache->lookup(std::string(splitIconFileName(*m_name).first), &m_images[1]);
+        m_imagesBelieved[1] = m_cache->isValid();
     }
-    if (!(kinds & kind))
+    if (!m_imagesBelieved[slot])
+        return {};
+    Kinds kinds {0, state.known};
+    const int32_t index = m_listing->dirs().cacheIndex(dir);
+    for (const IconCacheImage& image : m_images[slot]) {
+        if (int32_t(image.index) == index)
+            kinds.present =
+                uint8_t((image.flags & kCachedPng ? kPngFile : 0) | (image.flags & kCachedSvg ? kSvgFile : 0) |
+                        (image.flags & kCachedXpm ? kXpmFile : 0));
+    }
+    return kinds;
+}
+
+IconProbe::Known IconProbe::known(uint32_t dir, bool bare, IconFileKind kind)
+{
+    const Kinds kinds = kindsIn(dir, bare);
+    if (!(kinds.sure & kind))
+        return Known::Unknown;
+    if (!(kinds.present & kind))
         return Known::Absent;
     // Other extensions share one mark: "present" may be another of them.
     return kind == kOtherFile ? Known::Unknown : Known::Present;
@@ -344,8 +351,10 @@ bool IconProbe::mayHoldAny(const uint32_t* dirs, size_t count)
 {
     if (!m_listing || m_carriesExtension)
         return true;
+    constexpr uint8_t kBoth = kPngFile | kSvgFile;
     for (size_t k = 0; k < count; ++k) {
-        if (known(dirs[k], true, kPngFile) != Known::Absent || known(dirs[k], true, kSvgFile) != Known::Absent)
+        const Kinds kinds = kindsIn(dirs[k], true);
+        if ((kinds.sure & kBoth) != kBoth || (kinds.present & kBoth))
             return true;
     }
     return false;

@@ -196,7 +196,12 @@ public:
 
 private:
     enum class Known { Absent, Present, Unknown };
-    // What the listing knows of stem + the extension of kind in dir.
+    struct Kinds {
+        uint8_t present = 0;  // the kinds of file the directory holds
+        uint8_t sure = 0;  // the kinds the listing is sure about there
+    };
+    // What the listing knows of the name (bare) or its stem in dir.
+    Kinds kindsIn(uint32_t dir, bool bare);
     Known known(uint32_t dir, bool bare, IconFileKind kind);
     bool check(Known known, const std::string& path);
 

@@ -159,10 +159,10 @@ std::shared_ptr<IconThemeLayout> VyxIconThemePrivate::fileLayout()
     std::vector<std::pair<std::string_view, int32_t>> cached;
     if (cache && cache->isValid()) {
         list->cache = cache.get();
-        const std::vector<const char*> names = cache->directories();
+        const std::vector<Vyx::detail::SeenDirectory>& names = cache->directories();
         cached.reserve(names.size());
         for (size_t i = 0; i < names.size(); ++i)
-            cached.emplace_back(names[i], int32_t(i));
+            cached.emplace_back(names[i].first, int32_t(i));
         std::sort(cached.begin(), cached.end());
         list->idOfCacheIndex.assign(names.size(), IconProbe::kNoDir);
     }
@@ -192,6 +192,29 @@ std::shared_ptr<IconThemeLayout> VyxIconThemePrivate::fileLayout()
         id = list->add(list->addBase(dir), {}, Vyx::detail::IconDirList::kOutsideTheme);
     layout = made;
     return layout;
+}
+
+const std::vector<uint32_t>& IconThemeLayout::serving(int size, const std::vector<VyxIconThemeSubdir>& subdirs)
+{
+    std::lock_guard<std::mutex> lock(m_servingMutex);
+    for (const auto& [known, list] : m_serving) {
+        if (known == size)
+            return *list;
+    }
+    // A caller asking ever new sizes gets the list of every subdir once
+    // the lists of the usual few sizes are made: a list in use by another
+    // pass cannot be dropped, and the loop tests each size anyway.
+    const bool every = m_serving.size() >= kServingLists;
+    if (every && !m_serving.empty() && m_serving.back().first == kEverySize)
+        return *m_serving.back().second;
+    auto list = std::make_unique<std::vector<uint32_t>>();
+    for (size_t i = 0; i < subdirs.size(); ++i) {
+        // A subdir of size 0 passes every size.
+        if (every || subdirs[i].size() <= 0 || subdirs[i].matchesSize(size))
+            list->push_back(uint32_t(i));
+    }
+    m_serving.emplace_back(every ? kEverySize : size, std::move(list));
+    return *m_serving.back().second;
 }
 
 void VyxIconThemePrivate::resetLayout()
@@ -294,14 +317,14 @@ std::string VyxIconThemePrivate::searchPass(IconProbe& probe, const std::string&
     // asked about, so that a first lookup reads no other. (Not while
     // debugging: each look has its message.)
     const bool skipUnlisted = !switches.debug;
-    for (size_t i = 0; i < subdirs.size(); ++i) {
+    // The others: both tries below would refuse them for their size.
+    for (const uint32_t i : layout->serving(size, subdirs)) {
         const VyxIconThemeSubdir& subdir = subdirs[i];
         if (size != iconSize && subdir.size() != size)
             continue;
-        if (generic && (isMimeOrApplications(iconContext) || isMimeOrApplications(subdir.context().c_str())))
-            continue;
-        // Both tries below would refuse it for its size.
         if (subdir.size() > 0 && !subdir.matchesSize(size))
+            continue;
+        if (generic && (isMimeOrApplications(iconContext) || isMimeOrApplications(subdir.context().c_str())))
             continue;
         const uint32_t* dirs = &layout->dirs[i * layout->stride];
         if (skipUnlisted && !probe.mayHoldAny(dirs, layout->stride))

@@ -394,8 +394,8 @@ bool VyxIconTheme::load()
 
     // The cache's checks look at every directory it lists: what they saw
     // spares those of the index a second look.
-    std::vector<Vyx::detail::SeenDirectory> seen;
-    d->cache = std::make_unique<Vyx::detail::IconThemeCache>(d->path, &seen);
+    d->cache = std::make_unique<Vyx::detail::IconThemeCache>(d->path);
+    std::vector<Vyx::detail::SeenDirectory> seen = d->cache->directories();
     std::sort(seen.begin(), seen.end());
     std::optional<Vyx::detail::DirectoryProbe> probe;
     auto isDirectory = [&](const std::string& dir) {

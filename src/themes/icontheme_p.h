@@ -75,6 +75,15 @@ struct IconThemeLayout {
     // The directories searched outside every theme, in their order.
     std::vector<std::pair<std::string, uint32_t>> outOfThemes;
     uint32_t subdir(size_t index, size_t copy) const { return dirs[index * stride + copy]; }
+    // The subdirs (by index) whose size rules admit size, in their order;
+    // worked out once per size, as every pass at that size asks again.
+    const std::vector<uint32_t>& serving(int size, const std::vector<VyxIconThemeSubdir>& subdirs);
+
+private:
+    static constexpr size_t kServingLists = 24;
+    static constexpr int kEverySize = -1;  // no caller asks it: sizes below 1 become 32
+    std::mutex m_servingMutex;
+    std::vector<std::pair<int, std::unique_ptr<std::vector<uint32_t>>>> m_serving;
 };
 
 class VyxIconThemePrivate {

@@ -147,11 +147,11 @@ bool IconListing::cacheUsable() const
     // Once per listing: a cache replaced since the theme mapped it (the
     // theme reinstalled under us) no longer tells what the directories
     // hold, even when they look old enough.
-    if (m_cacheUsable < 0) {
+    if (m_cacheUsable.load(std::memory_order_relaxed) < 0) {
         const IconThemeCache* cache = m_dirs->cache;
-        m_cacheUsable = cache && cache->isValid() && cache->stillInPlace();
+        m_cacheUsable.store(cache && cache->isValid() && cache->stillInPlace(), std::memory_order_relaxed);
     }
-    return m_cacheUsable > 0 && m_dirs->cache->isValid();
+    return m_cacheUsable.load(std::memory_order_relaxed) > 0 && m_dirs->cache->isValid();
 }
 
 void IconListing::read(uint32_t id, IconDirState& dir) const
@@ -212,6 +212,10 @@ void IconListing::read(uint32_t id, IconDirState& dir) const
 
 bool IconListing::stillCurrent(int64_t now) const
 {
+    // A theme installed anew may keep its directories' times; its cache is
+    // then the sign that what the old one listed no longer holds.
+    if (m_cacheUsable.load(std::memory_order_relaxed) > 0 && !m_dirs->cache->stillInPlace())
+        return false;
     std::vector<std::string> missing;
     std::string path;
     for (uint32_t id = 0; id < m_dirs->size(); ++id) {

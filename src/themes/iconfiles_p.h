@@ -124,7 +124,7 @@ private:
     mutable std::mutex m_mutex;  // held while one directory is read
     mutable std::vector<std::unique_ptr<std::vector<std::pair<std::string, uint8_t>>>> m_names;
     mutable std::vector<std::string> m_missing;  // directories found missing, and their missing parents
-    mutable int8_t m_cacheUsable = -1;  // -1 not asked yet
+    mutable std::atomic<int8_t> m_cacheUsable {-1};  // -1 not asked yet; set under m_mutex
 };
 
 // A theme's directories and their current listing.

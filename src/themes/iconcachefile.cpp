@@ -42,26 +42,33 @@ unsigned long seconds(const struct stat& st)
     return static_cast<unsigned long>(st.st_mtim.tv_sec);
 }
 
+// A big-endian integer of the format's alignment inside bytes, else 0
+// with *valid cleared.
+template <typename Int> Int readAligned(const ByteView& bytes, std::atomic<bool>* valid, uint64_t offset)
+{
+    Int value = 0;
+    bool read = false;
+    if (offset % sizeof(Int) == 0) {
+        if constexpr (sizeof(Int) == 4)
+            read = bytes.u32(offset, &value);
+        else
+            read = bytes.u16(offset, &value);
+    }
+    if (!read)
+        valid->store(false, std::memory_order_relaxed);
+    return read ? value : 0;
+}
+
 }  // namespace
 
 uint32_t readCache32(const ByteView& bytes, std::atomic<bool>* valid, uint64_t offset)
 {
-    uint32_t value = 0;
-    if (offset % 4 != 0 || !bytes.u32(offset, &value)) {
-        valid->store(false, std::memory_order_relaxed);
-        return 0;
-    }
-    return value;
+    return readAligned<uint32_t>(bytes, valid, offset);
 }
 
 uint16_t readCache16(const ByteView& bytes, std::atomic<bool>* valid, uint64_t offset)
 {
-    uint16_t value = 0;
-    if (offset % 2 != 0 || !bytes.u16(offset, &value)) {
-        valid->store(false, std::memory_order_relaxed);
-        return 0;
-    }
-    return value;
+    return readAligned<uint16_t>(bytes, valid, offset);
 }
 
 bool openIconCache(const std::string& themePath, const std::string& cachePath, MappedFile* file, IconCacheStamp* stamp,

@@ -11,6 +11,11 @@
 // directory of its size, the theme's other copies, the parents, bigger
 // sizes, shorter names) and nearly all of them are missing.
 //
+// A directory the theme's icon-theme.cache covers is answered from the
+// mapped cache, one name at a time; any other is read when a lookup first
+// asks about it. A fresh process thus pays for the names and directories
+// its lookups meet, not for the whole theme.
+//
 // Only "missing" is answered from memory. A file the listing shows is still
 // checked with stat before a lookup returns it, so a deleted icon is never
 // handed out. A file added later can go unseen for a short time: the
@@ -139,9 +144,9 @@ public:
     static std::atomic<bool> enabled;
 
     explicit IconFiles(std::shared_ptr<const IconDirList> dirs) : m_dirs(std::move(dirs)) { }
-    // The listing to answer from; null while another thread compares the
-    // first one with the disk. A call after the interval compares and
-    // starts a new listing when needed.
+    // The listing to answer from; null only when listings are off. A call
+    // after the interval compares the directories read so far with the
+    // disk and starts a new listing when any changed.
     std::shared_ptr<const IconListing> listing(int64_t now);
 
     // A process-wide count of listings that replaced an older one: answers

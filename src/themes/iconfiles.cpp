@@ -210,6 +210,35 @@ void IconListing::read(uint32_t id, IconDirState& dir) const
     m_names.push_back(std::move(names));
 }
 
+const std::vector<std::string>* IconListing::diskImageStems() const
+{
+    if (!m_complete.load(std::memory_order_acquire)) {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        if (!m_complete.load(std::memory_order_relaxed)) {
+            m_allSure = true;
+            for (uint32_t id = 0; id < m_dirs->size(); ++id) {
+                IconDirState& state = m_states[id];
+                if (!state.ready.load(std::memory_order_relaxed)) {
+                    read(id, state);
+                    state.ready.store(true, std::memory_order_release);
+                }
+                if ((state.known & (kPngFile | kSvgFile)) != (kPngFile | kSvgFile))
+                    m_allSure = false;
+                if (!state.names)
+                    continue;
+                for (const auto& [stem, kinds] : *state.names) {
+                    if (kinds & (kPngFile | kSvgFile))
+                        m_diskStems.push_back(stem);
+                }
+            }
+            std::sort(m_diskStems.begin(), m_diskStems.end());
+            m_diskStems.erase(std::unique(m_diskStems.begin(), m_diskStems.end()), m_diskStems.end());
+            m_complete.store(true, std::memory_order_release);
+        }
+    }
+    return m_allSure ? &m_diskStems : nullptr;
+}
+
 bool IconListing::stillCurrent(int64_t now) const
 {
     // A theme installed anew may keep its directories' times; its cache is
@@ -362,6 +391,21 @@ bool IconProbe::mayHoldAny(const uint32_t* dirs, size_t count)
             return true;
     }
     return false;
+}
+
+bool IconProbe::listedNowhere()
+{
+    if (!m_listing || m_carriesExtension)
+        return false;
+    // A name the cache lists is somewhere: the directories are asked one
+    // by one. One it does not list is looked for in what the disk holds.
+    if (!m_cache || !m_listing->dirs().cache) {
+        // No cache stands in for any directory.
+    } else if (cacheImages(), !m_imagesBelieved[0] || !m_images[0].empty()) {
+        return false;
+    }
+    const std::vector<std::string>* stems = m_listing->diskImageStems();
+    return stems && !std::binary_search(stems->begin(), stems->end(), *m_name);
 }
 
 bool IconProbe::check(Known known, const std::string& path)

@@ -119,6 +119,12 @@ public:
     bool stillCurrent(int64_t now) const;
     const IconDirList& dirs() const { return *m_dirs; }
 
+    // Every directory read: the stems with a .png or .svg file in those
+    // read from disk, sorted, or null when some directory is not sure of
+    // both kinds. Made by the first call, which reads what no lookup has
+    // asked about yet: only names the cache does not list ask for it.
+    const std::vector<std::string>* diskImageStems() const;
+
 private:
     void read(uint32_t id, IconDirState& dir) const;
     bool cacheUsable() const;
@@ -130,6 +136,9 @@ private:
     mutable std::vector<std::unique_ptr<std::vector<std::pair<std::string, uint8_t>>>> m_names;
     mutable std::vector<std::string> m_missing;  // directories found missing, and their missing parents
     mutable std::atomic<int8_t> m_cacheUsable {-1};  // -1 not asked yet; set under m_mutex
+    mutable std::atomic<bool> m_complete {false};  // m_diskStems and m_allSure are made
+    mutable std::vector<std::string> m_diskStems;
+    mutable bool m_allSure = false;
 };
 
 // A theme's directories and their current listing.
@@ -195,6 +204,9 @@ public:
     // Whether any of the count directories dirs may hold the name with an
     // extension appended (false only when the listing is sure of all).
     bool mayHoldAny(const uint32_t* dirs, size_t count);
+    // Whether the listing is sure that no directory holds the name with an
+    // extension appended.
+    bool listedNowhere();
 
     // How many checks this thread has made that no listing could answer.
     static uint64_t uncertainChecks();

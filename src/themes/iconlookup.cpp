@@ -317,8 +317,10 @@ std::string VyxIconThemePrivate::searchPass(IconProbe& probe, const std::string&
     // asked about, so that a first lookup reads no other. (Not while
     // debugging: each look has its message.)
     const bool skipUnlisted = !switches.debug;
-    // The others: both tries below would refuse them for their size.
-    for (const uint32_t i : layout->serving(size, subdirs)) {
+    // The others: both tries below would refuse them for their size. Most
+    // passes look for a name the theme has nowhere: then none is asked.
+    static const std::vector<uint32_t> kNone;
+    for (const uint32_t i : skipUnlisted&& probe.listedNowhere() ? kNone : layout->serving(size, subdirs)) {
         const VyxIconThemeSubdir& subdir = subdirs[i];
         if (size != iconSize && subdir.size() != size)
             continue;

@@ -146,6 +146,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
                 abort();
         }
         probe.mayHoldAny(ids.data(), ids.size());
+        probe.listedNowhere();
         for (size_t k = 0; k < ids.size(); ++k) {
             probe.withExtension(ids[k], theme, kSubdirs[k], {kPngFile, kSvgFile, kXpmFile});
             probe.asIs(ids[k], theme, kSubdirs[k]);

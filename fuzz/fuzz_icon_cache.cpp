@@ -6,8 +6,8 @@
 // real theme directory whose subdirectories are older than it, so that the
 // reader gets past the freshness checks into the hash table.
 //
-// The same bytes feed the walk over every entry that a theme's directory
-// listing makes.
+// The same bytes feed a theme's own record of its cache and the per-name
+// answers its lookups draw from it, directory by directory.
 //
 // Input: byte 0 gives the length (mod 16) of an icon name taken from the
 // bytes after it; the rest is the cache. That name, a fixed one and the
@@ -90,19 +90,10 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         return 0;
 
     VyxIconCacheGtkReader reader(theme);
-    // A theme's file listing walks the whole cache (its subdirectories are
-    // older than it, so the listing takes them from the cache).
-    Vyx::detail::IconCacheSource source {&reader, theme};
-    std::vector<std::string> dirs;
-    for (const char* sub : kSubdirs)
-        dirs.push_back(theme + "/" + sub);
-    auto listing = Vyx::detail::IconListing::read(dirs, &source, Vyx::detail::iconClockNow(), 0);
-    for (uint32_t dir = 0; dir < dirs.size(); ++dir)
-        listing->hits(name).mayHold(dir, Vyx::detail::kPngFile);
     reader.lookup(name);
     reader.lookup("a");
-    std::vector<std::string> names;
-    for (size_t i = 0; i < cacheSize && names.size() < 8;) {
+    std::vector<std::string> names = {name, "a"};
+    for (size_t i = 0; i < cacheSize && names.size() < 10;) {
         size_t end = i;
         while (end < cacheSize && cache[end] >= 0x20 && cache[end] < 0x7F)
             ++end;
@@ -111,10 +102,54 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size)
         i = end + 1;
     }
     // Every answer is a string of the file, NUL included.
+    auto inFile = [&](const char* dir) {
+        if (!memmem(cache, cacheSize, dir, strlen(dir) + 1))
+            abort();
+    };
     for (const std::string& n : names) {
-        for (const char* dir : reader.lookup(n)) {
-            if (!memmem(cache, cacheSize, dir, strlen(dir) + 1))
+        for (const char* dir : reader.lookup(n))
+            inFile(dir);
+    }
+
+    // A theme's lookups: each name asked of the cache, and of every
+    // directory as the listing sees it (older than the cache, so taken
+    // from it where the cache lists it).
+    using namespace Vyx::detail;
+    IconThemeCache record(theme);
+    auto list = std::make_shared<IconDirList>();
+    std::vector<const char*> cachedDirs;
+    if (record.isValid()) {
+        for (const SeenDirectory& dir : record.directories())
+            cachedDirs.push_back(dir.first.data());
+    }
+    list->cache = record.isValid() ? &record : nullptr;
+    list->idOfCacheIndex.assign(cachedDirs.size(), IconProbe::kNoDir);
+    const uint16_t base = list->addBase(theme);
+    std::vector<uint32_t> ids;
+    for (const char* sub : kSubdirs) {
+        int32_t index = IconDirList::kNotInCache;
+        for (size_t i = 0; i < cachedDirs.size(); ++i) {
+            inFile(cachedDirs[i]);
+            if (strcmp(cachedDirs[i], sub) == 0)
+                index = int32_t(i);
+        }
+        ids.push_back(list->add(base, sub, index));
+        if (index >= 0)
+            list->idOfCacheIndex[size_t(index)] = ids.back();
+    }
+    IconProbe probe(std::make_shared<IconListing>(list, 0), &record);
+    for (const std::string& n : names) {
+        probe.setName(n);
+        for (const IconCacheImage& image : probe.cacheImages()) {
+            inFile(image.dir);
+            if (image.index >= cachedDirs.size())
                 abort();
+        }
+        probe.mayHoldAny(ids.data(), ids.size());
+        probe.listedNowhere();
+        for (size_t k = 0; k < ids.size(); ++k) {
+            probe.withExtension(ids[k], theme, kSubdirs[k], {kPngFile, kSvgFile, kXpmFile});
+            probe.asIs(ids[k], theme, kSubdirs[k]);
         }
     }
     reader.read16(static_cast<uint32_t>(cacheSize) - 2);

@@ -4,129 +4,31 @@
 
 #include "vyxicontheme.h"
 
-#include "core/diag_p.h"
 #include "core/mappedfile_p.h"
-#include "core/uniquefd_p.h"
+#include "themes/iconcachefile_p.h"
 #include "themes/iconcachewalk_p.h"
-
-#include <cstring>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-namespace {
-
-using Vyx::detail::diag;
-using Vyx::detail::kLibraryPrefix;
-
-// The generator's string hash: bytes taken as signed chars, h = h * 31 + c.
-uint32_t iconHash(const std::string& name)
-{
-    uint32_t h = 0;
-    for (size_t i = 0; i < name.size(); ++i) {
-        uint32_t c = static_cast<uint32_t>(static_cast<int32_t>(static_cast<signed char>(name[i])));
-        h = i == 0 ? c : h * 31 + c;
-    }
-    return h;
-}
-
-// Whether the string at offset is exactly name. Bounded by the file: the
-// last string of a damaged cache need not end with a NUL.
-bool sameName(const unsigned char* data, uint64_t size, uint64_t offset, const std::string& name)
-{
-    if (offset >= size || size - offset <= name.size())
-        return false;
-    const unsigned char* s = data + offset;
-    return std::memcmp(s, name.data(), name.size()) == 0 && s[name.size()] == '\0';
-}
-
-unsigned long seconds(const struct stat& st)
-{
-    return static_cast<unsigned long>(st.st_mtim.tv_sec);
-}
-
-}  // namespace
 
 VyxIconCacheGtkReader::VyxIconCacheGtkReader(const std::string& themePath)
     : m_cachePath(themePath + "/icon-theme.cache"), m_file(std::make_unique<Vyx::detail::MappedFile>())
 {
-    const char* cachePath = m_cachePath.c_str();
-    struct stat themeStat, cacheStat;
-    if (stat(themePath.c_str(), &themeStat) != 0 || stat(cachePath, &cacheStat) != 0) {
-        diag(kLibraryPrefix, "no cache file %s\n", cachePath);
-        return;
-    }
-    // The generator writes the cache after scanning the theme, so a cache
-    // from the same second as the directory is current.
-    if (cacheStat.st_size < 4 || seconds(cacheStat) < seconds(themeStat)) {
-        diag(kLibraryPrefix, "outdated cache %s, %lu < %lu\n", cachePath, seconds(cacheStat), seconds(themeStat));
-        return;
-    }
-    // A cache we may not read is simply not used. O_NONBLOCK keeps a FIFO
-    // in its place from stalling us; it is refused below as unmappable.
-    const Vyx::detail::UniqueFd fd(::open(cachePath, O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!fd)
-        return;
-    bool mapped = S_ISREG(cacheStat.st_mode) && m_file->open(m_cachePath);
-    if (mapped) {
-        m_data = m_file->data();
-        m_size = m_file->size();
-    }
-    if (!mapped || read16(0) != 1) {
-        diag(kLibraryPrefix, "can't mmap file %s\n", cachePath);
-        return;
-    }
-
-    m_modified = int64_t(cacheStat.st_mtim.tv_sec) * 1'000'000'000 + cacheStat.st_mtim.tv_nsec;
-    m_valid = true;
-    const uint32_t dirList = read32(8);
-    const uint32_t dirCount = read32At(dirList);
-    for (uint32_t i = 0; i < dirCount; ++i) {
-        uint32_t nameOffset = read32At(uint64_t(dirList) + 4 + 4 * uint64_t(i));
-        const char* name = m_valid ? m_file->string(nameOffset) : nullptr;
-        if (!name) {
-            diag(kLibraryPrefix, "cache %s has invalid data/size\n", cachePath);
-            m_valid = false;
-            break;
-        }
-        // Icons added to a directory after the cache was written would be
-        // missed, and a directory that is gone would be answered anyway.
-        std::string dir = themePath + "/" + name;
-        struct stat dirStat;
-        if (stat(dir.c_str(), &dirStat) != 0) {
-            diag(kLibraryPrefix, "no theme subdir %s in cache %s\n", dir.c_str(), cachePath);
-            m_valid = false;
-            break;
-        }
-        if (seconds(cacheStat) < seconds(dirStat)) {
-            diag(kLibraryPrefix, "theme subdir %s is newer than cache %s, %lu < %lu\n", dir.c_str(), cachePath,
-                 seconds(cacheStat), seconds(dirStat));
-            m_valid = false;
-            break;
-        }
-    }
+    Vyx::detail::IconCacheStamp stamp;
+    const bool valid = Vyx::detail::openIconCache(themePath, m_cachePath, m_file.get(), &stamp);
+    m_data = m_file->data();
+    m_size = m_file->size();
+    m_modified = stamp.modified;
+    m_valid = valid;
 }
 
 VyxIconCacheGtkReader::~VyxIconCacheGtkReader() = default;
 
 uint32_t VyxIconCacheGtkReader::read32At(uint64_t offset)
 {
-    uint32_t value = 0;
-    if (offset % 4 != 0 || !m_file->u32(offset, &value)) {
-        m_valid = false;
-        return 0;
-    }
-    return value;
+    return Vyx::detail::readCache32(m_file->view(), &m_valid, offset);
 }
 
 uint16_t VyxIconCacheGtkReader::read16At(uint64_t offset)
 {
-    uint16_t value = 0;
-    if (offset % 2 != 0 || !m_file->u16(offset, &value)) {
-        m_valid = false;
-        return 0;
-    }
-    return value;
+    return Vyx::detail::readCache16(m_file->view(), &m_valid, offset);
 }
 
 uint32_t VyxIconCacheGtkReader::read32(uint32_t offset)
@@ -141,55 +43,18 @@ uint16_t VyxIconCacheGtkReader::read16(uint32_t offset)
 
 std::vector<const char*> VyxIconCacheGtkReader::lookup(const std::string& iconName)
 {
-    // A name with a NUL inside can equal no string of the file.
-    if (!m_valid || iconName.find('\0') != std::string::npos)
-        return {};
-    const uint32_t hash = iconHash(iconName);
-    const uint32_t hashOffset = read32(4);
-    const uint32_t buckets = read32At(hashOffset);
-    if (!m_valid || buckets == 0) {
-        diag(kLibraryPrefix, "cache %s has invalid hash\n", m_cachePath.c_str());
-        m_valid = false;
-        return {};
-    }
-    uint32_t entry = read32At(uint64_t(hashOffset) + 4 + 4 * uint64_t(hash % buckets));
-    // Empty buckets and chain ends are 0 or, as the generator writes them,
-    // an offset past the end. No chain holds more entries than the file
-    // has room for; a longer one loops.
-    for (uint64_t steps = m_size / 12; entry != 0 && uint64_t(entry) + 12 <= m_size && steps > 0; --steps) {
-        if (sameName(m_data, m_size, read32At(uint64_t(entry) + 4), iconName))
-            return imagesOf(entry);
-        entry = read32At(entry);
-    }
-    return {};
+    const uint32_t entry = Vyx::detail::findCacheEntry(m_file->view(), &m_valid, m_cachePath, iconName);
+    return entry ? imagesOf(entry) : std::vector<const char*>();
 }
 
 std::vector<const char*> VyxIconCacheGtkReader::imagesOf(uint32_t entry)
 {
+    std::vector<Vyx::detail::IconCacheImage> images;
+    Vyx::detail::cacheImagesAt(m_file->view(), &m_valid, m_cachePath, entry, &images);
     std::vector<const char*> dirs;
-    const uint32_t dirList = read32(8);
-    const uint32_t dirCount = read32At(dirList);
-    const uint32_t images = read32At(uint64_t(entry) + 8);
-    const uint32_t imageCount = read32At(images);
-    if (!m_valid || uint64_t(images) + 8 * uint64_t(imageCount) + 4 > m_size) {
-        diag(kLibraryPrefix, "cache %s read hash length failed\n", m_cachePath.c_str());
-        m_valid = false;
-        return dirs;
-    }
-    dirs.reserve(imageCount);
-    for (uint32_t j = 0; j < imageCount && m_valid; ++j) {
-        const uint16_t dir = read16At(uint64_t(images) + 4 + 8 * uint64_t(j));
-        const uint32_t nameOffset = read32At(uint64_t(dirList) + 4 + 4 * uint64_t(dir));
-        // The caller reads the name as a C string, so it must end inside
-        // the mapping.
-        const char* name = m_valid && dir < dirCount ? m_file->string(nameOffset) : nullptr;
-        if (!name) {
-            diag(kLibraryPrefix, "cache %s read hash item failed\n", m_cachePath.c_str());
-            m_valid = false;
-            return dirs;
-        }
-        dirs.push_back(name);
-    }
+    dirs.reserve(images.size());
+    for (const Vyx::detail::IconCacheImage& image : images)
+        dirs.push_back(image.dir);
     return dirs;
 }
 

@@ -5,21 +5,18 @@
 #include "themes/iconfiles_p.h"
 
 #include "core/dirwalker_p.h"
-#include "core/mappedfile_p.h"
 #include "core/uniquefd_p.h"
-#include "themes/iconcachewalk_p.h"
 #include "themes/icontheme_p.h"
 #include "vyxfileutils.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <ctime>
-#include <deque>
 #include <fcntl.h>
 #include <functional>
 #include <sys/stat.h>
 #include <unistd.h>
-#include <unordered_set>
 
 namespace Vyx::detail {
 
@@ -69,227 +66,208 @@ bool readNames(UniqueFd fd, const std::function<void(std::string_view)>& add)
     return errno == 0;
 }
 
-// Directories known to be missing, so that the dozens of size directories
-// under a theme copy that does not exist cost one check, not one each.
-class MissingDirs {
-public:
-    // Whether an ancestor of path is known to be missing.
-    bool coverAncestorOf(std::string_view path) const
-    {
-        if (m_missing.empty())
-            return false;
-        for (size_t slash = path.rfind('/'); slash != std::string_view::npos && slash > 0;
-             slash = path.rfind('/', slash - 1)) {
-            if (m_missing.count(path.substr(0, slash)))
-                return true;
-        }
-        return false;
-    }
-    // path is missing: notes the highest missing ancestor as well.
-    void note(std::string_view path)
-    {
-        size_t slash = path.rfind('/');
-        while (slash != std::string_view::npos && slash > 0) {
-            std::string parent(path.substr(0, slash));
-            if (fileExists(parent, false))
-                break;
-            m_missing.insert(m_names.emplace_back(std::move(parent)));
-            slash = path.rfind('/', slash - 1);
-        }
-    }
-
-private:
-    std::deque<std::string> m_names;  // owns what m_missing views
-    std::unordered_set<std::string_view> m_missing;
-};
-
-}  // namespace
-
-bool IconListing::Hits::mayHold(uint32_t dir, IconFileKind kind) const
+// Whether path lies under one of the directories in missing.
+bool underMissing(const std::vector<std::string>& missing, std::string_view path)
 {
-    if (!m_listing || !m_listing->knows(dir, kind))
-        return true;
-    for (uint32_t hit = m_first; hit != kNone; hit = m_listing->m_hits[hit].next) {
-        if (m_listing->m_hits[hit].dir == dir)
-            return (m_listing->m_hits[hit].kinds & kind) != 0;
-    }
-    return false;
-}
-
-IconListing::Hits IconListing::hits(const std::string& stem) const
-{
-    Hits hits;
-    hits.m_listing = this;
-    if (auto found = m_stems.find(stem); found != m_stems.end())
-        hits.m_first = found->second;
-    return hits;
-}
-
-bool IconListing::Hits::inCache() const
-{
-    if (!m_listing || !m_listing->m_cacheWalked)
-        return true;
-    for (uint32_t hit = m_first; hit != kNone; hit = m_listing->m_hits[hit].next) {
-        if (m_listing->m_hits[hit].kinds & kInCache)
+    for (const std::string& gone : missing) {
+        if (path.size() > gone.size() && path[gone.size()] == '/' && path.compare(0, gone.size(), gone) == 0)
             return true;
     }
     return false;
 }
 
-void IconListing::markDirsOf(const Hits& hits, std::vector<uint64_t>* bits) const
+// path is missing: notes its highest missing ancestor, so that the dozens
+// of size directories under a theme copy that does not exist cost one
+// check, not one each.
+void noteMissing(std::vector<std::string>* missing, std::string_view path)
 {
-    bits->assign((m_dirs.size() + 63) / 64, 0);
-    for (uint32_t hit = hits.m_first; hit != kNone; hit = m_hits[hit].next)
-        (*bits)[m_hits[hit].dir / 64] |= uint64_t(1) << (m_hits[hit].dir % 64);
+    std::string_view highest;
+    for (size_t slash = path.rfind('/'); slash != std::string_view::npos && slash > 0;
+         slash = path.rfind('/', slash - 1)) {
+        if (fileExists(std::string(path.substr(0, slash)), false))
+            break;
+        highest = path.substr(0, slash);
+    }
+    if (!highest.empty())
+        missing->emplace_back(highest);
 }
 
-void IconListing::add(std::string_view stem, uint32_t dir, uint8_t kinds, size_t hitsOfThisDirFrom)
+}  // namespace
+
+uint16_t IconDirList::addBase(std::string base)
 {
-    // One hit per (stem, directory), however many kinds it holds; the hits
-    // of a stem are chained newest first, so this directory's is the head.
-    auto [slot, added] = m_stems.try_emplace(std::string(stem), kNone);
-    if (!added && slot->second != kNone && slot->second >= hitsOfThisDirFrom && m_hits[slot->second].dir == dir) {
-        m_hits[slot->second].kinds |= kinds;
+    m_bases.push_back(std::move(base));
+    return uint16_t(m_bases.size() - 1);
+}
+
+uint32_t IconDirList::add(uint16_t base, std::string_view rel, int32_t cacheIndex)
+{
+    m_dirs.push_back({base, cacheIndex, rel});
+    return uint32_t(m_dirs.size() - 1);
+}
+
+void IconDirList::path(uint32_t id, std::string* path) const
+{
+    const Dir& dir = m_dirs[id];
+    path->assign(m_bases[dir.base]);
+    if (!dir.rel.empty())
+        path->append(1, '/').append(dir.rel);
+}
+
+IconListing::IconListing(std::shared_ptr<const IconDirList> dirs, int64_t youngFor)
+    : m_dirs(std::move(dirs)), m_youngFor(youngFor), m_states(new IconDirState[m_dirs->size()])
+{ }
+
+IconListing::~IconListing() = default;
+
+const IconDirState& IconListing::dir(uint32_t id) const
+{
+    IconDirState& state = m_states[id];
+    if (!state.ready.load(std::memory_order_acquire)) {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        if (!state.ready.load(std::memory_order_relaxed)) {
+            read(id, state);
+            state.ready.store(true, std::memory_order_release);
+        }
+    }
+    return state;
+}
+
+uint8_t IconListing::kindsOf(const IconDirState& dir, std::string_view stem)
+{
+    if (!dir.names)
+        return 0;
+    auto found = std::lower_bound(dir.names->begin(), dir.names->end(), stem,
+                                  [](const auto& entry, std::string_view key) { return entry.first < key; });
+    return found != dir.names->end() && found->first == stem ? found->second : 0;
+}
+
+bool IconListing::cacheUsable() const
+{
+    // Once per listing: a cache replaced since the theme mapped it (the
+    // theme reinstalled under us) no longer tells what the directories
+    // hold, even when they look old enough.
+    if (m_cacheUsable.load(std::memory_order_relaxed) < 0) {
+        const IconThemeCache* cache = m_dirs->cache;
+        m_cacheUsable.store(cache && cache->isValid() && cache->stillInPlace(), std::memory_order_relaxed);
+    }
+    return m_cacheUsable.load(std::memory_order_relaxed) > 0 && m_dirs->cache->isValid();
+}
+
+void IconListing::read(uint32_t id, IconDirState& dir) const
+{
+    std::string path;
+    m_dirs->path(id, &path);
+    if (underMissing(m_missing, path)) {
+        dir.known = kAllKinds;
         return;
     }
-    m_hits.push_back({dir, kinds, slot->second});
-    slot->second = uint32_t(m_hits.size() - 1);
+    const int64_t now = iconClockNow();
+    // One of the theme's directories may be taken from the cache when it is
+    // older than the cache to the nanosecond: nothing has been added since
+    // the cache was written. One the cache does not list held no image.
+    if (m_dirs->cacheIndex(id) != IconDirList::kOutsideTheme && cacheUsable()) {
+        struct stat st;
+        if (stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode) && modificationTime(st) < m_dirs->cache->modified() &&
+            modificationTime(st) <= now - m_youngFor) {
+            dir.exists = true;
+            dir.fromCache = true;
+            dir.mtime = modificationTime(st);
+            dir.known = kImageKinds;
+            return;
+        }
+    }
+    UniqueFd fd(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!fd) {
+        if (errno == ENOENT || errno == ENOTDIR) {
+            dir.known = kAllKinds;
+            noteMissing(&m_missing, path);
+        }
+        return;
+    }
+    struct stat st;
+    if (fstat(fd.get(), &st) != 0 || modificationTime(st) > now - m_youngFor)
+        return;  // known = 0: it may be changing under us
+    dir.exists = true;
+    dir.mtime = modificationTime(st);
+    auto names = std::make_unique<std::vector<std::pair<std::string, uint8_t>>>();
+    const bool complete = readNames(std::move(fd), [&](std::string_view name) {
+        auto [stem, kind] = splitIconFileName(name);
+        names->emplace_back(stem, kind);
+    });
+    std::sort(names->begin(), names->end());
+    // One entry per stem, with every kind it has.
+    size_t kept = 0;
+    for (size_t i = 0; i < names->size(); ++i) {
+        if (kept > 0 && (*names)[kept - 1].first == (*names)[i].first)
+            (*names)[kept - 1].second |= (*names)[i].second;
+        else if (kept++ != i)
+            (*names)[kept - 1] = std::move((*names)[i]);
+    }
+    names->resize(kept);
+    dir.known = complete ? kAllKinds : 0;
+    dir.names = names.get();
+    m_names.push_back(std::move(names));
 }
 
-std::shared_ptr<const IconListing> IconListing::read(const std::vector<std::string>& paths,
-                                                     const IconCacheSource* cache, int64_t now, int64_t youngFor)
+const std::vector<std::string>* IconListing::diskImageStems() const
 {
-    auto listing = std::make_shared<IconListing>();
-    listing->m_dirs.resize(paths.size());
-    listing->m_stems.reserve(4096);
-
-    // The cache's directories, by path, and each listed directory's index
-    // in the cache. A directory of the theme can be taken from the cache
-    // when it is older than the cache to the nanosecond: then nothing has
-    // been added since the cache was written. The cache knows images only.
-    std::vector<const char*> cacheDirs;
-    std::unordered_map<std::string, uint16_t> cacheIndex;
-    int64_t cacheTime = 0;
-    std::string themePrefix;
-    // The whole cache is walked first: a damaged one is not used at all.
-    struct CachedImage {
-        const char* name;
-        uint16_t dir;
-        uint8_t kinds;
-    };
-    std::vector<CachedImage> cachedImages;
-    auto collect = [&](const char* name, uint16_t index, uint16_t flags) {
-        // The generator's flags: 1 .xpm, 2 .svg, 4 .png.
-        cachedImages.push_back(
-            {name, index,
-             uint8_t((flags & 1 ? kXpmFile : 0) | (flags & 2 ? kSvgFile : 0) | (flags & 4 ? kPngFile : 0))});
-    };
-    // The walk maps the cache anew: its time is then that of the bytes
-    // walked, even when the file was replaced since the reader checked it.
-    MappedFile cacheFile;
-    int64_t mappedTime = 0;
-    if (cache && cache->reader && cache->reader->isValid() &&
-        cacheFile.open(cache->themePath + "/icon-theme.cache", &mappedTime) &&
-        forEachCachedImage(cacheFile.view(), &cacheDirs, collect)) {
-        listing->m_cacheWalked = true;
-        cacheTime = mappedTime;
-        themePrefix = cache->themePath + "/";
-        for (size_t i = 0; i < cacheDirs.size(); ++i)
-            cacheIndex.emplace(themePrefix + cacheDirs[i], uint16_t(i));
-    }
-    std::vector<uint32_t> idOfCacheDir(cacheDirs.size(), kNone);
-
-    MissingDirs missing;
-    for (uint32_t id = 0; id < paths.size(); ++id) {
-        Dir& dir = listing->m_dirs[id];
-        const std::string& path = paths[id];
-        if (missing.coverAncestorOf(path)) {
-            dir.known = IconListing::kAllKinds;
-            continue;
-        }
-        const bool inTheme = cacheTime != 0 && path.compare(0, themePrefix.size(), themePrefix) == 0;
-        if (inTheme) {
-            struct stat st;
-            if (stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode) && modificationTime(st) < cacheTime &&
-                modificationTime(st) <= now - youngFor) {
-                dir.exists = true;
-                dir.mtime = modificationTime(st);
-                // A directory the cache does not list held no image.
-                dir.known = kImageKinds;
-                if (auto listed = cacheIndex.find(path); listed != cacheIndex.end())
-                    idOfCacheDir[listed->second] = id;
-                continue;
+    if (!m_complete.load(std::memory_order_acquire)) {
+        std::lock_guard<std::mutex> lock(m_mutex);
+        if (!m_complete.load(std::memory_order_relaxed)) {
+            m_allSure = true;
+            for (uint32_t id = 0; id < m_dirs->size(); ++id) {
+                IconDirState& state = m_states[id];
+                if (!state.ready.load(std::memory_order_relaxed)) {
+                    read(id, state);
+                    state.ready.store(true, std::memory_order_release);
+                }
+                if ((state.known & (kPngFile | kSvgFile)) != (kPngFile | kSvgFile))
+                    m_allSure = false;
+                if (!state.names)
+                    continue;
+                for (const auto& [stem, kinds] : *state.names) {
+                    if (kinds & (kPngFile | kSvgFile))
+                        m_diskStems.push_back(stem);
+                }
             }
+            std::sort(m_diskStems.begin(), m_diskStems.end());
+            m_diskStems.erase(std::unique(m_diskStems.begin(), m_diskStems.end()), m_diskStems.end());
+            m_complete.store(true, std::memory_order_release);
         }
-        UniqueFd fd(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        if (!fd) {
-            if (errno == ENOENT || errno == ENOTDIR) {
-                dir.known = IconListing::kAllKinds;
-                missing.note(path);
-            }
-            continue;
-        }
-        struct stat st;
-        if (fstat(fd.get(), &st) != 0 || modificationTime(st) > now - youngFor)
-            continue;  // known = 0: it may be changing under us
-        dir.exists = true;
-        dir.mtime = modificationTime(st);
-        const size_t hitsBefore = listing->m_hits.size();
-        const bool complete = readNames(std::move(fd), [&](std::string_view name) {
-            auto [stem, kind] = splitIconFileName(name);
-            listing->add(stem, id, kind, hitsBefore);
-        });
-        dir.known = complete ? IconListing::kAllKinds : 0;
     }
-
-    // Images of directories read above, or outside the listed ones, still
-    // mark the name as one the cache holds, on a directory of their own.
-    const uint32_t elsewhere = uint32_t(paths.size());
-    uint32_t lastDir = kNone;
-    size_t hitsBefore = 0;
-    for (const CachedImage& image : cachedImages) {
-        const uint32_t id = idOfCacheDir[image.dir] == kNone ? elsewhere : idOfCacheDir[image.dir];
-        if (id != lastDir) {
-            lastDir = id;
-            hitsBefore = listing->m_hits.size();
-        }
-        listing->add(image.name, id, uint8_t((id == elsewhere ? 0 : image.kinds) | kInCache), hitsBefore);
-    }
-    for (const Dir& dir : listing->m_dirs)
-        listing->m_completeKinds &= dir.known;
-    listing->m_dirs.emplace_back();  // the directory of "elsewhere in the cache", known = 0
-    return listing;
+    return m_allSure ? &m_diskStems : nullptr;
 }
 
-bool IconListing::stillCurrent(const std::vector<std::string>& paths, int64_t now, int64_t youngFor) const
+bool IconListing::stillCurrent(int64_t now) const
 {
-    MissingDirs missing;
-    for (uint32_t id = 0; id < paths.size(); ++id) {
-        const Dir& dir = m_dirs[id];
-        if (!dir.exists && dir.known == IconListing::kAllKinds && missing.coverAncestorOf(paths[id]))
+    // A theme installed anew may keep its directories' times; its cache is
+    // then the sign that what the old one listed no longer holds.
+    if (m_cacheUsable.load(std::memory_order_relaxed) > 0 && !m_dirs->cache->stillInPlace())
+        return false;
+    std::vector<std::string> missing;
+    std::string path;
+    for (uint32_t id = 0; id < m_dirs->size(); ++id) {
+        const IconDirState& dir = m_states[id];
+        if (!dir.ready.load(std::memory_order_acquire))
+            continue;  // never asked: nothing was answered from it
+        m_dirs->path(id, &path);
+        if (!dir.exists && dir.known == kAllKinds && underMissing(missing, path))
             continue;
         struct stat st;
-        const bool found = stat(paths[id].c_str(), &st) == 0 && S_ISDIR(st.st_mode);
+        const bool found = stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
         if (!found && !dir.exists)
-            missing.note(paths[id]);
+            noteMissing(&missing, path);
         if (dir.known == 0) {
             // Read again once it has settled; until then its files are
             // checked one by one anyway.
-            if (found && modificationTime(st) <= now - youngFor)
+            if (found && modificationTime(st) <= now - m_youngFor)
                 return false;
         } else if (found != dir.exists || (found && modificationTime(st) != dir.mtime)) {
             return false;
         }
     }
     return true;
-}
-
-uint32_t IconFiles::add(const std::string& path)
-{
-    auto [slot, added] = m_ids.try_emplace(path, uint32_t(m_paths.size()));
-    if (added)
-        m_paths.push_back(path);
-    return slot->second;
 }
 
 std::shared_ptr<const IconListing> IconFiles::listing(int64_t now)
@@ -302,19 +280,24 @@ std::shared_ptr<const IconListing> IconFiles::listing(int64_t now)
     {
         std::lock_guard<std::mutex> lock(m_mutex);
         current = m_listing;
-        // Within the interval, or another thread is reading: use what we have.
-        if ((current && now >= checkedAt && now - checkedAt < interval) || m_busy)
+        if (!current) {
+            // Nothing is read yet: a listing costs nothing until asked.
+            m_listing = current = std::make_shared<IconListing>(m_dirs, interval);
+            m_checkedAt.store(now, std::memory_order_relaxed);
+            return current;
+        }
+        // Within the interval, or another thread is comparing: use what we have.
+        if ((now >= checkedAt && now - checkedAt < interval) || m_busy)
             return current;
         m_busy = true;
     }
     std::shared_ptr<const IconListing> fresh = current;
-    if (!current || !current->stillCurrent(m_paths, now, interval))
-        fresh = IconListing::read(m_paths, m_cache.reader ? &m_cache : nullptr, now, interval);
+    if (!current->stillCurrent(now))
+        fresh = std::make_shared<IconListing>(m_dirs, interval);
     std::lock_guard<std::mutex> lock(m_mutex);
     if (fresh != current) {
         m_listing = fresh;
-        if (current)
-            s_generation.fetch_add(1, std::memory_order_acq_rel);
+        s_generation.fetch_add(1, std::memory_order_acq_rel);
     }
     m_checkedAt.store(now, std::memory_order_relaxed);
     m_busy = false;
@@ -335,33 +318,76 @@ void IconProbe::setName(const std::string& name)
     m_name = &name;
     // A bigger pass looks for the same name again: what is known of it
     // still holds.
-    if (m_bareHitsKnown && name == m_lastName)
+    if (!m_lastName.empty() && name == m_lastName)
         return;
     m_lastName = name;
     m_carriesExtension = hasImageExtension(name.c_str());
-    m_bareHitsKnown = false;
-    m_bareDirs.clear();
+    m_imagesKnown[0] = m_imagesKnown[1] = false;
 }
 
-const IconListing::Hits& IconProbe::bareHits()
+const std::vector<IconCacheImage>& IconProbe::cacheImages()
 {
-    if (!m_bareHitsKnown && m_listing) {
-        m_bareHits = m_listing->hits(*m_name);
-        m_bareHitsKnown = true;
+    if (!m_imagesKnown[0]) {
+        m_imagesKnown[0] = true;
+        m_images[0].clear();
+        if (m_cache)
+            m_cache->lookup(*m_name, &m_images[0]);
+        // A lookup that met a damaged part tells nothing.
+        m_imagesBelieved[0] = m_cache && m_cache->isValid();
     }
-    return m_bareHits;
+    return m_images[0];
+}
+
+IconProbe::Kinds IconProbe::kindsIn(uint32_t dir, bool bare)
+{
+    if (!m_listing || dir == kNoDir)
+        return {};
+    const IconDirState& state = m_listing->dir(dir);
+    if (!state.known)
+        return {};
+    if (!state.fromCache)
+        return {IconListing::kindsOf(state, bare ? std::string_view(*m_name) : splitIconFileName(*m_name).first),
+                state.known};
+    const int slot = bare ? 0 : 1;
+    if (bare) {
+        cacheImages();
+    } else if (!m_imagesKnown[1]) {
+        m_imagesKnown[1] = true;
+        m_cache->lookup(std::string(splitIconFileName(*m_name).first), &m_images[1]);
+        m_imagesBelieved[1] = m_cache->isValid();
+    }
+    if (!m_imagesBelieved[slot])
+        return {};
+    Kinds kinds {0, state.known};
+    const int32_t index = m_listing->dirs().cacheIndex(dir);
+    for (const IconCacheImage& image : m_images[slot]) {
+        if (int32_t(image.index) == index)
+            kinds.present =
+                uint8_t((image.flags & kCachedPng ? kPngFile : 0) | (image.flags & kCachedSvg ? kSvgFile : 0) |
+                        (image.flags & kCachedXpm ? kXpmFile : 0));
+    }
+    return kinds;
+}
+
+IconProbe::Known IconProbe::known(uint32_t dir, bool bare, IconFileKind kind)
+{
+    const Kinds kinds = kindsIn(dir, bare);
+    if (!(kinds.sure & kind))
+        return Known::Unknown;
+    if (!(kinds.present & kind))
+        return Known::Absent;
+    // Other extensions share one mark: "present" may be another of them.
+    return kind == kOtherFile ? Known::Unknown : Known::Present;
 }
 
 bool IconProbe::mayHoldAny(const uint32_t* dirs, size_t count)
 {
     if (!m_listing || m_carriesExtension)
         return true;
-    if (m_bareDirs.empty())
-        m_listing->markDirsOf(bareHits(), &m_bareDirs);
+    constexpr uint8_t kBoth = kPngFile | kSvgFile;
     for (size_t k = 0; k < count; ++k) {
-        const uint32_t dir = dirs[k];
-        if (dir == kNoDir || !m_listing->knows(dir, kPngFile) || !m_listing->knows(dir, kSvgFile) ||
-            (m_bareDirs[dir / 64] >> (dir % 64) & 1))
+        const Kinds kinds = kindsIn(dirs[k], true);
+        if ((kinds.sure & kBoth) != kBoth || (kinds.present & kBoth))
             return true;
     }
     return false;
@@ -369,26 +395,24 @@ bool IconProbe::mayHoldAny(const uint32_t* dirs, size_t count)
 
 bool IconProbe::listedNowhere()
 {
-    if (!m_listing || !bareHits().none(kPngFile | kSvgFile))
+    if (!m_listing || m_carriesExtension)
         return false;
-    // A name with an image extension is looked for as it stands.
-    if (!m_carriesExtension)
-        return true;
-    auto [stem, kind] = splitIconFileName(*m_name);
-    return m_listing->hits(std::string(stem)).none(kind);
+    // A name the cache lists is somewhere: the directories are asked one
+    // by one. One it does not list is looked for in what the disk holds.
+    if (!m_cache || !m_listing->dirs().cache) {
+        // No cache stands in for any directory.
+    } else if (cacheImages(), !m_imagesBelieved[0] || !m_images[0].empty()) {
+        return false;
+    }
+    const std::vector<std::string>* stems = m_listing->diskImageStems();
+    return stems && !std::binary_search(stems->begin(), stems->end(), *m_name);
 }
 
-bool IconProbe::mayHold(uint32_t dir, const IconListing::Hits& hits, IconFileKind kind) const
-{
-    return !m_listing || dir == kNoDir || hits.mayHold(dir, kind);
-}
-
-bool IconProbe::check(uint32_t dir, const std::string& path, IconFileKind kind)
+bool IconProbe::check(Known known, const std::string& path)
 {
     // A file the listing shows is still checked: it may have gone since, or
-    // be a link to nothing. Other extensions share one mark in the listing,
-    // so a check of one of them is never answered by it alone.
-    if (!m_listing || dir == kNoDir || !m_listing->knows(dir, kind) || kind == kOtherFile)
+    // be a link to nothing.
+    if (known == Known::Unknown)
         ++t_uncertainChecks;
     return faccessat(AT_FDCWD, path.c_str(), F_OK, AT_EACCESS) == 0;
 }
@@ -397,7 +421,8 @@ std::string IconProbe::withExtension(uint32_t dir, std::string_view base, std::s
                                      std::initializer_list<IconFileKind> kinds)
 {
     for (IconFileKind kind : kinds) {
-        if (!mayHold(dir, bareHits(), kind))
+        const Known answer = known(dir, true, kind);
+        if (answer == Known::Absent)
             continue;
         const char* extension = kind == kPngFile ? ".png" : kind == kSvgFile ? ".svg" : ".xpm";
         std::string path;
@@ -406,7 +431,7 @@ std::string IconProbe::withExtension(uint32_t dir, std::string_view base, std::s
         if (!rel.empty())
             path.append(rel).append(1, '/');
         path.append(*m_name).append(extension);
-        if (check(dir, path, kind))
+        if (check(answer, path))
             return path;
     }
     return std::string();
@@ -414,21 +439,24 @@ std::string IconProbe::withExtension(uint32_t dir, std::string_view base, std::s
 
 std::string IconProbe::asIs(uint32_t dir, std::string_view base, std::string_view rel)
 {
-    auto [stem, kind] = splitIconFileName(*m_name);
-    if (m_listing && dir != kNoDir && !m_listing->hits(std::string(stem)).mayHold(dir, kind))
+    const Known answer = known(dir, false, splitIconFileName(*m_name).second);
+    if (answer == Known::Absent)
         return std::string();
     std::string path;
     path.append(base).append(1, '/');
     if (!rel.empty())
         path.append(rel).append(1, '/');
     path.append(*m_name);
-    return check(dir, path, kind) ? path : std::string();
+    return check(answer, path) ? path : std::string();
 }
 
 bool IconProbe::directoryExists(uint32_t dir, const std::string& path)
 {
-    if (m_listing && dir != kNoDir && m_listing->existenceKnown(dir))
-        return m_listing->exists(dir);
+    if (m_listing && dir != kNoDir) {
+        const IconDirState& state = m_listing->dir(dir);
+        if (state.known != 0)
+            return state.exists;
+    }
     ++t_uncertainChecks;
     return fileExists(path, false);
 }

@@ -8,6 +8,7 @@
 #include "vyxdirs.h"
 #include "vyxfileutils.h"
 
+#include <algorithm>
 #include <atomic>
 #include <charconv>
 #include <cstring>
@@ -152,28 +153,68 @@ std::shared_ptr<IconThemeLayout> VyxIconThemePrivate::fileLayout()
     std::lock_guard<std::mutex> lock(layoutMutex);
     if (layout)
         return layout;
-    auto made = std::make_shared<IconThemeLayout>();
+    auto list = std::make_shared<Vyx::detail::IconDirList>();
+    auto made = std::make_shared<IconThemeLayout>(list);
+    // Each subdir's place in the cache's directory list, by name.
+    std::vector<std::pair<std::string_view, int32_t>> cached;
+    if (cache && cache->isValid()) {
+        list->cache = cache.get();
+        const std::vector<Vyx::detail::SeenDirectory>& names = cache->directories();
+        cached.reserve(names.size());
+        for (size_t i = 0; i < names.size(); ++i)
+            cached.emplace_back(names[i].first, int32_t(i));
+        std::sort(cached.begin(), cached.end());
+        list->idOfCacheIndex.assign(names.size(), IconProbe::kNoDir);
+    }
+    const uint16_t own = list->addBase(path);
+    std::vector<uint16_t> others;
+    for (const std::string& other : otherPaths)
+        others.push_back(list->addBase(other));
     made->stride = 1 + otherPaths.size();
     made->dirs.reserve(subdirs.size() * made->stride);
     for (const VyxIconThemeSubdir& subdir : subdirs) {
-        const uint32_t own = made->files.add(Vyx::concat(path, '/', subdir.path()));
-        made->dirs.push_back(own);
-        made->byRelativePath.emplace(subdir.path(), own);
-        for (const std::string& other : otherPaths)
-            made->dirs.push_back(made->files.add(Vyx::concat(other, '/', subdir.path())));
+        const std::string_view rel = subdir.path();
+        auto listed = std::lower_bound(cached.begin(), cached.end(), std::make_pair(rel, int32_t(-1)));
+        const int32_t index =
+            listed != cached.end() && listed->first == rel ? listed->second : Vyx::detail::IconDirList::kNotInCache;
+        const uint32_t id = list->add(own, rel, index);
+        if (index >= 0)
+            list->idOfCacheIndex[size_t(index)] = id;
+        made->dirs.push_back(id);
+        for (uint16_t other : others)
+            made->dirs.push_back(list->add(other, rel, Vyx::detail::IconDirList::kOutsideTheme));
     }
-    if (cacheReader && cacheReader->isValid())
-        made->files.setCache({cacheReader.get(), path});
-    std::vector<std::string> outside = {"/usr/share/pixmaps", "/usr/share/icons", "/usr/local/share/icons"};
+    made->outOfThemes = {{"/usr/share/pixmaps", 0}, {"/usr/share/icons", 0}, {"/usr/local/share/icons", 0}};
     // The home's own icons as every desktop installs them there, not under
     // a data home set elsewhere.
-    outside.push_back(GetVyxDir(HomeDir) + "/.local/share/icons");
-    for (std::string& dir : outside) {
-        const uint32_t id = made->files.add(dir);
-        made->outOfThemes.emplace_back(std::move(dir), id);
-    }
+    made->outOfThemes.emplace_back(GetVyxDir(HomeDir) + "/.local/share/icons", 0);
+    for (auto& [dir, id] : made->outOfThemes)
+        id = list->add(list->addBase(dir), {}, Vyx::detail::IconDirList::kOutsideTheme);
     layout = made;
     return layout;
+}
+
+const std::vector<uint32_t>& IconThemeLayout::serving(int size, const std::vector<VyxIconThemeSubdir>& subdirs)
+{
+    std::lock_guard<std::mutex> lock(m_servingMutex);
+    for (const auto& [known, list] : m_serving) {
+        if (known == size)
+            return *list;
+    }
+    // A caller asking ever new sizes gets the list of every subdir once
+    // the lists of the usual few sizes are made: a list in use by another
+    // pass cannot be dropped, and the loop tests each size anyway.
+    const bool every = m_serving.size() >= kServingLists;
+    if (every && !m_serving.empty() && m_serving.back().first == kEverySize)
+        return *m_serving.back().second;
+    auto list = std::make_unique<std::vector<uint32_t>>();
+    for (size_t i = 0; i < subdirs.size(); ++i) {
+        // A subdir of size 0 passes every size.
+        if (every || subdirs[i].size() <= 0 || subdirs[i].matchesSize(size))
+            list->push_back(uint32_t(i));
+    }
+    m_serving.emplace_back(every ? kEverySize : size, std::move(list));
+    return *m_serving.back().second;
 }
 
 void VyxIconThemePrivate::resetLayout()
@@ -182,22 +223,17 @@ void VyxIconThemePrivate::resetLayout()
     layout.reset();
 }
 
-std::string VyxIconThemePrivate::searchThemeCache(IconProbe& probe, const std::string& searchName, const char* iconName,
-                                                  int size)
+std::string VyxIconThemePrivate::searchThemeCache(IconProbe& probe, const char* iconName, int size)
 {
-    if (!cacheReader || !cacheReader->isValid()) {
+    if (!cache || !cache->isValid()) {
         if (!g_cacheComplaintMade.exchange(true))
             diag(kLibraryPrefix, "invalid cache of %s\n", path.c_str());
         return std::string();
     }
-    // A name the walk of the whole cache did not meet has no entry: the
-    // lookup would answer nothing.
-    if (!probe.mayBeInCache())
-        return std::string();
-    std::vector<const char*> dirs = cacheReader->lookup(searchName);
-    if (!cacheReader->isValid()) {
+    const std::vector<Vyx::detail::IconCacheImage>& images = probe.cacheImages();
+    if (!cache->isValid()) {
         if (!g_cacheComplaintMade.exchange(true))
-            diag(kLibraryPrefix, "invalid read cache of %s, empty=%d\n", path.c_str(), dirs.empty() ? 1 : 0);
+            diag(kLibraryPrefix, "invalid read cache of %s, empty=%d\n", path.c_str(), images.empty() ? 1 : 0);
         return std::string();
     }
     char prefix[16];
@@ -206,17 +242,15 @@ std::string VyxIconThemePrivate::searchThemeCache(IconProbe& probe, const std::s
     // A name of four characters or fewer, or one with a three-letter
     // extension, is taken as it is.
     const bool appendExtension = nameLength >= 5 && iconName[nameLength - 4] != '.';
-    for (const char* dir : dirs) {
+    for (const Vyx::detail::IconCacheImage& image : images) {
         // A plain prefix test: size 4 also picks the 48x48 directories.
-        if (std::strncmp(dir, prefix, prefixLength) != 0)
+        if (std::strncmp(image.dir, prefix, prefixLength) != 0)
             continue;
-        uint32_t id = IconProbe::kNoDir;
-        if (layout) {
-            if (auto known = layout->byRelativePath.find(dir); known != layout->byRelativePath.end())
-                id = known->second;
-        }
+        const std::vector<uint32_t>& ids = layout->list->idOfCacheIndex;
+        const uint32_t id = image.index < ids.size() ? ids[image.index] : IconProbe::kNoDir;
         // Only the first directory of the size is tried.
-        return appendExtension ? probe.withExtension(id, path, dir, {kPngFile, kSvgFile}) : probe.asIs(id, path, dir);
+        return appendExtension ? probe.withExtension(id, path, image.dir, {kPngFile, kSvgFile})
+                               : probe.asIs(id, path, image.dir);
     }
     return std::string();
 }
@@ -276,20 +310,26 @@ std::string VyxIconThemePrivate::searchPass(IconProbe& probe, const std::string&
 {
     const Vyx::detail::IconSwitches& switches = iconSwitches();
     probe.setName(searchName);
-    std::string found = searchThemeCache(probe, searchName, iconName, size);
+    std::string found = searchThemeCache(probe, iconName, size);
     if (!found.empty())
         return found;
-    // Most passes look for a name the theme has nowhere: no directory needs
-    // a look then. (Not while debugging: each look has its message.)
+    // Most directories cannot hold the name: only those of the size are
+    // asked about, so that a first lookup reads no other. (Not while
+    // debugging: each look has its message.)
     const bool skipUnlisted = !switches.debug;
-    for (size_t i = skipUnlisted && probe.listedNowhere() ? subdirs.size() : 0; i < subdirs.size(); ++i) {
+    // The others: both tries below would refuse them for their size. Most
+    // passes look for a name the theme has nowhere: then none is asked.
+    static const std::vector<uint32_t> kNone;
+    for (const uint32_t i : skipUnlisted&& probe.listedNowhere() ? kNone : layout->serving(size, subdirs)) {
         const VyxIconThemeSubdir& subdir = subdirs[i];
-        const uint32_t* dirs = &layout->dirs[i * layout->stride];
-        if (skipUnlisted && !probe.mayHoldAny(dirs, layout->stride))
-            continue;
         if (size != iconSize && subdir.size() != size)
             continue;
+        if (subdir.size() > 0 && !subdir.matchesSize(size))
+            continue;
         if (generic && (isMimeOrApplications(iconContext) || isMimeOrApplications(subdir.context().c_str())))
+            continue;
+        const uint32_t* dirs = &layout->dirs[i * layout->stride];
+        if (skipUnlisted && !probe.mayHoldAny(dirs, layout->stride))
             continue;
         found = findIconWith(subdir, probe, path.c_str(), searchName.c_str(), size, iconContext, otherPaths, dirs);
         // Without a context the second try would repeat a subset of the
@@ -439,7 +479,7 @@ std::string VyxIconThemePrivate::search(std::string askedKey, const char* iconNa
                                         const char* iconContext, int64_t now)
 {
     std::shared_ptr<IconThemeLayout> layout = fileLayout();
-    Vyx::detail::IconProbe probe(layout->files.listing(now));
+    Vyx::detail::IconProbe probe(layout->files.listing(now), cache.get());
     const uint64_t generation = Vyx::detail::IconFiles::generation();
     const uint64_t uncertainBefore = IconProbe::uncertainChecks();
     PassSequence pass(iconName, iconSize, size, searchesBigger(), iconSwitches().searchGeneric == 1);

@@ -22,6 +22,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <unistd.h>
 
 namespace Vyx::detail {
@@ -320,7 +321,7 @@ const std::vector<std::string>& VyxIconTheme::otherPaths() const
 }
 bool VyxIconTheme::hasValidCache() const
 {
-    return d->cacheReader && d->cacheReader->isValid();
+    return d->cache && d->cache->isValid();
 }
 
 bool VyxIconTheme::load()
@@ -391,18 +392,40 @@ bool VyxIconTheme::load()
     d->hidden = Vyx::contains(text("Hidden").c_str(), "rue");
     d->exampleIcon = text("Example");
 
-    Vyx::detail::DirectoryProbe directories(d->path);
+    // The cache's checks look at every directory it lists: what they saw
+    // spares those of the index a second look.
+    d->cache = std::make_unique<Vyx::detail::IconThemeCache>(d->path);
+    std::vector<Vyx::detail::SeenDirectory> seen = d->cache->directories();
+    std::sort(seen.begin(), seen.end());
+    std::optional<Vyx::detail::DirectoryProbe> probe;
+    auto isDirectory = [&](const std::string& dir) {
+        auto known = std::lower_bound(seen.begin(), seen.end(), Vyx::detail::SeenDirectory(dir, false));
+        if (known != seen.end() && known->first == dir)
+            return known->second;
+        if (!probe)
+            probe.emplace(d->path);
+        return probe->isDirectory(dir);
+    };
     for (const std::string& dir : splitList(ini.value(main, "Directories"))) {
-        if (!directories.isDirectory(dir))
+        if (!isDirectory(dir))
             continue;
         VyxIconThemeSubdir subdir(dir);
-        const int group = ini.group(dir.c_str());
-        auto number = [&](const char* key, const char* fallback) {
-            const char* value = ini.value(group, key);
-            return std::string(value ? value : fallback);
-        };
-        std::string size = number("Size", "0");
-        subdir.setSize(std::atoi(size.c_str()));
+        // One walk over the section's keys rather than a lookup for each:
+        // a theme like hicolor has hundreds of sections.
+        enum { kSize, kContext, kType, kMaxSize, kMinSize, kThreshold, kKeys };
+        static const char* const kNames[kKeys] = {"Size", "Context", "Type", "MaxSize", "MinSize", "Threshold"};
+        const char* values[kKeys] = {};
+        ini.forEach(ini.group(dir.c_str()), [&](const Vyx::detail::IniField& field) {
+            for (int k = 0; k < kKeys; ++k) {
+                if (Vyx::detail::sameIniName({field.key, field.keyLength}, kNames[k])) {
+                    values[k] = field.value;
+                    break;
+                }
+            }
+        });
+        auto value = [&](int key, const char* fallback) { return values[key] ? values[key] : fallback; };
+        const char* size = value(kSize, "0");
+        subdir.setSize(std::atoi(size));
         if (size[0] == '0') {
             int width = 0, height = 0;
             if (std::sscanf(dir.c_str(), "%dx%d", &width, &height) == 2)
@@ -410,20 +433,16 @@ bool VyxIconTheme::load()
             else
                 result = false;
         }
-        auto text = [&](const char* key) {
-            const char* value = ini.value(group, key);
-            return std::string(value ? value : "");
-        };
-        subdir.setContext(text("Context"));
-        subdir.setType(text("Type"));
-        std::string maxSize = number("MaxSize", "0"), minSize = number("MinSize", "0");
-        subdir.setMaxSize(maxSize[0] == '0' ? subdir.size() : std::atoi(maxSize.c_str()));
-        subdir.setMinSize(minSize[0] == '0' ? subdir.size() : std::atoi(minSize.c_str()));
-        subdir.setThreshold(std::atoi(number("Threshold", "2").c_str()));
+        subdir.setContext(value(kContext, ""));
+        subdir.setType(value(kType, ""));
+        const char* maxSize = value(kMaxSize, "0");
+        const char* minSize = value(kMinSize, "0");
+        subdir.setMaxSize(maxSize[0] == '0' ? subdir.size() : std::atoi(maxSize));
+        subdir.setMinSize(minSize[0] == '0' ? subdir.size() : std::atoi(minSize));
+        subdir.setThreshold(std::atoi(value(kThreshold, "2")));
         d->subdirs.push_back(std::move(subdir));
     }
 
-    d->cacheReader.reset(new VyxIconCacheGtkReader(d->path));
     const std::string base = Vyx::lastSection(d->path, '/');
     for (const std::string& dir : GetThemesSearchDirs()) {
         std::string candidate = dir + "/" + base;

@@ -14,7 +14,6 @@
 #include <memory>
 #include <mutex>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace Vyx::detail {
@@ -66,17 +65,25 @@ public:
 
 // Where a theme's lookups look, as ids into its file listing.
 struct IconThemeLayout {
-    static constexpr uint32_t kNoDir = 0xFFFFFFFFu;
+    explicit IconThemeLayout(std::shared_ptr<Vyx::detail::IconDirList> list) : files(list), list(std::move(list)) { }
     Vyx::detail::IconFiles files;
+    std::shared_ptr<const Vyx::detail::IconDirList> list;
     // Subdir i under the theme's path is dirs[i * stride], under other
     // path k it is dirs[i * stride + 1 + k].
     size_t stride = 1;
     std::vector<uint32_t> dirs;
-    // The theme's directories by their relative path, as the cache names them.
-    std::unordered_map<std::string, uint32_t> byRelativePath;
     // The directories searched outside every theme, in their order.
     std::vector<std::pair<std::string, uint32_t>> outOfThemes;
     uint32_t subdir(size_t index, size_t copy) const { return dirs[index * stride + copy]; }
+    // The subdirs (by index) whose size rules admit size, in their order;
+    // worked out once per size, as every pass at that size asks again.
+    const std::vector<uint32_t>& serving(int size, const std::vector<VyxIconThemeSubdir>& subdirs);
+
+private:
+    static constexpr size_t kServingLists = 24;
+    static constexpr int kEverySize = -1;  // no caller asks it: sizes below 1 become 32
+    std::mutex m_servingMutex;
+    std::vector<std::pair<int, std::unique_ptr<std::vector<uint32_t>>>> m_serving;
 };
 
 class VyxIconThemePrivate {
@@ -102,7 +109,8 @@ public:
     uint32_t cacheSize = 2000;
     // The answers of getIconPath, with their own mutex.
     Vyx::detail::IconPathCache answers {cacheSize};
-    std::unique_ptr<VyxIconCacheGtkReader> cacheReader;
+    // The theme's icon-theme.cache, mapped once, opened at the end of load.
+    std::unique_ptr<Vyx::detail::IconThemeCache> cache;
     std::shared_ptr<IconThemeLayout> layout;  // made by the first lookup
     std::mutex layoutMutex;
 
@@ -129,8 +137,7 @@ public:
     // One search pass of getIconPath; empty when it finds nothing.
     std::string searchPass(Vyx::detail::IconProbe& probe, const std::string& searchName, const char* iconName,
                            int iconSize, int size, const char* iconContext, bool generic);
-    std::string searchThemeCache(Vyx::detail::IconProbe& probe, const std::string& searchName, const char* iconName,
-                                 int size);
+    std::string searchThemeCache(Vyx::detail::IconProbe& probe, const char* iconName, int size);
     std::string searchOutOfThemes(Vyx::detail::IconProbe& probe, const char* iconName);
     std::string searchParents(const std::string& searchName, const char* iconName, int size, const char* iconContext);
 };

@@ -97,4 +97,13 @@ uint32_t StringPool::intern(std::string_view text)
     return static_cast<uint32_t>(m_strings.size() - 1);
 }
 
+std::vector<uint32_t> StringPool::numbersInOrder() const
+{
+    std::vector<uint32_t> numbers(m_strings.size());
+    for (uint32_t number = 0; number < numbers.size(); ++number)
+        numbers[number] = number;
+    std::sort(numbers.begin(), numbers.end(), [this](uint32_t a, uint32_t b) { return m_strings[a] < m_strings[b]; });
+    return numbers;
+}
+
 }  // namespace Vyx::detail

@@ -27,6 +27,8 @@ public:
     uint32_t find(std::string_view text) const;
     std::string_view at(uint32_t number) const { return m_strings[number]; }
     uint32_t size() const { return static_cast<uint32_t>(m_strings.size()); }
+    // Every number, ordered by its string.
+    std::vector<uint32_t> numbersInOrder() const;
 
     static constexpr uint32_t kNone = UINT32_MAX;
 

@@ -7,8 +7,10 @@
 #ifndef VYXCORE_TEXTLINES_P_H
 #define VYXCORE_TEXTLINES_P_H
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
+#include <string_view>
 
 namespace Vyx::detail {
 
@@ -27,6 +29,17 @@ template <typename Visit> void forEachLine(FILE* file, Visit visit)
         std::string current;
         current.swap(line);
         visit(current);
+    }
+}
+
+// The same for text in memory: each line a view into text, its "\n"
+// removed; a last line without "\n" counts, and NUL bytes are kept.
+template <typename Visit> void forEachLine(std::string_view text, Visit visit)
+{
+    while (!text.empty()) {
+        const size_t end = std::min(text.find('\n'), text.size());
+        visit(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
     }
 }
 

@@ -62,15 +62,11 @@ AliasTable readAliases(std::string_view text)
     // Room for lines of about the usual length, so that the table is not
     // copied as it grows.
     table.reserve(text.size() / 24 + 1);
-    while (!text.empty()) {
-        size_t end = std::min(text.find('\n'), text.size());
-        std::string_view line = text.substr(0, end);
-        line = line.substr(0, line.find('\0'));
+    forEachLine(text, [&table](std::string_view line) {
         std::string_view alias, canonical;
-        if (splitAliasLine(line, &alias, &canonical))
+        if (splitAliasLine(line.substr(0, line.find('\0')), &alias, &canonical))
             table.emplace_back(canonical, alias);
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
+    });
     return table;
 }
 

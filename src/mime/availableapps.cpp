@@ -70,16 +70,6 @@ void AvailableMap::addNumbered(uint32_t typeNumber, uint32_t pathIndex)
     }
 }
 
-void AvailableMap::add(const std::string& type, uint32_t pathIndex)
-{
-    addNumbered(internType(type), pathIndex);
-}
-
-void AvailableMap::add(const std::string& type, const std::string& path)
-{
-    add(type, internPath(path));
-}
-
 std::vector<std::string> AvailableMap::pathsFor(const std::string& type, bool all) const
 {
     std::vector<std::string> result;
@@ -94,41 +84,46 @@ std::vector<std::string> AvailableMap::pathsFor(const std::string& type, bool al
     return result;
 }
 
+namespace {
+
+// Values grouped by key, each group in the order forEachPair gives them:
+// group k is (*values)[(*start)[k] .. (*start)[k + 1]). forEachPair(visit)
+// calls visit(key, value) for every pair, keys below keys; it is walked
+// twice (counted, then placed), so that no list of pairs is made.
+template <typename ForEachPair>
+void groupByKey(size_t keys, ForEachPair forEachPair, std::vector<uint32_t>* start, std::vector<uint32_t>* values)
+{
+    start->assign(keys + 1, 0);
+    forEachPair([start](uint32_t key, uint32_t) { ++(*start)[key + 1]; });
+    for (size_t i = 1; i < start->size(); ++i)
+        (*start)[i] += (*start)[i - 1];
+    values->resize(start->back());
+    std::vector<uint32_t> next(start->begin(), start->end() - 1);
+    forEachPair([&](uint32_t key, uint32_t value) { (*values)[next[key]++] = value; });
+}
+
+}  // namespace
+
 bool AvailableMap::writeCacheText(const std::function<bool(std::string_view)>& sink) const
 {
     // Types in a stable order: sorted, as a reader cannot tell otherwise.
     // Sorted once here, each path's types come out in that order.
-    std::vector<uint32_t> typeOrder(m_types.size());
-    for (uint32_t i = 0; i < typeOrder.size(); ++i)
-        typeOrder[i] = i;
-    std::sort(typeOrder.begin(), typeOrder.end(),
-              [this](uint32_t a, uint32_t b) { return m_types.at(a) < m_types.at(b); });
-    // Each path's types in that order, as runs of one flat list: counted,
-    // then placed, walking the types in order.
-    std::vector<uint32_t> start(m_paths.size() + 1, 0);
-    for (const std::vector<uint32_t>& paths : m_byType) {
-        for (uint32_t index : paths)
-            ++start[index + 1];
-    }
-    for (size_t i = 1; i < start.size(); ++i)
-        start[i] += start[i - 1];
-    std::vector<uint32_t> typesOf(start.back());
-    {
-        std::vector<uint32_t> next(start.begin(), start.end() - 1);
-        for (uint32_t number : typeOrder) {
-            for (uint32_t index : m_byType[number])
-                typesOf[next[index]++] = number;
-        }
-    }
-    std::vector<uint32_t> order(m_paths.size());
-    for (uint32_t i = 0; i < order.size(); ++i)
-        order[i] = i;
-    std::sort(order.begin(), order.end(), [this](uint32_t a, uint32_t b) { return m_paths.at(a) < m_paths.at(b); });
+    const std::vector<uint32_t> typeOrder = m_types.numbersInOrder();
+    std::vector<uint32_t> start, typesOf;
+    groupByKey(
+        m_paths.size(),
+        [&](auto visit) {
+            for (uint32_t number : typeOrder) {
+                for (uint32_t index : m_byType[number])
+                    visit(index, number);
+            }
+        },
+        &start, &typesOf);
     // Handed on in pieces: the whole text is as large as the map.
     constexpr size_t kPiece = 16384;
     std::string piece;
     piece.reserve(kPiece + 512);
-    for (uint32_t index : order) {
+    for (uint32_t index : m_paths.numbersInOrder()) {
         if (start[index] == start[index + 1])
             continue;
         piece += m_paths.at(index);
@@ -189,15 +184,13 @@ const TypeLinks& typeLinks()
             if (table[line].first != table[line].second)
                 pairs.emplace_back(built.from.intern(table[line].second), 2 * line + 1);
         }
-        built.start.assign(built.from.size() + 1, 0);
-        for (const auto& pair : pairs)
-            ++built.start[pair.first + 1];
-        for (size_t i = 1; i < built.start.size(); ++i)
-            built.start[i] += built.start[i - 1];
-        built.codes.resize(pairs.size());
-        std::vector<uint32_t> next(built.start.begin(), built.start.end() - 1);
-        for (const auto& [number, code] : pairs)
-            built.codes[next[number]++] = code;
+        groupByKey(
+            built.from.size(),
+            [&pairs](auto visit) {
+                for (const auto& [number, code] : pairs)
+                    visit(number, code);
+            },
+            &built.start, &built.codes);
         return built;
     }();
     return links;

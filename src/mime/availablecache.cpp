@@ -9,6 +9,7 @@
 
 #include "core/atomicfile_p.h"
 #include "core/firstanswer_p.h"
+#include "core/textlines_p.h"
 
 #include <algorithm>
 #include <cstring>
@@ -168,29 +169,22 @@ bool isItemSeparator(char c)
 
 // "path=type;type": lines without "=" are skipped, the types split at ","
 // and ";". Scanned byte by byte.
-void addLines(const char* p, const char* const stop, AvailableMap* map)
+void addLines(std::string_view lines, AvailableMap* map)
 {
-    std::string type;
-    while (p < stop) {
-        const char* lineEnd = static_cast<const char*>(std::memchr(p, '\n', size_t(stop - p)));
-        if (!lineEnd)
-            lineEnd = stop;
-        const char* eq = static_cast<const char*>(std::memchr(p, '=', size_t(lineEnd - p)));
-        if (eq) {
-            uint32_t path = map->internPath(std::string(p, eq));
-            for (const char* item = eq + 1; item <= lineEnd;) {
-                const char* q = item;
-                while (q < lineEnd && !isItemSeparator(*q))
-                    ++q;
-                if (q > item) {
-                    type.assign(item, q);
-                    map->add(type, path);
-                }
-                item = q + 1;
-            }
+    forEachLine(lines, [map](std::string_view line) {
+        const size_t eq = line.find('=');
+        if (eq == std::string_view::npos)
+            return;
+        const uint32_t path = map->internPath(line.substr(0, eq));
+        for (std::string_view items = line.substr(eq + 1);;) {
+            const size_t cut = items.find_first_of(",;");
+            if (cut != 0 && !items.empty())
+                map->addNumbered(map->internType(items.substr(0, cut)), path);
+            if (cut == std::string_view::npos)
+                break;
+            items.remove_prefix(cut + 1);
         }
-        p = lineEnd + 1;
-    }
+    });
 }
 
 }  // namespace
@@ -200,7 +194,7 @@ CacheVerdict readCacheText(const std::string& text, const std::string& sources, 
     size_t begin = 0, end = 0;
     CacheVerdict verdict = findLines(text, sources, &begin, &end);
     if (verdict == CacheVerdict::Believed)
-        addLines(text.data() + begin, text.data() + end, map);
+        addLines(std::string_view(text).substr(begin, end - begin), map);
     return verdict;
 }
 
@@ -234,7 +228,7 @@ VYX_FIRST_ANSWER CacheVerdict CacheFileLines::take(std::unique_ptr<MappedFile> f
 
 void CacheFileLines::addTo(AvailableMap* map) const
 {
-    addLines(base() + m_begin, base() + m_end, map);
+    addLines(std::string_view(base() + m_begin, m_end - m_begin), map);
 }
 
 VYX_FIRST_ANSWER std::vector<std::string> CacheFileLines::pathsFor(const std::string& type, bool all) const

@@ -24,8 +24,6 @@ namespace Vyx::detail {
 // process pays for.
 class AvailableMap {
 public:
-    void add(const std::string& type, const std::string& path);
-    void add(const std::string& type, uint32_t pathIndex);
     // A type's number and a path's index, made on first sight.
     uint32_t internType(std::string_view type);
     uint32_t internPath(std::string_view path);

@@ -95,7 +95,6 @@ TEST(Catalogue, SystemDataHomeAddsNoUserDirectory)
     EXPECT_EQ(dirs.front(), "/usr/share/applications");  // the data home's own, through the XDG list
     for (const std::string& dir : dirs)
         EXPECT_EQ(dir.find(world.home()), std::string::npos) << dir;
-    EXPECT_EQ(Vyx::detail::mimeCachePath(), world.path("run") + "/.vyx-mime-desktop.tbl");
 }
 
 TEST(Catalogue, PathsEntriesAndFolders)
@@ -250,24 +249,18 @@ TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
                         std::string(20000, 'x') + ".desktop\n\x01\x02\xff=\xfe\n");
     vyxtest::setMtime(dir, 1000);
     vyxtest::setMtime(dir + "/mimeinfo.cache", 2000);
-    // A binary, truncated cache file with lines far beyond 8190 characters.
+    // A binary, truncated cache file with lines far beyond 8190 characters
+    // is not a cache file: ignored and rebuilt.
     std::string binary(30000, '\0');
     for (size_t i = 0; i < binary.size(); ++i)
         binary[i] = static_cast<char>((i * 131) & 0xFF);
-    std::string cache = world.writeFile("run/.vyx-mime-desktop.tbl", binary + "/x.desktop=text/plain");
-    vyxtest::setMtime(cache, 500);  // older than the mimeinfo.cache: rebuilt from it
+    world.writeFile("run/.vyx-mime-desktop.tbl", binary + "/x.desktop=text/plain");
     std::string list = world.writeFile("home/.config/mimeapps.list", "[Added Associations]\ntext/plain=ok.desktop\n");
     chmod(list.c_str(), 0600);
     world.writeFile("home/.config/B-mimeapps.list", std::string(5000, '\xff'));
     VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings {dir + "/ok.desktop"});
         EXPECT_EQ(GetDesktopEntryPathForMime("text/huge", kAll).size(), 1u);
-    }));
-    // Garbage however new is not a cache file: ignored and rebuilt.
-    world.writeFile("run/.vyx-mime-desktop.tbl", binary);
-    vyxtest::setMtime(cache, time(nullptr) + 100);
-    VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
-        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings {dir + "/ok.desktop"});
         EXPECT_EQ(GetMimeCacheUse().ignored, "not a cache file of this library");
     }));
     vyxtest::ChildOptions unprivileged = vyxtest::withoutSystemApps(world);
@@ -303,16 +296,8 @@ TEST(DefaultAppsCache, PlaceOfTheFileAndCachesPlantedByAnotherUser)
                                          [] { GetDesktopEntryPathForMime("text/plain", kFirst); }));
     std::string planted = plantedCache(world);
     world.makeDir("tmp", 01777);  // as the shared temporary directory is
-    vyxtest::ChildOptions attacker;
-    attacker.unprivileged = true;
-    VYX_EXPECT_CHILD(vyxtest::runInChild(attacker, [&] {
-        for (const std::string& file : {shared + "/.vyx-mime-desktop.tbl", world.path("tmp/.vyx-mime-desktop.tbl")}) {
-            FILE* out = std::fopen(file.c_str(), "w");
-            ASSERT_TRUE(out) << file;
-            std::fputs(planted.c_str(), out);
-            std::fclose(out);
-        }
-    }));
+    for (const char* file : {"shared/.vyx-mime-desktop.tbl", "tmp/.vyx-mime-desktop.tbl"})
+        ASSERT_EQ(chown(world.writeFile(file, planted).c_str(), 65534, 65534), 0);  // the other user's
     std::remove(runtimeCache(world).c_str());
     const std::string userCache = world.home() + "/.cache/vyx/.vyx-mime-desktop.tbl";
     for (const char* runtime : {static_cast<const char*>("shared"), static_cast<const char*>(nullptr)}) {

@@ -225,9 +225,8 @@ TEST(Mimeapps, AssignedApplicationsAndIcons)
     std::vector<VyxDesktopEntry> first = GetAssignedDesktopEntryForMime("text/plain", kFirst);
     ASSERT_EQ(first.size(), 1u);
     EXPECT_EQ(first[0].filePath(), world.path("usr/share/applications/viewer.desktop"));
-    EXPECT_EQ(first[0].icon(), "icon-viewer.desktop");
-    EXPECT_EQ(GetAssignedDesktopEntryForMime("text/plain", kAll).size(), 3u);
     EXPECT_TRUE(GetAssignedDesktopEntryForMime("text/html", kAll).empty());  // only Added Associations
+    // Every assignment of every list, in their order.
     EXPECT_EQ(GetAssignedIconForMime("text/plain", Vyx::tagged_bool<AllIcons_tag>(true)),
               (Strings {"icon-viewer.desktop", "icon-editor.desktop", "icon-editor.desktop"}));
 

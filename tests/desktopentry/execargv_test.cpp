@@ -190,31 +190,20 @@ TEST(Exec, FilesUrlsQuotingSeparatorsAndOtherCodes)
 
 // --- launching real programs ---
 
-struct Launched {
-    std::string cwd;
-    std::string stdinKind;
-    Argv argv;
-};
-
-// Waits for each process and reads what the recorder wrote.
-std::vector<Launched> collect(const std::string& base, const std::vector<int>& pids)
+// Waits for each process and reads what the recorder wrote: its working
+// directory, "null" when its standard input is /dev/null, its arguments.
+// The entries run in the world's "tmp".
+Commands collect(const std::string& base, const std::vector<int>& pids)
 {
-    std::vector<Launched> result;
+    Commands result;
     for (int pid : pids) {
         int status = 0;
         while (waitpid(pid, &status, 0) < 0 && errno == EINTR) { }
         EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << status;
         std::string text = vyxtest::readFile(base + "." + std::to_string(pid));
-        Launched one;
-        std::vector<std::string> fields;
+        result.emplace_back();
         for (size_t start = 0, end; (end = text.find('\0', start)) != std::string::npos; start = end + 1)
-            fields.push_back(text.substr(start, end - start));
-        if (fields.size() >= 2) {
-            one.cwd = fields[0];
-            one.stdinKind = fields[1];
-            one.argv.assign(fields.begin() + 2, fields.end());
-        }
-        result.push_back(one);
+            result.back().push_back(text.substr(start, end - start));
     }
     return result;
 }
@@ -222,7 +211,7 @@ std::vector<Launched> collect(const std::string& base, const std::vector<int>& p
 std::string writeEntry(const TempHome& world, const std::string& name, const std::string& keys)
 {
     return world.writeFile("home/.local/share/applications/" + name,
-                           "[Desktop Entry]\nType=Application\nName=Recorder\n" + keys);
+                           "[Desktop Entry]\nType=Application\nName=Recorder\nPath=" + world.path("tmp") + "\n" + keys);
 }
 
 TEST(Launch, RealProgramReceivesEveryNameWhole)
@@ -242,28 +231,29 @@ TEST(Launch, RealProgramReceivesEveryNameWhole)
         paths.push_back("/files/" + name);
 
     VyxDesktopEntry many(writeEntry(world, "many.desktop", "Exec=" VYX_ARGV_RECORDER " --all %F\n"));
+    // A pipe as our own input, so that one the program inherited would show
+    // (ctest gives us /dev/null already).
+    int input[2];
+    ASSERT_EQ(pipe(input), 0);
+    ASSERT_EQ(dup2(input[0], STDIN_FILENO), STDIN_FILENO);
     std::vector<int> pids;
     std::string error;
     ASSERT_GT(LaunchDesktopEntry(many, paths, &error, &pids), 0) << error;
-    std::vector<Launched> runs = collect(base, pids);
+    Commands runs = collect(base, pids);
     ASSERT_EQ(runs.size(), 1u);
-    Argv expected {VYX_ARGV_RECORDER, "--all"};
+    Argv expected {world.path("tmp"), "null", VYX_ARGV_RECORDER, "--all"};
     expected.insert(expected.end(), paths.begin(), paths.end());
-    EXPECT_EQ(runs[0].argv, expected);
-    EXPECT_EQ(runs[0].stdinKind, "null");
+    EXPECT_EQ(runs[0], expected);
     EXPECT_NE(access(owned.c_str(), F_OK), 0) << "a file name ran as a command";
 
     // One process per file, each in the entry's working directory.
-    VyxDesktopEntry single(
-        writeEntry(world, "single.desktop", "Exec=" VYX_ARGV_RECORDER " %f\nPath=" + world.path("tmp") + "\n"));
+    VyxDesktopEntry single(writeEntry(world, "single.desktop", "Exec=" VYX_ARGV_RECORDER " %f\n"));
     Argv three(paths.end() - 3, paths.end());
     ASSERT_GT(LaunchDesktopEntry(single, three, nullptr, &pids), 0);
     runs = collect(base, pids);
     ASSERT_EQ(runs.size(), 3u);
-    for (size_t i = 0; i < 3; ++i) {
-        EXPECT_EQ(runs[i].argv, Argv({VYX_ARGV_RECORDER, three[i]}));
-        EXPECT_EQ(runs[i].cwd, world.path("tmp"));
-    }
+    for (size_t i = 0; i < 3; ++i)
+        EXPECT_EQ(runs[i], Argv({world.path("tmp"), "null", VYX_ARGV_RECORDER, three[i]}));
     EXPECT_NE(access(owned.c_str(), F_OK), 0);
 }
 
@@ -285,9 +275,10 @@ TEST(Launch, TerminalAndRefusals)
     ASSERT_EQ(symlink(VYX_ARGV_RECORDER, (bin + "/x-terminal-emulator").c_str()), 0);
     std::vector<int> pids;
     ASSERT_GT(LaunchDesktopEntry(inTerminal, {"/a b"}, &error, &pids), 0) << error;
-    std::vector<Launched> runs = collect(base, pids);
+    Commands runs = collect(base, pids);
     ASSERT_EQ(runs.size(), 1u);
-    EXPECT_EQ(runs[0].argv, Argv({"x-terminal-emulator", "-e", VYX_ARGV_RECORDER, "file:///a%20b"}));
+    EXPECT_EQ(runs[0],
+              Argv({world.path("tmp"), "null", "x-terminal-emulator", "-e", VYX_ARGV_RECORDER, "file:///a%20b"}));
 
     VyxDesktopEntry missing(world.path("home/.local/share/applications/none.desktop"));
     EXPECT_EQ(LaunchDesktopEntry(missing, {"/a"}, &error), -1);

@@ -39,8 +39,6 @@ TEST(EntryLoad, FieldsTranslationsActionsAndLineEnds)
     VyxDesktopEntry entry(data("browser.desktop"));
     ASSERT_TRUE(entry.isLoaded());
     EXPECT_EQ(entry.localName(), "Webbrowser");  // the earlier language wins
-    EXPECT_EQ(entry.localGenericName(), "Browser für das Netz");
-    EXPECT_EQ(entry.localComment(), "Im Internet surfen");
     EXPECT_EQ(entry.localKeywords(), (Strings {"Internet", "WWW", "Netz"}));
     EXPECT_EQ(entry.localIconOrFallback(), "web-browser");
     EXPECT_EQ(entry.getUnknownValue("X-Vendor-Build"), "2024.1");

@@ -353,27 +353,23 @@ TEST(DefaultAppsCache, UntrustedFilesAreIgnored)
         VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world),
                                              [] { GetDesktopEntryPathForMime("text/plain", kFirst); }));
         std::string cache = runtimeCache(world), planted = plantedCache(world);
-        std::string name = c.name;
-        std::string other = world.writeFile("other", planted);
+        const std::string name = c.name, other = world.writeFile("other", planted);
         ASSERT_EQ(chown(other.c_str(), 65534, 65534), 0);
-        std::remove(cache.c_str());
-        if (name == "foreign owner") {
-            world.writeFile("run/.vyx-mime-desktop.tbl", planted);
+        // The planted text over the file just made, then what the case changes.
+        world.writeFile("run/.vyx-mime-desktop.tbl",
+                        name == "truncated" ? planted.substr(0, planted.size() - 3) : planted);
+        if (name == "foreign owner")
             ASSERT_EQ(chown(cache.c_str(), 65534, 65534), 0);
-        } else if (name == "world-writable") {
-            world.writeFile("run/.vyx-mime-desktop.tbl", planted);
+        if (name == "world-writable")
             chmod(cache.c_str(), 0666);
-        } else if (name == "link to another user's file") {
+        if (name == "link to another user's file" || name == "directory" || name == "fifo")
+            std::remove(cache.c_str());
+        if (name == "link to another user's file")
             ASSERT_EQ(symlink(other.c_str(), cache.c_str()), 0);
-        } else if (name == "directory") {
+        if (name == "directory")
             world.makeDir("run/.vyx-mime-desktop.tbl");
-        } else if (name == "fifo") {
+        if (name == "fifo")
             ASSERT_EQ(mkfifo(cache.c_str(), 0600), 0);
-        } else if (name == "truncated") {
-            world.writeFile("run/.vyx-mime-desktop.tbl", planted.substr(0, planted.size() - 3));
-        } else {
-            world.writeFile("run/.vyx-mime-desktop.tbl", planted);
-        }
         ScopedEnv dataHome("XDG_DATA_HOME", name == "other directory list" ? world.path("elsewhere").c_str()
                                                                            : (world.home() + "/.local/share").c_str());
         VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {

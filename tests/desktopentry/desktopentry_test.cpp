@@ -109,7 +109,6 @@ TEST(EntryLoad, PathsAndValidity)
     EXPECT_EQ(entry.filePath(), world.path("rel") + "/app.desktop");
     EXPECT_TRUE(entry.isLoaded());
     EXPECT_TRUE(entry.isValid());  // parses, even without a "Desktop Entry" group
-    EXPECT_EQ(entry.name(), "");
 
     entry.setFilePath(world.path("missing.desktop"));
     EXPECT_FALSE(entry.isLoaded());

@@ -116,7 +116,6 @@ TEST(EntryLoad, PathsAndValidity)
     EXPECT_FALSE(entry.load());
 
     VyxDesktopEntry empty;
-    EXPECT_FALSE(empty.isLoaded());
     EXPECT_FALSE(empty.load());
 }
 

@@ -38,37 +38,22 @@ TEST(EntryLoad, FieldsTranslationsActionsAndLineEnds)
     ScopedEnv language("LANGUAGE", "de:fr");
     VyxDesktopEntry entry(data("browser.desktop"));
     ASSERT_TRUE(entry.isLoaded());
-    EXPECT_EQ(entry.name(), "Web Browser");
     EXPECT_EQ(entry.localName(), "Webbrowser");  // the earlier language wins
-    EXPECT_EQ(entry.localGenericName(), "Browser für das Netz");
-    EXPECT_EQ(entry.localComment(), "Im Internet surfen");
     EXPECT_EQ(entry.localKeywords(), (Strings {"Internet", "WWW", "Netz"}));
     EXPECT_EQ(entry.localIconOrFallback(), "web-browser");
-    EXPECT_EQ(entry.mimeType().size(), 5u);
-    EXPECT_EQ(entry.categories(), (Strings {"Network", "WebBrowser"}));
-    EXPECT_TRUE(entry.hasTerminal());
-    EXPECT_FALSE(entry.terminal());
-    EXPECT_TRUE(entry.startupNotify());
-    EXPECT_FALSE(entry.hasNoDisplay());
     EXPECT_EQ(entry.getUnknownValue("X-Vendor-Build"), "2024.1");
     EXPECT_EQ(entry.getUnknownValue("Name[ru]"), "Веб-браузер");  // other languages are kept
     EXPECT_EQ(entry.getUnknownValue("Name[de]"), "");
     EXPECT_EQ(entry.getUnknownValue(nullptr), "");
 
     ASSERT_EQ(entry.actions().size(), 2u);
-    const VyxDesktopAction& privateWindow = entry.actions()[1];
-    EXPECT_EQ(privateWindow.id(), "new-private-window");
-    EXPECT_EQ(privateWindow.localName(), "Neues privates Fenster");
-    EXPECT_EQ(privateWindow.icon(), "private-browsing");
-    EXPECT_EQ(privateWindow.exec(), "/usr/lib/browser/browser --private-window %u");
+    EXPECT_EQ(entry.actions()[1].icon(), "private-browsing");
     EXPECT_EQ(entry.actions()[0].localCommentOrFallback(), "");
 
     // A byte order mark, CR LF line ends, and booleans that are strict.
     VyxDesktopEntry crlf(data("crlf-bom.desktop"));
     ASSERT_TRUE(crlf.isLoaded());
-    EXPECT_EQ(crlf.type(), "Application");
     EXPECT_EQ(crlf.localName(), "Texteditor");
-    EXPECT_EQ(crlf.exec(), "editor %F");
     EXPECT_EQ(crlf.categories(), (Strings {"Utility", "TextEditor"}));
     EXPECT_TRUE(crlf.noDisplay());  // "True" counts
     EXPECT_TRUE(crlf.hasHidden());
@@ -107,10 +92,8 @@ TEST(EntryLoad, OddSpacingDuplicatesStrayKeysAndActionGroups)
     ASSERT_TRUE(entry.isLoaded());
     EXPECT_EQ(entry.name(), "Spaced Out");
     EXPECT_EQ(entry.exec(), "spaced --second");  // a repeated key keeps its last value
-    EXPECT_TRUE(entry.terminal());
     EXPECT_FALSE(entry.prefersNonDefaultGPU());  // "yes" is not true
     EXPECT_TRUE(entry.hasPrefersNonDefaultGPU());
-    EXPECT_EQ(entry.notShowIn(), Strings {"KDE"});
     EXPECT_EQ(entry.getUnknownValue("StrayKey"), "");  // outside the group: not ours
     ASSERT_EQ(entry.actions().size(), 1u);  // "gone" has no name anywhere
     EXPECT_EQ(entry.actions()[0].id(), "kept");
@@ -126,7 +109,6 @@ TEST(EntryLoad, PathsAndValidity)
     EXPECT_EQ(entry.filePath(), world.path("rel") + "/app.desktop");
     EXPECT_TRUE(entry.isLoaded());
     EXPECT_TRUE(entry.isValid());  // parses, even without a "Desktop Entry" group
-    EXPECT_EQ(entry.name(), "");
 
     entry.setFilePath(world.path("missing.desktop"));
     EXPECT_FALSE(entry.isLoaded());
@@ -134,18 +116,7 @@ TEST(EntryLoad, PathsAndValidity)
     EXPECT_FALSE(entry.load());
 
     VyxDesktopEntry empty;
-    EXPECT_FALSE(empty.isLoaded());
     EXPECT_FALSE(empty.load());
-
-    // Loading again resets the lists.
-    std::string file = world.writeFile("a.desktop", "[Desktop Entry]\nName=A\nCategories=X;Y\nExtra=1\n");
-    VyxDesktopEntry reloaded(file);
-    ASSERT_EQ(reloaded.categories().size(), 2u);
-    world.writeFile("a.desktop", "[Desktop Entry]\nName=B\n");
-    EXPECT_TRUE(reloaded.load());
-    EXPECT_EQ(reloaded.name(), "B");
-    EXPECT_TRUE(reloaded.categories().empty());
-    EXPECT_TRUE(reloaded.unknowns().empty());
 }
 
 TEST(EntryLoad, BadFilesGiveDefinedAnswers)
@@ -177,7 +148,6 @@ TEST(EntryLoad, BadFilesGiveDefinedAnswers)
     std::string file = world.path("huge.desktop");
     vyxtest::writeRepeated(file, "[Desktop Entry]\nName=Huge\nComment=", 'x', 100u << 20, "\n");
     VyxDesktopEntry entry(file);
-    ASSERT_TRUE(entry.isLoaded());
     EXPECT_EQ(entry.name(), "Huge");
     EXPECT_EQ(entry.comment().size(), 100u << 20);
 }
@@ -197,8 +167,6 @@ TEST(EntryLoad, TranslationsOfActionsAndUnknownKeysInOrder)
     VyxDesktopEntry entry(file);
     ASSERT_TRUE(entry.isLoaded());
     EXPECT_EQ(entry.localName(), "Prilozhenie");
-    EXPECT_EQ(entry.getUnknownValue("NAME[de]"), "Upper");
-    EXPECT_EQ(entry.getUnknownValue("Comment[pl]"), "Polski");
     const std::vector<std::pair<std::string, std::string>> unknowns = {
         {"NAME[de]", "Upper"}, {"X-First", "1"}, {"Comment[pl]", "Polski"}};
     EXPECT_EQ(entry.unknowns(), unknowns);
@@ -222,12 +190,7 @@ TEST(EntrySave, RoundTripKeepsEveryField)
         std::string copy = world.path(name);
         ASSERT_TRUE(original.saveAs(copy, kSkipEmpty));
         EXPECT_EQ(original.filePath(), data(name));  // still bound to its own file
-        VyxDesktopEntry reloaded(copy);
-        ASSERT_TRUE(reloaded.isLoaded());
-        EXPECT_TRUE(reloaded.identicalTo(original)) << vyxtest::readFile(copy);
-        // And once more: saving what was loaded changes nothing.
-        ASSERT_TRUE(reloaded.save(kSkipEmpty));
-        EXPECT_TRUE(VyxDesktopEntry(copy).identicalTo(original));
+        EXPECT_TRUE(VyxDesktopEntry(copy).identicalTo(original)) << vyxtest::readFile(copy);
     }
 }
 
@@ -303,43 +266,26 @@ TEST(EntrySave, ReplacesAtomicallyThroughLinksKeepingPermissionsOrReportsFailure
     EXPECT_TRUE(lost.isValid());  // set even after a failed save (kept)
 }
 
-TEST(EntryMerge, CopyInheritOverride)
+// A value set on both sides: inheriting keeps ours, overriding takes theirs.
+// Copying, and merging with an unset side, is checked field by field below.
+TEST(EntryMerge, InheritKeepsAndOverrideReplacesASetValue)
 {
-    TempHome world;
-    VyxDesktopEntry system, user;
+    VyxDesktopEntry system, user, inherited, overridden;
     system.setName("System");
-    system.setComment("From the system");
-    system.setTerminal(true);
-    system.setCategories({"Utility"});
+    system.setHidden(true);
     user.setName("Mine");
     user.setHidden(false);
-
-    VyxDesktopEntry inherited;
     inherited.copyFrom(user);
-    EXPECT_TRUE(inherited.identicalTo(user));
     inherited.inheritFrom(system);
-    EXPECT_EQ(inherited.name(), "Mine");
-    EXPECT_EQ(inherited.comment(), "From the system");
-    EXPECT_TRUE(inherited.terminal());
-    EXPECT_TRUE(inherited.hasHidden());
-
-    VyxDesktopEntry overridden;
     overridden.copyFrom(system);
     overridden.overrideFrom(user);
-    EXPECT_EQ(overridden.name(), "Mine");
-    EXPECT_EQ(overridden.comment(), "From the system");  // not cleared by an empty source
-    EXPECT_TRUE(overridden.hasHidden());
-    EXPECT_EQ(overridden.categories(), std::vector<std::string> {"Utility"});
-
-    overridden.copyFrom(user);  // everything, empty or not
-    EXPECT_EQ(overridden.comment(), "");
-    EXPECT_FALSE(overridden.hasTerminal());
+    EXPECT_TRUE(inherited.identicalTo(user));
     EXPECT_TRUE(overridden.identicalTo(user));
 }
 
 // Each field alone on an otherwise empty entry: it is written under its
-// own key, read back into itself, compared, copied, inherited and cleared
-// by a reload as a list or a translation is.
+// own key, read back into itself, compared, copied, inherited, overridden
+// and cleared by a reload as a list or a translation is.
 TEST(EntryFields, EachFieldOnItsOwn)
 {
     ScopedEnv language("LANGUAGE", "de");
@@ -383,6 +329,7 @@ TEST(EntryFields, EachFieldOnItsOwn)
         {"Version = 1.5\n", [](VyxDesktopEntry& e) { e.setVersion("1.5"); }, false},
         {"Keywords = w1;w2\n", [](VyxDesktopEntry& e) { e.setKeywords({"w1", "w2"}); }, true},
         {"Keywords[de] = lw\n", [](VyxDesktopEntry& e) { e.setLocalKeywords({"lw"}); }, true},
+        {"X-Other = v\n", [](VyxDesktopEntry& e) { e.setUnknowns({{"X-Other", "v"}}); }, true},
     };
     // clang-format on
     const std::string blankFile = world.writeFile("blank.desktop", "[Desktop Entry]\n");
@@ -397,13 +344,16 @@ TEST(EntryFields, EachFieldOnItsOwn)
         EXPECT_NE(vyxtest::readFile(file).find(field.line), std::string::npos) << vyxtest::readFile(file);
         EXPECT_TRUE(VyxDesktopEntry(file).identicalTo(entry)) << vyxtest::readFile(file);
 
-        VyxDesktopEntry copied(blankFile), inherited(blankFile);
+        VyxDesktopEntry copied(blankFile), inherited(blankFile), overridden(blankFile);
         copied.copyFrom(entry);
         inherited.inheritFrom(entry);
-        EXPECT_TRUE(copied.identicalTo(entry));
-        EXPECT_TRUE(inherited.identicalTo(entry));
+        overridden.overrideFrom(entry);
+        for (const VyxDesktopEntry* merged : {&copied, &inherited, &overridden})
+            EXPECT_TRUE(merged->identicalTo(entry));
         copied.overrideFrom(blank);  // an empty source changes nothing
         EXPECT_TRUE(copied.identicalTo(entry));
+        copied.copyFrom(blank);  // but a copy takes everything, empty or not
+        EXPECT_TRUE(copied.identicalTo(blank));
 
         ASSERT_TRUE(entry.load());  // the entry is still bound to the blank file
         EXPECT_EQ(entry.identicalTo(blank), field.clearedByReload);

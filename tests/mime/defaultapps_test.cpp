@@ -90,12 +90,11 @@ TEST(Catalogue, SystemDataHomeAddsNoUserDirectory)
     TempHome world;
     ScopedEnv dataHome("XDG_DATA_HOME", "/usr/share");
     EXPECT_EQ(GetDesktopEntryFullPath("x.desktop"), "");  // not built yet: nothing is found (kept)
-    Strings dirs = GetAllAppDesktopEntrySearchPaths();
-    ASSERT_FALSE(dirs.empty());
-    EXPECT_EQ(dirs.front(), "/usr/share/applications");  // the data home's own, through the XDG list
-    for (const std::string& dir : dirs)
-        EXPECT_EQ(dir.find(world.home()), std::string::npos) << dir;
-    EXPECT_EQ(Vyx::detail::mimeCachePath(), world.path("run") + "/.vyx-mime-desktop.tbl");
+    // The data home's own first, through the XDG list; nothing under it.
+    EXPECT_EQ(
+        GetAllAppDesktopEntrySearchPaths(),
+        (Strings {"/usr/share/applications", world.path("usr/share/applications"), "/usr/local/share/applications",
+                  "/var/lib/snapd/desktop/applications", "/var/lib/flatpak/exports/share/applications"}));
 }
 
 TEST(Catalogue, PathsEntriesAndFolders)
@@ -226,9 +225,8 @@ TEST(Mimeapps, AssignedApplicationsAndIcons)
     std::vector<VyxDesktopEntry> first = GetAssignedDesktopEntryForMime("text/plain", kFirst);
     ASSERT_EQ(first.size(), 1u);
     EXPECT_EQ(first[0].filePath(), world.path("usr/share/applications/viewer.desktop"));
-    EXPECT_EQ(first[0].icon(), "icon-viewer.desktop");
-    EXPECT_EQ(GetAssignedDesktopEntryForMime("text/plain", kAll).size(), 3u);
     EXPECT_TRUE(GetAssignedDesktopEntryForMime("text/html", kAll).empty());  // only Added Associations
+    // Every assignment of every list, in their order.
     EXPECT_EQ(GetAssignedIconForMime("text/plain", Vyx::tagged_bool<AllIcons_tag>(true)),
               (Strings {"icon-viewer.desktop", "icon-editor.desktop", "icon-editor.desktop"}));
 
@@ -250,24 +248,18 @@ TEST(DefaultApps, BadCachesAndListsGiveDefinedAnswers)
                         std::string(20000, 'x') + ".desktop\n\x01\x02\xff=\xfe\n");
     vyxtest::setMtime(dir, 1000);
     vyxtest::setMtime(dir + "/mimeinfo.cache", 2000);
-    // A binary, truncated cache file with lines far beyond 8190 characters.
+    // A binary, truncated cache file with lines far beyond 8190 characters
+    // is not a cache file: ignored and rebuilt.
     std::string binary(30000, '\0');
     for (size_t i = 0; i < binary.size(); ++i)
         binary[i] = static_cast<char>((i * 131) & 0xFF);
-    std::string cache = world.writeFile("run/.vyx-mime-desktop.tbl", binary + "/x.desktop=text/plain");
-    vyxtest::setMtime(cache, 500);  // older than the mimeinfo.cache: rebuilt from it
+    world.writeFile("run/.vyx-mime-desktop.tbl", binary + "/x.desktop=text/plain");
     std::string list = world.writeFile("home/.config/mimeapps.list", "[Added Associations]\ntext/plain=ok.desktop\n");
     chmod(list.c_str(), 0600);
     world.writeFile("home/.config/B-mimeapps.list", std::string(5000, '\xff'));
     VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
         EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings {dir + "/ok.desktop"});
         EXPECT_EQ(GetDesktopEntryPathForMime("text/huge", kAll).size(), 1u);
-    }));
-    // Garbage however new is not a cache file: ignored and rebuilt.
-    world.writeFile("run/.vyx-mime-desktop.tbl", binary);
-    vyxtest::setMtime(cache, time(nullptr) + 100);
-    VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {
-        EXPECT_EQ(GetDesktopEntryPathForMime("text/plain", kAll), Strings {dir + "/ok.desktop"});
         EXPECT_EQ(GetMimeCacheUse().ignored, "not a cache file of this library");
     }));
     vyxtest::ChildOptions unprivileged = vyxtest::withoutSystemApps(world);
@@ -303,16 +295,8 @@ TEST(DefaultAppsCache, PlaceOfTheFileAndCachesPlantedByAnotherUser)
                                          [] { GetDesktopEntryPathForMime("text/plain", kFirst); }));
     std::string planted = plantedCache(world);
     world.makeDir("tmp", 01777);  // as the shared temporary directory is
-    vyxtest::ChildOptions attacker;
-    attacker.unprivileged = true;
-    VYX_EXPECT_CHILD(vyxtest::runInChild(attacker, [&] {
-        for (const std::string& file : {shared + "/.vyx-mime-desktop.tbl", world.path("tmp/.vyx-mime-desktop.tbl")}) {
-            FILE* out = std::fopen(file.c_str(), "w");
-            ASSERT_TRUE(out) << file;
-            std::fputs(planted.c_str(), out);
-            std::fclose(out);
-        }
-    }));
+    for (const char* file : {"shared/.vyx-mime-desktop.tbl", "tmp/.vyx-mime-desktop.tbl"})
+        ASSERT_EQ(chown(world.writeFile(file, planted).c_str(), 65534, 65534), 0);  // the other user's
     std::remove(runtimeCache(world).c_str());
     const std::string userCache = world.home() + "/.cache/vyx/.vyx-mime-desktop.tbl";
     for (const char* runtime : {static_cast<const char*>("shared"), static_cast<const char*>(nullptr)}) {
@@ -369,27 +353,23 @@ TEST(DefaultAppsCache, UntrustedFilesAreIgnored)
         VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world),
                                              [] { GetDesktopEntryPathForMime("text/plain", kFirst); }));
         std::string cache = runtimeCache(world), planted = plantedCache(world);
-        std::string name = c.name;
-        std::string other = world.writeFile("other", planted);
+        const std::string name = c.name, other = world.writeFile("other", planted);
         ASSERT_EQ(chown(other.c_str(), 65534, 65534), 0);
-        std::remove(cache.c_str());
-        if (name == "foreign owner") {
-            world.writeFile("run/.vyx-mime-desktop.tbl", planted);
+        // The planted text over the file just made, then what the case changes.
+        world.writeFile("run/.vyx-mime-desktop.tbl",
+                        name == "truncated" ? planted.substr(0, planted.size() - 3) : planted);
+        if (name == "foreign owner")
             ASSERT_EQ(chown(cache.c_str(), 65534, 65534), 0);
-        } else if (name == "world-writable") {
-            world.writeFile("run/.vyx-mime-desktop.tbl", planted);
+        if (name == "world-writable")
             chmod(cache.c_str(), 0666);
-        } else if (name == "link to another user's file") {
+        if (name == "link to another user's file" || name == "directory" || name == "fifo")
+            std::remove(cache.c_str());
+        if (name == "link to another user's file")
             ASSERT_EQ(symlink(other.c_str(), cache.c_str()), 0);
-        } else if (name == "directory") {
+        if (name == "directory")
             world.makeDir("run/.vyx-mime-desktop.tbl");
-        } else if (name == "fifo") {
+        if (name == "fifo")
             ASSERT_EQ(mkfifo(cache.c_str(), 0600), 0);
-        } else if (name == "truncated") {
-            world.writeFile("run/.vyx-mime-desktop.tbl", planted.substr(0, planted.size() - 3));
-        } else {
-            world.writeFile("run/.vyx-mime-desktop.tbl", planted);
-        }
         ScopedEnv dataHome("XDG_DATA_HOME", name == "other directory list" ? world.path("elsewhere").c_str()
                                                                            : (world.home() + "/.local/share").c_str());
         VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {

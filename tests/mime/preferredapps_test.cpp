@@ -69,8 +69,7 @@ TEST(PreferredApps, EveryLevelInPriorityOrder)
 
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
         std::vector<VyxMimeApp> apps = GetPreferredApplications("text/plain");
-        EXPECT_EQ(ids(apps), Strings({"d.desktop", "b.desktop", "c.desktop", "vendor-sub.desktop", "e.desktop"}));
-        ASSERT_EQ(apps.size(), 5u);
+        ASSERT_EQ(ids(apps), Strings({"d.desktop", "b.desktop", "c.desktop", "vendor-sub.desktop", "e.desktop"}));
         EXPECT_EQ(apps[0].source, world.path("home/.config/testde-mimeapps.list"));
         EXPECT_EQ(apps[0].group, "Default Applications");
         EXPECT_EQ(apps[2].group, "Added Associations");
@@ -115,16 +114,11 @@ TEST(PreferredApps, SetDefaultKeepsTheRestOfTheListAndNeverRewritesADamagedOne)
                                               "[Default Applications]\nthis line is no key\n",
                                               std::string(5 << 20, '#')};
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated(world), [&] {
-        EXPECT_EQ(GetPreferredApplications("text/plain")[0].id, "b.desktop");
         ASSERT_TRUE(SetDefaultApplication("text/plain", "a.desktop"));
         EXPECT_EQ(vyxtest::readFile(list),
                   "# my settings\n[Default Applications]\nimage/png=x.desktop;\n# keep me\ntext/plain=a.desktop;\n\n"
                   "[Added Associations]\ntext/plain=a.desktop;b.desktop;\n[X-Other]\nK = v\n"
                   "[Removed Associations]\ntext/plain=c.desktop;\n# trailing\n");
-        std::vector<VyxMimeApp> apps = GetPreferredApplications("text/plain");
-        ASSERT_FALSE(apps.empty());
-        EXPECT_EQ(apps[0].id, "a.desktop");
-        EXPECT_EQ(apps[0].group, "Default Applications");
 
         // Refused, and the file left alone.
         std::string now = vyxtest::readFile(list);
@@ -159,9 +153,12 @@ TEST(PreferredApps, SetDefaultKeepsTheRestOfTheListAndNeverRewritesADamagedOne)
         EXPECT_FALSE(SetDefaultApplication("text/plain", "a.desktop"));
         EXPECT_TRUE(lstat(list.c_str(), &st) == 0 && S_ISDIR(st.st_mode));
         rmdir(list.c_str());
-        // No list yet: one is made.
+        // No list yet: one is made, and the next question sees it.
         EXPECT_TRUE(SetDefaultApplication("text/plain", "a.desktop"));
-        EXPECT_EQ(GetPreferredApplications("text/plain")[0].group, "Default Applications");
+        const std::vector<VyxMimeApp> apps = GetPreferredApplications("text/plain");
+        ASSERT_FALSE(apps.empty());
+        EXPECT_EQ(apps[0].id, "a.desktop");
+        EXPECT_EQ(apps[0].group, "Default Applications");
     }));
 }
 

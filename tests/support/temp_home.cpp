@@ -7,8 +7,8 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
-#include <ftw.h>
 #include <sstream>
 #include <stdexcept>
 #include <sys/stat.h>
@@ -21,29 +21,6 @@ extern char** environ;
 namespace vyxtest {
 
 namespace {
-
-void makeDirs(const std::string& path, mode_t mode)
-{
-    std::string partial;
-    std::stringstream parts(path);
-    std::string piece;
-    while (std::getline(parts, piece, '/')) {
-        if (piece.empty())
-            continue;
-        partial += "/" + piece;
-        if (mkdir(partial.c_str(), mode) != 0 && errno != EEXIST)
-            throw std::runtime_error("mkdir " + partial + ": " + std::strerror(errno));
-    }
-}
-
-int removeEntry(const char* path, const struct stat*, int type, struct FTW*)
-{
-    if (type == FTW_DP)
-        rmdir(path);
-    else
-        unlink(path);
-    return 0;
-}
 
 // Names of variables that would let the real session leak into a test.
 std::vector<std::string> leakingVariables()
@@ -123,7 +100,7 @@ std::string TempHome::path(const std::string& relative) const
 std::string TempHome::makeDir(const std::string& relative, mode_t mode) const
 {
     std::string full = path(relative);
-    makeDirs(full, 0755);
+    std::filesystem::create_directories(full);
     chmod(full.c_str(), mode);
     return full;
 }
@@ -131,8 +108,7 @@ std::string TempHome::makeDir(const std::string& relative, mode_t mode) const
 std::string TempHome::writeFile(const std::string& relative, const std::string& content) const
 {
     std::string full = path(relative);
-    std::string::size_type slash = full.rfind('/');
-    makeDirs(full.substr(0, slash), 0755);
+    std::filesystem::create_directories(std::filesystem::path(full).parent_path());
     std::ofstream out(full, std::ios::binary | std::ios::trunc);
     out << content;
     if (!out)
@@ -150,7 +126,8 @@ std::string readFile(const std::string& path)
 
 void removeTree(const std::string& path)
 {
-    nftw(path.c_str(), removeEntry, 16, FTW_DEPTH | FTW_PHYS);
+    std::error_code ignored;  // what cannot be removed is left, as rm -rf would
+    std::filesystem::remove_all(path, ignored);
 }
 
 }  // namespace vyxtest

@@ -179,41 +179,31 @@ TEST(RandrPrimary, VersionGateAndTheFirstOutputAtTheOrigin)
                                    "libvyxcore SetRRPrimary(): cant get screen resources\n");
 }
 
-TEST(RandrDpi, QueryMeasuresTheOutputItWouldChooseAndLeavesItSo)
-{
-    ScriptedServer server;
-    server.monitor(300, 200, 1200, 800);
-    server.primary = 0;
-    server.widthMM = 508;  // 96.0: RandR is asked
-    std::string name = "stale";
-    double x = 0, y = 0;
-    CaptureStderr();
-    ASSERT_TRUE(Vyx::detail::rrPrimaryDPI(server, kRoot, &x, &y, Vyx::detail::PrimaryChoice::Leave, &name));
-    EXPECT_EQ(Vyx::detail::findDPI(server, 0, kRoot, Vyx::detail::PrimaryChoice::Leave), x);
-    GetCapturedStderr();
-    EXPECT_EQ(name, "DP-1");
-    EXPECT_NEAR(x, 1200 / (300 / 25.4), 1e-9);
-    EXPECT_NEAR(y, 800 / (200 / 25.4), 1e-9);
-    EXPECT_EQ(server.primary, 0u) << "a query never makes an output primary";
-
-    server.outputInfos[1].connected = false;  // nothing qualifies: nothing measured
-    EXPECT_FALSE(Vyx::detail::rrPrimaryDPI(server, kRoot, &x, &y, Vyx::detail::PrimaryChoice::Leave, &name));
-    EXPECT_EQ(name, "");
-}
-
+// A query measures the output it would choose and leaves it as it is.
 TEST(FindDpi, XftAndRandrAreAskedOnlyWhileTheDpiIsNinetySixSomething)
 {
+    using Vyx::detail::PrimaryChoice;
     ScriptedServer server;
     server.monitor(400, 200, 1000, 2000, 2);  // RandR says 127
+    server.primary = 0;
     server.widthMM = 506;  // 1920 px: 96.38
     server.xft = 96.2;
+    std::string name = "stale";
+    CaptureStderr();
+    EXPECT_EQ(Vyx::detail::findDPI(server, 0, kRoot, PrimaryChoice::Leave), 127.0);
+    EXPECT_TRUE(Vyx::detail::rrPrimaryDPI(server, kRoot, nullptr, nullptr, PrimaryChoice::Leave, &name));
+    EXPECT_EQ(name, "DP-1");
+    EXPECT_EQ(server.primary, 0u) << "a query never makes an output primary";
     EXPECT_EQ(Vyx::detail::findDPI(server, 0, kRoot), 127.0);
+    GetCapturedStderr();
+    EXPECT_EQ(server.primary, 1u);
+    server.primaryAsked = 0;
     server.xft = 110;
     EXPECT_EQ(Vyx::detail::findDPI(server, 0, kRoot), 110.0);
-    EXPECT_EQ(server.primaryAsked, 1);
+    EXPECT_EQ(server.primaryAsked, 0);
     server.widthMM = 490;  // 99.5, not snapped here
     EXPECT_NEAR(Vyx::detail::findDPI(server, 0, kRoot), 99.5265, 1e-4);
-    EXPECT_EQ(server.xftAsked, 2);
+    EXPECT_EQ(server.xftAsked, 3);
 }
 
 TEST(XftDpi, TheCurrentValueWinsAndIsPublishedRounded)

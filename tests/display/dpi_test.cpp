@@ -256,20 +256,6 @@ protected:
     std::vector<Display*> m_opened;
 };
 
-TEST_F(DpiOnXvfb, PrimaryOutputIsChosenOnceAndHasNoPhysicalSize)
-{
-    ASSERT_EQ(XRRGetOutputPrimary(display(), root()), 0u);
-    CaptureStderr();
-    EXPECT_TRUE(SetRRPrimary(display(), root(), 0, 0));
-    EXPECT_NE(XRRGetOutputPrimary(freshConnection(), root()), 0u);
-    EXPECT_TRUE(SetRRPrimary(display(), root(), 0, 0));
-    EXPECT_FALSE(GetRRPrimaryDPI(display(), root(), nullptr, nullptr));
-    EXPECT_EQ(GetCapturedStderr(), "libvyxcore SetRRPrimary(): output is screen wmm=0 hmm=0\n"
-                                   "  connected\n"
-                                   "    main crtc: 0 0 1280 1024\n"
-                                   "libvyxcore GetRRPrimaryDPI(): screen no size in mm (0x0), bad EDID/driver/etc ?\n");
-}
-
 TEST_F(DpiOnXvfb, FindDpiGoesPastTheScreenSizeOnlyAtNinetySix)
 {
     CaptureStderr();
@@ -292,8 +278,9 @@ TEST_F(DpiOnXvfb, FindDpiGoesPastTheScreenSizeOnlyAtNinetySix)
 }
 
 // Bad arguments get empty answers and publish nothing; Xft's own value is
-// published only when asked to.
-TEST_F(DpiOnXvfb, BadArgumentsGetEmptyAnswersAndSetXftDpiPublishesXftsOwnValue)
+// published only when asked to; the output chosen as primary has no
+// physical size.
+TEST_F(DpiOnXvfb, BadArgumentsXftsOwnValueAndThePrimaryOutputChosenOnce)
 {
     const Window child = XCreateSimpleWindow(display(), root(), 0, 0, 1, 1, 0, 0, 0);
     for (Display* dpy : {display(), static_cast<Display*>(nullptr)}) {
@@ -313,6 +300,17 @@ TEST_F(DpiOnXvfb, BadArgumentsGetEmptyAnswersAndSetXftDpiPublishesXftsOwnValue)
     SetXftDPI(display(), 0, 144, InXrdb(true));
     EXPECT_EQ(resourceOf(XrmGetDatabase(display()), "Xft.dpi"), "100");
     EXPECT_NEAR(GetXftDPI(display(), 0), 1024 * 25.4 / 260, 1e-9);
+
+    ASSERT_EQ(XRRGetOutputPrimary(display(), root()), 0u);
+    CaptureStderr();
+    EXPECT_TRUE(SetRRPrimary(display(), root(), 0, 0));
+    EXPECT_NE(XRRGetOutputPrimary(freshConnection(), root()), 0u);
+    EXPECT_TRUE(SetRRPrimary(display(), root(), 0, 0));
+    EXPECT_FALSE(GetRRPrimaryDPI(display(), root(), nullptr, nullptr));
+    EXPECT_EQ(GetCapturedStderr(), "libvyxcore SetRRPrimary(): output is screen wmm=0 hmm=0\n"
+                                   "  connected\n"
+                                   "    main crtc: 0 0 1280 1024\n"
+                                   "libvyxcore GetRRPrimaryDPI(): screen no size in mm (0x0), bad EDID/driver/etc ?\n");
 }
 
 TEST(DpiWithoutRandr, ScreenSizeStillAnswers)

@@ -204,6 +204,11 @@ TEST(FindDpi, XftAndRandrAreAskedOnlyWhileTheDpiIsNinetySixSomething)
     server.widthMM = 490;  // 99.5, not snapped here
     EXPECT_NEAR(Vyx::detail::findDPI(server, 0, kRoot), 99.5265, 1e-4);
     EXPECT_EQ(server.xftAsked, 3);
+
+    server.primary = 0;
+    server.outputInfos[1].connected = false;  // nothing qualifies: nothing measured
+    EXPECT_FALSE(Vyx::detail::rrPrimaryDPI(server, kRoot, nullptr, nullptr, PrimaryChoice::Leave, &name));
+    EXPECT_EQ(name, "");
 }
 
 TEST(XftDpi, TheCurrentValueWinsAndIsPublishedRounded)

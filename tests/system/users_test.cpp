@@ -35,42 +35,10 @@ ChildOptions withTestUsers(const vyxtest::TempHome& world)
     return options;
 }
 
-// Answers are remembered per process: the database changing under it
-// changes none of them.
-TEST(Groups, MembershipFromTheGroupDatabaseRememberedPerProcess)
-{
-    vyxtest::TempHome world;
-    VYX_EXPECT_CHILD(vyxtest::runInChild(withTestUsers(world), [&] {
-        EXPECT_TRUE(isUserInGroup("wheelers", "alice"));
-        EXPECT_TRUE(isUserInGroup("alice", "alice"));  // the primary group counts
-        EXPECT_FALSE(isUserInGroup("many", "alice"));
-        EXPECT_TRUE(isUserInGroup("wheelers", 2001u));
-        EXPECT_FALSE(isUserInGroup("alice", 2002u));
-        EXPECT_FALSE(isUserInGroup("g1", 2001u));
-        EXPECT_FALSE(isUserInGroup("wheelers", 99999u));
-        EXPECT_FALSE(isUserInGroup(nullptr));
-        // More than 256 groups: answered false, not retried.
-        EXPECT_EQ(vyxtest::stderrOf([] {
-                      EXPECT_FALSE(isUserInGroup("wheelers", "nobody-such"));
-                      EXPECT_FALSE(isUserInGroup("g5", "many"));
-                  }),
-                  "libvyxcore: getpwnam(nobody-such) failed\n"
-                  "libvyxcore: getgrouplist(many,...) returned -1; ngroups = 301\n");
-
-        // alice leaves wheelers and many joins alice's group; written in place,
-        // as the file is bound.
-        std::string group = vyxtest::readFile("/etc/group");
-        group.replace(group.find("wheelers:x:3000:alice"), 21, "wheelers:x:3000:");
-        group.replace(group.find("\nalice:x:2001:\n"), 15, "\nalice:x:2001:many\n");
-        world.writeFile("group", group);
-        EXPECT_TRUE(isUserInGroup("wheelers", "alice"));
-        EXPECT_FALSE(isUserInGroup("alice", 2002u));
-    }));
-}
-
 // The library asks from its own threads too (suitability, the window
-// manager's channel): answers and lookups must not race.
-TEST(Groups, ThreadsAskingAtOnceAgree)
+// manager's channel): answers and lookups must not race. Answers are
+// remembered per process: the database changing under it changes none.
+TEST(Groups, ThreadsAgreeOnMembershipRememberedPerProcess)
 {
     vyxtest::TempHome world;
     VYX_EXPECT_CHILD(vyxtest::runInChild(withTestUsers(world), [&] {
@@ -89,6 +57,29 @@ TEST(Groups, ThreadsAskingAtOnceAgree)
         for (std::thread& thread : threads)
             thread.join();
         EXPECT_EQ(wrong, std::vector<int>(4, 0));
+
+        EXPECT_TRUE(isUserInGroup("alice", "alice"));  // the primary group counts
+        EXPECT_FALSE(isUserInGroup("many", "alice"));
+        EXPECT_TRUE(isUserInGroup("wheelers", 2001u));
+        EXPECT_FALSE(isUserInGroup("alice", 2002u));
+        EXPECT_FALSE(isUserInGroup("wheelers", 99999u));
+        EXPECT_FALSE(isUserInGroup(nullptr));
+        // More than 256 groups: answered false, not retried.
+        EXPECT_EQ(vyxtest::stderrOf([] {
+                      EXPECT_FALSE(isUserInGroup("wheelers", "nobody-such"));
+                      EXPECT_FALSE(isUserInGroup("g5", "many"));
+                  }),
+                  "libvyxcore: getpwnam(nobody-such) failed\n"
+                  "libvyxcore: getgrouplist(many,...) returned -1; ngroups = 301\n");
+
+        // alice leaves wheelers and many joins alice's group; written in place,
+        // as the file is bound.
+        std::string group = vyxtest::readFile("/etc/group");
+        group.replace(group.find("wheelers:x:3000:alice"), 21, "wheelers:x:3000:");
+        group.replace(group.find("\nalice:x:2001:\n"), 15, "\nalice:x:2001:many\n");
+        world.writeFile("group", group);
+        EXPECT_TRUE(isUserInGroup("wheelers", "alice"));
+        EXPECT_FALSE(isUserInGroup("alice", 2002u));
     }));
 }
 

@@ -7,7 +7,6 @@
 #include "support/temp_home.h"
 #include "support/text_checks.h"
 
-#include <vyxdirs.h>
 #include <vyxfileutils.h>
 
 #include <gtest/gtest.h>

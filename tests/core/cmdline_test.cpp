@@ -80,7 +80,6 @@ TEST(CmdLine, SplitsLikeASmallShell)
         {"\\101\\ b ^C^? \\", "[A b][\x03\x7f]"},
         // Exactly three digits, the rest stays text; 8 ends the octal value.
         {"\\1017 \\108x \\777 \\18", "[A7][\x08x][\xff][18]"},
-        {"ls -l > out.txt", "[ls][-l] >out.txt"},
         {"ls>>log x", "[ls][x] >>log"},
         {"cat file |  sort -r\nignored", "[cat][file] |sort -r"},
         {"q \"'\"'\"'\"'\"'\"'\"'\"x", "[q]['\"'\"'\"'\"'\"'\"'\"x]"},  // fifteen levels of quotes

@@ -3,15 +3,16 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "core/userdirs_p.h"
+#include "support/child_process.h"
+#include "support/files.h"
 #include "support/temp_home.h"
 
 #include <vyxdirs.h>
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -25,21 +26,17 @@ TEST(Dirs, HomeFromLognameAndNothingWithoutAnyName)
 {
     TempHome world;
     ScopedEnv home("HOME", nullptr), logname("LOGNAME", "alice"), user("USER", "bob");
-    EXPECT_EQ(GetVyxDir(HomeDir), "/home/alice");
     EXPECT_EQ(GetVyxDir(VyxHomeDir), "/home/alice/.vyx");
 
     ScopedEnv noLogname("LOGNAME", ""), noUser("USER", nullptr);
     ResetVyxDirs();
-    EXPECT_EQ(GetVyxDir(HomeDir), "");
-    EXPECT_EQ(GetVyxDir(VyxHomeDir), "");
-    EXPECT_EQ(GetVyxDir(StartMenuDir), "/startmenu");  // formed without a home, as it always was
+    EXPECT_EQ(GetVyxDir(StartMenuDir), "/startmenu");  // no vyx home, and formed without it as it always was
     EXPECT_EQ(GetVyxDir(ControlPanelDir), "/startmenu/controlpanel");
     EXPECT_EQ(GetVyxDir(CacheDir), world.home() + "/.cache");  // XDG_CACHE_HOME still set
     ScopedEnv noCache("XDG_CACHE_HOME", nullptr), noData("XDG_DATA_HOME", nullptr);
     ResetVyxDirs();
     EXPECT_EQ(GetVyxDir(CacheDir), "");
     EXPECT_EQ(GetVyxDir(TrashFilesDir), "");
-    EXPECT_EQ(GetVyxDir(VyxHomeDir), "");
     // No reset: an empty answer is simply computed again once it can be.
     setenv("HOME", "/later/home", 1);
     EXPECT_EQ(GetVyxDir(TempDir), world.path("tmp"));
@@ -54,7 +51,6 @@ TEST(Dirs, AliasesAndResetFollowingTheEnvironmentButKeepingSharedDirs)
     EXPECT_EQ(&vyxGetPath(DesktopDir), &GetVyxDir(DesktopDir));
     EXPECT_EQ(GetVyxDir(static_cast<VyxDir>(30)), "");
     EXPECT_EQ(GetVyxDir(static_cast<VyxDir>(-1)), "");
-    EXPECT_EQ(GetVyxDir(SoundsDir), "/usr/share/vyx-wm/sounds");
     EXPECT_EQ(GetVyxDir(TranslationsDir), "/usr/share/vyx/translations");
     EXPECT_EQ(GetVyxDir(HomeDir), world.home());
     EXPECT_EQ(GetVyxDir(SharedDesktopDir), "/first/desktop");
@@ -68,83 +64,70 @@ TEST(Dirs, AliasesAndResetFollowingTheEnvironmentButKeepingSharedDirs)
     unsetenv("VYXHELPDIR");
     EXPECT_EQ(GetVyxDir(HomeDir), world.home());  // cached until reset
     ResetVyxDirs();
-    EXPECT_EQ(GetVyxDir(HomeDir), "/elsewhere");
-    EXPECT_EQ(&cached, &GetVyxDir(HomeDir));  // the same object, new content
     EXPECT_EQ(GetVyxDir(VyxHomeDir), "/elsewhere/.vyx");
+    EXPECT_EQ(cached, "/elsewhere");  // the same object, new content
     EXPECT_EQ(GetVyxDir(SharedDesktopDir), "/first/desktop");
     EXPECT_EQ(GetVyxDir(SharedStartMenuDir), "/usr/share/applications/vyxstartmenu");
     EXPECT_EQ(GetVyxDir(QtHelpDir), "/usr/share/doc/vyx/qthelp");
-    setenv("HOME", world.home().c_str(), 1);
 }
 
-// The kiosk settings count only in a kiosk session.
-TEST(Dirs, UserDirectoriesAndTheirFallbacksInAnOrdinarySession)
+// The kiosk settings count only in a kiosk session, and only where they name
+// the system directory or a directory that exists. The session kind and the
+// kiosk desktop are decided once per process, so each session gets a child.
+TEST(Dirs, KioskSettingsCountOnlyInAKioskSession)
 {
     TempHome world;
-    ScopedEnv session("DESKTOP_SESSION", "vyx");
-    ScopedEnv rc("VYX_RC_FILE", "/usr/share/vyx-wm/settings.rc");
-    ScopedEnv bar("VYX_KIOSK_TOOLBAR_DIR", world.root().c_str());
-    world.writeFile("home/.config/user-dirs.dirs", "XDG_MUSIC_DIR=\"$HOME/Tunes\"\n");
-    EXPECT_EQ(GetVyxDir(MusicDir), world.home() + "/Tunes");
-    EXPECT_EQ(GetVyxDir(DesktopDir), world.home() + "/Desktop");
-    EXPECT_EQ(GetVyxDir(VideosDir), world.home());  // no entry: the home itself
-    EXPECT_EQ(GetVyxDir(DocumentsDir), world.home());
-    EXPECT_EQ(GetVyxDir(TrashFilesDir), world.home() + "/.local/share/Trash/files");
-    EXPECT_EQ(GetVyxDir(ThemeDir), world.home() + "/.vyx/theme");
-    EXPECT_EQ(GetVyxDir(KioskToolbarDir), world.home() + "/.vyx/toolbar");
+    const std::string toolbar = world.makeDir("kiosk-toolbar"), desktop = world.makeDir("kiosk-desktop");
+    const std::string vyxHome = world.home() + "/.vyx", homeDesktop = world.home() + "/Desktop";
+    const std::string wmRc = "/usr/share/vyx-wm/kiosk/settings.rc", system = "/usr/share/vyx-wm/theme";
+    const struct {
+        std::string session, rc, toolbarEnv, desktopEnv, theme, toolbar, desktop;
+    } cases[] = {
+        {"vyx", wmRc, toolbar, desktop, vyxHome + "/theme", vyxHome + "/toolbar", homeDesktop},
+        {"vyx-kiosk", wmRc, toolbar, "/no/such/dir", system, toolbar, homeDesktop},
+        {"vyx-kiosk", "/etc/settings.rc", "/does/not/exist", desktop, vyxHome + "/theme", vyxHome + "/toolbar",
+         desktop},
+        {"vyx-tablet-kiosk", wmRc, toolbar, desktop, system, toolbar, desktop},
+    };
+    for (const auto& c : cases) {
+        ScopedEnv session("DESKTOP_SESSION", c.session.c_str()), rc("VYX_RC_FILE", c.rc.c_str());
+        ScopedEnv bar("VYX_KIOSK_TOOLBAR_DIR", c.toolbarEnv.c_str()),
+            kiosk("VYX_KIOSK_DESKTOP_DIR", c.desktopEnv.c_str());
+        VYX_EXPECT_CHILD(vyxtest::runInChild({}, [&] {
+            SCOPED_TRACE(c.session + " " + c.rc);
+            EXPECT_EQ(GetVyxDir(ThemeDir), c.theme);
+            EXPECT_EQ(GetVyxDir(KioskToolbarDir), c.toolbar);
+            EXPECT_EQ(GetVyxDir(DesktopDir), c.desktop);
+            EXPECT_EQ(GetVyxDir(MusicDir), world.home());  // only the desktop has a kiosk directory
+            unsetenv("DESKTOP_SESSION");
+            EXPECT_EQ(xdgUserDirLookup("DESKTOP"), c.desktop);
+        }));
+    }
 }
 
-// A kiosk desktop directory that does not exist is not used.
-TEST(Dirs, KioskSessionSelectsSystemThemeAndToolbar)
-{
-    TempHome world;
-    std::string toolbar = world.makeDir("kiosk-toolbar");
-    ScopedEnv session("DESKTOP_SESSION", "vyx-kiosk");
-    ScopedEnv rc("VYX_RC_FILE", "/usr/share/vyx-wm/kiosk/settings.rc");
-    ScopedEnv bar("VYX_KIOSK_TOOLBAR_DIR", toolbar.c_str());
-    ScopedEnv desktop("VYX_KIOSK_DESKTOP_DIR", "/no/such/dir");
-    EXPECT_EQ(GetVyxDir(ThemeDir), "/usr/share/vyx-wm/theme");
-    EXPECT_EQ(GetVyxDir(KioskToolbarDir), toolbar);
-    EXPECT_EQ(xdgUserDirLookup("DESKTOP"), world.home() + "/Desktop");
-
-    ResetVyxDirs();
-    setenv("VYX_RC_FILE", "/etc/settings.rc", 1);
-    setenv("VYX_KIOSK_TOOLBAR_DIR", "/does/not/exist", 1);
-    EXPECT_EQ(GetVyxDir(ThemeDir), world.home() + "/.vyx/theme");
-    EXPECT_EQ(GetVyxDir(KioskToolbarDir), world.home() + "/.vyx/toolbar");
-}
-
-TEST(XdgDirs, FindAndListTheUserDirectoryFirstThenTheSystemList)
+// The user's directory first, created one level deep when it can be and
+// creation is on, left out otherwise; then the system list or its defaults.
+TEST(XdgDirs, UserDirectoryFirstOnlyWhenItExistsOrCanBeMade)
 {
     TempHome world;
     std::string system = world.makeDir("etc/xdg/autostart");
-    // The user's directory cannot be made (no .config), so the system one answers.
+    ScopedEnv noDirs("XDG_DATA_DIRS", nullptr);
+    // No .config and no .local: the user's directories cannot be made.
     EXPECT_EQ(autostartDir(), system);
     EXPECT_EQ(GetVyxDir(AutostartDir), system);
-    world.makeDir("home/.config");
-    EXPECT_EQ(findInXDGConfigDirs("autostart"), world.home() + "/.config/autostart");
-    EXPECT_EQ(findInXDGDataDirs("nothing-here"), "");
-    ScopedEnv dirs("XDG_CONFIG_DIRS", "/a::/b");
-    EXPECT_EQ(xdgConfigDirs("x"), (std::vector<std::string> {world.home() + "/.config/x", "/a/x", "/b/x"}));
-    struct stat st;
-    ASSERT_EQ(stat((world.home() + "/.config/x").c_str(), &st), 0);
-    EXPECT_EQ(st.st_mode & 0777, 0700u);
-
-    ScopedEnv noDirs("XDG_CONFIG_DIRS", ""), noHome("XDG_CONFIG_HOME", nullptr);
-    EXPECT_EQ(xdgConfigDirs(nullptr), (std::vector<std::string> {world.home() + "/.config", "/etc/xdg"}));
-}
-
-TEST(XdgDirs, UncreatableOrUncreatedUserDirectoryIsLeftOut)
-{
-    TempHome world;
-    ScopedEnv noDirs("XDG_DATA_DIRS", nullptr);
-    // ".local" is missing, and only one level is ever created.
     EXPECT_EQ(xdgDataDirs("applications"),
               (std::vector<std::string> {"/usr/local/share/applications", "/usr/share/applications"}));
-    world.makeDir("home/.local/share");
-    EXPECT_EQ(xdgDataDirs("applications").front(), world.home() + "/.local/share/applications");
+    EXPECT_EQ(findInXDGDataDirs("nothing-here"), "");
+    world.makeDir("home/.config");
+    EXPECT_EQ(findInXDGConfigDirs("autostart"), world.home() + "/.config/autostart");
+    ScopedEnv dirs("XDG_CONFIG_DIRS", "/a::/b");
+    EXPECT_EQ(xdgConfigDirs("x"), (std::vector<std::string> {world.home() + "/.config/x", "/a/x", "/b/x"}));
+    EXPECT_EQ(vyxtest::fileMode(world.home() + "/.config/x") & 0777, 0700u);
+    ScopedEnv emptyDirs("XDG_CONFIG_DIRS", ""), noHome("XDG_CONFIG_HOME", nullptr);
+    EXPECT_EQ(xdgConfigDirs(nullptr), (std::vector<std::string> {world.home() + "/.config", "/etc/xdg"}));
 
     // Creation switched off leaves the home alone.
+    world.makeDir("home/.local/share");
     const std::string user = world.home() + "/.local/share/sounds";
     setXdgUserDirCreation(false);
     EXPECT_EQ(xdgDataDirs("sounds"), (std::vector<std::string> {"/usr/local/share/sounds", "/usr/share/sounds"}));
@@ -196,35 +179,28 @@ TEST(UserDirs, LineSyntaxAndMalformedValues)
     EXPECT_EQ(parse(hugeValue, "MUSIC"), "/" + std::string(511 - 16, 'y'));
 }
 
+// The directories of the user's file, the home itself for a type without an
+// entry; XDG_CONFIG_HOME, not HOME/.config, names the file when set.
 TEST(UserDirs, FileLocationAndFallbacks)
 {
     TempHome world;
-    EXPECT_EQ(xdgUserDirLookup("DESKTOP"), world.home() + "/Desktop");
-    EXPECT_EQ(xdgUserDirLookup("MUSIC"), world.home());
-    world.writeFile("home/.config/user-dirs.dirs", "XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\n");
-    EXPECT_EQ(xdgUserDirLookup("DESKTOP"), world.home() + "/Schreibtisch");
+    world.writeFile("home/.config/user-dirs.dirs",
+                    "XDG_DESKTOP_DIR=\"$HOME/Schreibtisch\"\nXDG_MUSIC_DIR=\"$HOME/Tunes\"\n");
+    EXPECT_EQ(GetVyxDir(DesktopDir), world.home() + "/Schreibtisch");
+    EXPECT_EQ(GetVyxDir(MusicDir), world.home() + "/Tunes");
+    EXPECT_EQ(GetVyxDir(VideosDir), world.home());
+    EXPECT_EQ(GetVyxDir(DocumentsDir), world.home());
+    EXPECT_EQ(GetVyxDir(TrashFilesDir), world.home() + "/.local/share/Trash/files");
     {
-        // XDG_CONFIG_HOME, not HOME/.config, names the file when set.
         ScopedEnv config("XDG_CONFIG_HOME", world.makeDir("cfg").c_str());
         EXPECT_EQ(xdgUserDirLookup("DESKTOP"), world.home() + "/Desktop");
+        EXPECT_EQ(xdgUserDirLookup("MUSIC"), world.home());
         world.writeFile("cfg/user-dirs.dirs", "XDG_DESKTOP_DIR=\"/from/cfg\"\n");
         EXPECT_EQ(xdgUserDirLookup("DESKTOP"), "/from/cfg");
     }
     ScopedEnv noHome("HOME", "");
     EXPECT_EQ(xdgUserDirLookup("DESKTOP"), "/tmp");
     EXPECT_EQ(xdgUserDirLookup("MUSIC"), "/tmp");
-}
-
-TEST(UserDirs, KioskDesktopIsDecidedOnce)
-{
-    TempHome world;
-    std::string kiosk = world.makeDir("kiosk-desktop");
-    ScopedEnv session("DESKTOP_SESSION", "vyx-tablet-kiosk");
-    ScopedEnv desktop("VYX_KIOSK_DESKTOP_DIR", kiosk.c_str());
-    EXPECT_EQ(xdgUserDirLookup("DESKTOP"), kiosk);
-    EXPECT_EQ(xdgUserDirLookup("MUSIC"), world.home());
-    unsetenv("DESKTOP_SESSION");
-    EXPECT_EQ(xdgUserDirLookup("DESKTOP"), kiosk);
 }
 
 }  // namespace

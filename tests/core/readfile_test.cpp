@@ -5,10 +5,12 @@
 // The probes every reader of outside files goes through: only regular files
 // are opened, and the directory probe answers as stat does.
 
+#include "core/inireader_p.h"
 #include "core/pathprobe_p.h"
 #include "core/readfile_p.h"
 #include "support/child_process.h"
 #include "support/temp_home.h"
+#include "support/unix_socket.h"
 
 #include "vyxfileutils.h"
 
@@ -16,9 +18,7 @@
 
 #include <cerrno>
 #include <fcntl.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 namespace {
@@ -28,18 +28,17 @@ using Vyx::detail::openRegularFile;
 using Vyx::detail::readRegularDescriptor;
 using Vyx::detail::readRegularFile;
 
-// Everything that is not a file is refused as a missing file is, at once.
+// Everything that is not a file is refused as a missing file is, at once,
+// and so is a file the user may not read; the INI reader answers no
+// differently.
 TEST(ReadFile, OnlyRegularFilesAndNeverBlocking)
 {
     vyxtest::TempHome world;
     alarm(10);  // a blocking open of the FIFO would hang here
     const std::string fifo = world.path("fifo"), socketPath = world.path("socket");
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    socketPath.copy(address.sun_path, sizeof address.sun_path - 1);
-    int listener = socket(AF_UNIX, SOCK_STREAM, 0);
-    ASSERT_EQ(bind(listener, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    const int listener = vyxtest::bindUnixSocket(socketPath);
+    ASSERT_GE(listener, 0);
     std::string out = "stale";
     for (const std::string& path : {fifo, socketPath, world.home(), std::string("/dev/null"), world.path("missing")}) {
         errno = 0;
@@ -48,12 +47,23 @@ TEST(ReadFile, OnlyRegularFilesAndNeverBlocking)
         EXPECT_EQ(fopenRegularFile(path.c_str()), nullptr) << path;
         EXPECT_FALSE(readRegularFile(path.c_str(), out)) << path;
         EXPECT_EQ(out, "") << path;
+        EXPECT_FALSE(Vyx::detail::IniReader().loadFile(path)) << path;
     }
     // Copies go through it too: nothing is created for what cannot be read.
     EXPECT_FALSE(vyxCopyFile(fifo.c_str(), world.path("copy").c_str()));
     EXPECT_NE(access(world.path("copy").c_str(), F_OK), 0);
     close(listener);
     alarm(0);
+
+    const std::string secret = world.writeFile("secret.ini", "[A]\nk=v\n");
+    chmod(secret.c_str(), 0600);
+    vyxtest::ChildOptions options;
+    options.unprivileged = true;
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
+        Vyx::detail::IniReader reader;
+        EXPECT_FALSE(reader.loadFile(secret));
+        EXPECT_EQ(reader.groupCount(), 0u);
+    }));
 }
 
 TEST(ReadFile, ReadsTheWholeFileWhateverItsReportedSize)

@@ -39,30 +39,25 @@ std::string advice(const std::string& what)
     return what + "\n" + indent + "May be other user uses it.\n" + indent + "Ask administrator to check it.\n";
 }
 
-// Sends command while a forked reader holds the FIFO open, as a window
-// manager does; answers what the reader got until the writer closed.
+// Whatever the reader got within a moment; the FIFO is held open for
+// reading throughout, so a writer would not have been turned away for want
+// of a reader.
+std::string unreadAfter(const std::string& fifo, const std::function<void()>& send)
+{
+    int fd = open(fifo.c_str(), O_RDONLY | O_NONBLOCK);
+    EXPECT_GE(fd, 0) << fifo;
+    send();
+    char buffer[256];
+    ssize_t n = read(fd, buffer, sizeof buffer);
+    close(fd);
+    return std::string(buffer, n > 0 ? size_t(n) : 0);
+}
+
+// What a reader holding the FIFO open, as a window manager does, got of
+// command; the send must succeed.
 std::string sendToReader(const std::string& fifo, const char* command)
 {
-    int out[2];
-    EXPECT_EQ(pipe(out), 0);
-    int fd = open(fifo.c_str(), O_RDONLY | O_NONBLOCK);  // before the fork: the reader is there at once
-    pid_t pid = fork();
-    if (pid == 0) {
-        std::string got(1024, '\0');
-        pollfd wait = {fd, POLLIN, 0};
-        ssize_t n = 0, total = 0;
-        while (poll(&wait, 1, 5000) > 0 && (n = read(fd, &got[total], got.size() - total)) > 0)
-            total += n;  // poll wakes only once a writer came, and for its close
-        _exit(write(out[1], got.data(), total) == total ? 0 : 1);
-    }
-    close(fd);
-    close(out[1]);
-    EXPECT_TRUE(SendCommandToWM(nullptr, command));
-    char buffer[1024];
-    ssize_t n = read(out[0], buffer, sizeof buffer);
-    close(out[0]);
-    waitpid(pid, nullptr, 0);
-    return std::string(buffer, n > 0 ? n : 0);
+    return unreadAfter(fifo, [command] { EXPECT_TRUE(SendCommandToWM(nullptr, command)); });
 }
 
 // Plants what another user could leave at path: a FIFO (or a plain file)
@@ -131,20 +126,6 @@ TEST(WmFifo, DeliversTheExactBytesOrFailsAtOnce)
         EXPECT_EQ(sendCapturingErrors("X\n"),
                   advice("SendCommandToWM: Can't access WM fifo file " + world.path("run/vyx-wm-:44.")));
     }));
-}
-
-// Whatever the reader got within a moment; the FIFO is held open for
-// reading throughout, so a writer would not have been turned away for want
-// of a reader.
-std::string unreadAfter(const std::string& fifo, const std::function<void()>& send)
-{
-    int fd = open(fifo.c_str(), O_RDONLY | O_NONBLOCK);
-    EXPECT_GE(fd, 0) << fifo;
-    send();
-    char buffer[256];
-    ssize_t n = read(fd, buffer, sizeof buffer);
-    close(fd);
-    return std::string(buffer, n > 0 ? size_t(n) : 0);
 }
 
 TEST(WmFifo, NothingButTheCallersOwnFifoGetsACommand)

@@ -60,7 +60,6 @@ TEST_F(Autostart, TheFirstFileDecides)
     world.writeFile("etc/xdg/autostart/script", "#!/bin/sh\n");
     EXPECT_TRUE(vyxIsAutostartEnabled("/opt/tools/script.sh"));  // a plain file's presence is enough
     EXPECT_FALSE(vyxIsAutostartEnabled("nothing"));
-    EXPECT_FALSE(vyxIsAutostartEnabled(""));
     EXPECT_FALSE(vyxIsAutostartEnabled(nullptr));
 }
 

@@ -80,6 +80,11 @@ TEST_F(Autostart, SwitchingOnlyTouchesTheUsersDirectory)
     EXPECT_TRUE(vyxIsAutostartEnabled("app"));
     EXPECT_NE(vyxtest::readFile(userPath("app.desktop")).find("/bin/echo started"), std::string::npos);
     EXPECT_EQ(vyxtest::readFile(systemFile), systemText);
+
+    // A program installed only as an application is copied as it is.
+    const std::string tool = world.writeFile("usr/share/applications/tool.desktop", entry("tool", "X-Mine=1\n"));
+    EXPECT_TRUE(vyxEnableAutostart("tool", true, nullptr, kKeep));
+    EXPECT_EQ(vyxtest::readFile(userPath("tool.desktop")), vyxtest::readFile(tool));
 }
 
 }  // namespace

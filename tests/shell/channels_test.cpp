@@ -385,6 +385,7 @@ TEST_F(ToplevelWindows, NameThenClassPrefixThenIconName)
 
     ScopedEnv other("DISPLAY", ":99.0");  // the connection names the display
     EXPECT_EQ(GetVyxDMFIFOPath(display()).first, "/var/run/xdmctl/dmctl-" + server().displayName() + "/socket");
+    EXPECT_EQ(GetOrganization(), "quorbitek");
 }
 
 }  // namespace

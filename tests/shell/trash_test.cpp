@@ -108,6 +108,8 @@ TEST_F(Trash, NoObjectIsLostToANameAlreadyTaken)
     EXPECT_EQ(stderrOf([&] { EXPECT_FALSE(VyxTrash::restoreFromTrash(original.c_str())); }),
               "vyxcore: can't restore file, rename(" + files + "/notes_0.txt," + original +
                   ") failed due to File exists\n");
+    EXPECT_HAS(stderrOf([&] { EXPECT_FALSE(VyxTrash::moveToTrash(world.path("gone.txt").c_str())); }),
+               "No such file or directory");
     EXPECT_EQ(readFile(original) + readFile(files + "/notes_0.txt"), "newermine");
     EXPECT_EQ(listDir(info), Names {"notes_0.txt.trashinfo"});
 }

@@ -39,30 +39,25 @@ std::string advice(const std::string& what)
     return what + "\n" + indent + "May be other user uses it.\n" + indent + "Ask administrator to check it.\n";
 }
 
-// Sends command while a forked reader holds the FIFO open, as a window
-// manager does; answers what the reader got until the writer closed.
+// Whatever the reader got within a moment; the FIFO is held open for
+// reading throughout, so a writer would not have been turned away for want
+// of a reader.
+std::string unreadAfter(const std::string& fifo, const std::function<void()>& send)
+{
+    int fd = open(fifo.c_str(), O_RDONLY | O_NONBLOCK);
+    EXPECT_GE(fd, 0) << fifo;
+    send();
+    char buffer[256];
+    ssize_t n = read(fd, buffer, sizeof buffer);
+    close(fd);
+    return std::string(buffer, n > 0 ? size_t(n) : 0);
+}
+
+// What a reader holding the FIFO open, as a window manager does, got of
+// command; the send must succeed.
 std::string sendToReader(const std::string& fifo, const char* command)
 {
-    int out[2];
-    EXPECT_EQ(pipe(out), 0);
-    int fd = open(fifo.c_str(), O_RDONLY | O_NONBLOCK);  // before the fork: the reader is there at once
-    pid_t pid = fork();
-    if (pid == 0) {
-        std::string got(1024, '\0');
-        pollfd wait = {fd, POLLIN, 0};
-        ssize_t n = 0, total = 0;
-        while (poll(&wait, 1, 5000) > 0 && (n = read(fd, &got[total], got.size() - total)) > 0)
-            total += n;  // poll wakes only once a writer came, and for its close
-        _exit(write(out[1], got.data(), total) == total ? 0 : 1);
-    }
-    close(fd);
-    close(out[1]);
-    EXPECT_TRUE(SendCommandToWM(nullptr, command));
-    char buffer[1024];
-    ssize_t n = read(out[0], buffer, sizeof buffer);
-    close(out[0]);
-    waitpid(pid, nullptr, 0);
-    return std::string(buffer, n > 0 ? n : 0);
+    return unreadAfter(fifo, [command] { EXPECT_TRUE(SendCommandToWM(nullptr, command)); });
 }
 
 // Plants what another user could leave at path: a FIFO (or a plain file)
@@ -103,9 +98,9 @@ TEST(ChannelPaths, FollowTheEnvironmentAndDisplay)
     EXPECT_EQ(GetVyxWMFIFOPath(nullptr).first, world.path("run/vyx-wm-:1.0"));
     EXPECT_EQ(GetVyxDMFIFOPath(nullptr).first, "/var/run/xdmctl/dmctl-:1/socket");
 
+    // One display manager serves every screen; a dot in the host name stays.
     ScopedEnv absolute("DM_CONTROL", world.path("dm").c_str()), host("DISPLAY", "host.example:0");
-    world.writeFile("dm/dmctl-host.example:0/socket", "");
-    EXPECT_EQ(GetVyxDMFIFOPath(nullptr), Found(world.path("dm/dmctl-host.example:0/socket"), true));
+    EXPECT_EQ(GetVyxDMFIFOPath(nullptr).first, world.path("dm/dmctl-host.example:0/socket"));
     ScopedEnv hostScreen("DISPLAY", "host.example:0.2");
     EXPECT_EQ(GetVyxDMFIFOPath(nullptr).first, world.path("dm/dmctl-host.example:0/socket"));
     EXPECT_EQ(GetVyxWMFIFOPath(nullptr).first, world.path("run/vyx-wm-host.example:0.2"));
@@ -131,44 +126,6 @@ TEST(WmFifo, DeliversTheExactBytesOrFailsAtOnce)
         EXPECT_EQ(sendCapturingErrors("X\n"),
                   advice("SendCommandToWM: Can't access WM fifo file " + world.path("run/vyx-wm-:44.")));
     }));
-}
-
-TEST(WmFifo, OnlyAnAdministratorFindsAnotherUsersFifo)
-{
-    vyxtest::TempHome world;
-    ScopedEnv display("DISPLAY", ":5");
-    const std::string runUser = world.makeDir("runuser");
-    world.makeDir("runuser/1000");
-    world.makeDir("runuser/private/E/F");
-    VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(runUser), [] {
-        const std::string privateFifo = "/var/run/user/private/E/F/vyx-wm-:5",
-                          userFifo = "/var/run/user/1000/vyx-wm-:5";
-        EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, false));  // the last candidate tried
-        plant(privateFifo);
-        EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, true));
-        plant(userFifo, 1000);  // searched before "private"
-        EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(userFifo, true));
-        EXPECT_EQ(sendToReader(userFifo, "VYXWM_UPDATE_RECENTSMENU\n"), "VYXWM_UPDATE_RECENTSMENU\n");
-    }));
-    // The FIFOs found above stay, open to anyone who looks.
-    VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(runUser, true), [&] {
-        ASSERT_NE(getuid(), 0u);
-        EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(world.path("run/vyx-wm-:5"), false));
-    }));
-}
-
-// Whatever the reader got within a moment; the FIFO is held open for
-// reading throughout, so a writer would not have been turned away for want
-// of a reader.
-std::string unreadAfter(const std::string& fifo, const std::function<void()>& send)
-{
-    int fd = open(fifo.c_str(), O_RDONLY | O_NONBLOCK);
-    EXPECT_GE(fd, 0) << fifo;
-    send();
-    char buffer[256];
-    ssize_t n = read(fd, buffer, sizeof buffer);
-    close(fd);
-    return std::string(buffer, n > 0 ? size_t(n) : 0);
 }
 
 TEST(WmFifo, NothingButTheCallersOwnFifoGetsACommand)
@@ -200,6 +157,10 @@ TEST(WmFifo, NothingButTheCallersOwnFifoGetsACommand)
     }));
 }
 
+// An administrator reaches another user's window manager through the FIFO
+// in a runtime directory named after that user's uid, or one under
+// "private" in a directory that uid owns, and only if the user owns the
+// FIFO too. Anyone else looks no further than their own.
 TEST(WmFifo, AdministratorTakesOnlyTheFifoOfTheUserWhoseDirectoryHoldsIt)
 {
     vyxtest::TempHome world;
@@ -211,6 +172,7 @@ TEST(WmFifo, AdministratorTakesOnlyTheFifoOfTheUserWhoseDirectoryHoldsIt)
     VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(runUser), [] {
         const std::string intruder = "/var/run/user/1000/vyx-wm-:6",
                           privateFifo = "/var/run/user/private/E/F/vyx-wm-:6", own = "/var/run/user/1001/vyx-wm-:6";
+        EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, false));  // the last candidate tried
         plant(intruder, 1001);  // 1001's FIFO in 1000's directory
         plant(privateFifo, 0);  // root's FIFO in a directory of 1002
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, false));
@@ -219,9 +181,16 @@ TEST(WmFifo, AdministratorTakesOnlyTheFifoOfTheUserWhoseDirectoryHoldsIt)
         EXPECT_HAS(errors, intruder + " not used: it belongs to uid 1001, not to uid 1000\n");
         EXPECT_HAS(errors, privateFifo + " not used: it belongs to uid 0, not to uid 1002\n");
 
-        plant(own, 1001);
+        plant(privateFifo, 1002);
+        EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(privateFifo, true));
+        plant(own, 1001);  // searched before "private"
         EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(own, true));
         EXPECT_EQ(sendToReader(own, "VYXWM_UPDATE_RECENTSMENU\n"), "VYXWM_UPDATE_RECENTSMENU\n");
+    }));
+    // The FIFOs found above stay, open to anyone who looks.
+    VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(runUser, true), [&] {
+        ASSERT_NE(getuid(), 0u);
+        EXPECT_EQ(FindVyxWMFIFOPath(nullptr), Found(world.path("run/vyx-wm-:6"), false));
     }));
 }
 
@@ -323,7 +292,7 @@ TEST_F(DmSocket, SendsFieldsByTabsAndCopiesTheReplyToItsFirstLineEnd)
     EXPECT_EQ(server.command(), std::string(4095, 'x'));
 }
 
-TEST_F(DmSocket, FailuresAreReported)
+TEST_F(DmSocket, FailuresAreReportedAndAnotherUsersListenerGetsNothing)
 {
     using vyxtest::stderrOf;
     EXPECT_EQ(stderrOf([] { EXPECT_EQ(exchange("list", false), ""); }),
@@ -336,10 +305,8 @@ TEST_F(DmSocket, FailuresAreReported)
     // The socket file outlives its server.
     EXPECT_EQ(stderrOf([] { EXPECT_FALSE(SendCommandToDM(nullptr, "list")); }),
               "SendCommandToDM: Cannot connect socket " + m_path + " error=Connection refused\n");
-}
 
-TEST_F(DmSocket, AListenerOfAnotherUserGetsNothing)
-{
+    unlink(m_path.c_str());
     DmServer server(m_path, {}, 4321);
     EXPECT_EQ(vyxtest::stderrOf([] { EXPECT_FALSE(SendCommandToDM(nullptr, "list")); }),
               "SendCommandToDM: " + m_path + " not used: its listener runs as uid 4321\n");

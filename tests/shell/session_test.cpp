@@ -54,7 +54,6 @@ TEST(Session, KindAndSuffixFromDesktopSession)
     ScopedEnv session("DESKTOP_SESSION", "VYX");
     EXPECT_EQ(vyxSessionConfigSuffix(UnknownSession), ".VYX");
     EXPECT_EQ(vyxSessionConfigSuffix(static_cast<WhatVyxSession>(42)), ".VYX");
-    EXPECT_EQ(vyxSessionConfigSuffix(VyxWestonSession), "");
 }
 
 TEST(Session, KioskFlagIsDecidedOnce)
@@ -107,9 +106,6 @@ TEST(DisplayName, NumberFromTheNameAndRemoteUnlessLocal)
     EXPECT_EQ(GetDisplayNumberByName(":0.0", nullptr), 0);
     EXPECT_EQ(GetDisplayNumberByName("host:12.1", nullptr), 12);
     EXPECT_EQ(GetDisplayNumberByName(":1x", nullptr), -1);
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(GetDisplayNumberByName("host12", nullptr), -1);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Wrong display name host12\n");
     EXPECT_THROW(GetDisplayNumberByName("host:", nullptr), std::invalid_argument);
     EXPECT_THROW(GetDisplayNumberByName(":x", nullptr), std::invalid_argument);
 
@@ -150,18 +146,6 @@ TEST(FreeDisplay, SkipsTakenNumbersInAnEmptyNamespace)
         close(zero);
         EXPECT_EQ(getFreeXDisplayNumber(0), 0);  // released, free again
     }));
-}
-
-TEST(FreeDisplay, SeesARealBoundSocket)
-{
-    // In the machine's own namespace: find two free neighbours, take the
-    // first, and the answer must move past it.
-    int start = getFreeXDisplayNumber(4000);
-    ASSERT_GE(start, 4000);
-    int held = occupy(start);
-    ASSERT_GE(held, 0);
-    EXPECT_GT(getFreeXDisplayNumber(start), start);
-    close(held);
 }
 
 }  // namespace

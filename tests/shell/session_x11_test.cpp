@@ -61,8 +61,13 @@ TEST_F(WhatDE, EwmhNameWinsOverLegacyProperties)
     EXPECT_EQ(whatDE(display(), root()), 3);
 }
 
+// Xvfb is no nested server (its vendor text says so) and runs no desktop.
 TEST_F(WhatDE, NothingOnABareServerAndWrongTypesAreAbsent)
 {
+    EXPECT_FALSE(isSessionNested(nullptr, display()));
+    EXPECT_TRUE(Vyx::detail::vendorMeansNested("The XEPHYR project"));
+    EXPECT_FALSE(Vyx::detail::vendorMeansNested(nullptr));
+    EXPECT_EQ(GetDisplayNumberByName("other:3", display()), 3);  // a given name comes first
     EXPECT_EQ(whatDE(display(), root()), 0);
     setLegacy("_SGI_DESKS_MANAGER", XA_CARDINAL);  // must be a window
     EXPECT_EQ(whatDE(display(), root()), 0);
@@ -79,21 +84,6 @@ TEST_F(WhatDE, NothingOnABareServerAndWrongTypesAreAbsent)
     setLegacy("KDE_FULL_SESSION");
     EXPECT_EQ(whatDE(display(), root()), 1);
     EXPECT_EQ(whatDE(display(), root()), 1);
-}
-
-TEST_F(WhatDE, DisplayNameFromTheConnection)
-{
-    EXPECT_EQ(GetDisplayNumberByName(nullptr, display()), server().number());
-    EXPECT_EQ(GetDisplayNumberByName("other:3", display()), 3);  // the argument comes first
-    EXPECT_FALSE(isSessionRemote(nullptr, display()));
-    EXPECT_FALSE(isSessionNested(nullptr, display()));
-}
-
-TEST(Nested, VendorText)
-{
-    EXPECT_TRUE(Vyx::detail::vendorMeansNested("The XEPHYR project"));
-    EXPECT_FALSE(Vyx::detail::vendorMeansNested("The X.Org Foundation"));
-    EXPECT_FALSE(Vyx::detail::vendorMeansNested(nullptr));
 }
 
 }  // namespace

@@ -161,7 +161,6 @@ TEST(StartMenu, FolderTreeOfTheStartMenuDirectories)
     world.writeFile(mine + "Work/Deep/dir.desktop", "[Desktop Entry]\nType=Directory\nName=NotAnItem\n");
     world.writeFile(mine + "Damaged/.directory", "\x01\x02 not an entry [\n=\n");
     world.writeFile(mine + "Damaged/tool.desktop", app("Tool"));
-    world.writeFile(mine + "Empty/.directory", folder("Empty"));
     world.writeFile(mine + "Gone/.directory", folder("Gone", "Hidden=true\n"));
     world.writeFile(mine + "recents/recent.desktop", app("Recent"));
     world.writeFile("shared/Work/.directory", folder("Shared work", "Icon=shared\n"));
@@ -189,8 +188,6 @@ TEST(StartMenu, FolderTreeOfTheStartMenuDirectories)
         EXPECT_EQ(damaged.directoryFile, "");
         EXPECT_EQ(appNames(damaged), (Strings {"Tool"}));
         EXPECT_EQ(root.folders[2].icon, "extra");
-
-        EXPECT_EQ(folderNames(CreateStartMenu(kKeepEmpty)), (Strings {"Work", "Damaged", "Empty", "Extra"}));
     });
 }
 

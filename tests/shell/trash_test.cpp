@@ -105,13 +105,11 @@ TEST_F(Trash, NoObjectIsLostToANameAlreadyTaken)
 
     // Nor is a new file at the original path replaced by the restore.
     file("notes.txt", "newer");
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(VyxTrash::restoreFromTrash(original.c_str()));
-    EXPECT_FALSE(VyxTrash::moveToTrash(world.path("gone.txt").c_str()));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+    EXPECT_EQ(stderrOf([&] { EXPECT_FALSE(VyxTrash::restoreFromTrash(original.c_str())); }),
               "vyxcore: can't restore file, rename(" + files + "/notes_0.txt," + original +
-                  ") failed due to File exists\nvyxcore: can't trash file, rename(" + world.path("gone.txt") + "," +
-                  files + "/gone.txt) failed due to No such file or directory, will try vyx-fops\n");
+                  ") failed due to File exists\n");
+    EXPECT_HAS(stderrOf([&] { EXPECT_FALSE(VyxTrash::moveToTrash(world.path("gone.txt").c_str())); }),
+               "No such file or directory");
     EXPECT_EQ(readFile(original) + readFile(files + "/notes_0.txt"), "newermine");
     EXPECT_EQ(listDir(info), Names {"notes_0.txt.trashinfo"});
 }
@@ -296,26 +294,21 @@ TEST_F(Trash, FourProcessesTrashingEqualNamesKeepEveryFile)
     EXPECT_TRUE(VyxTrash::isEmpty());
 }
 
-TEST_F(Trash, AnOriginalOnAnotherFileSystemLeavesNoRecord)
-{
-    vyxtest::ChildOptions options;
-    options.mounts.push_back(vyxtest::Mount::tmpfs(world.makeDir("other")));
-    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
-        const std::string original = file("other/report.txt", "on tmpfs");
-        EXPECT_EQ(stderrOf([&] { EXPECT_FALSE(VyxTrash::moveToTrash(original.c_str())); }),
-                  "vyxcore: can't trash file, rename(" + original + "," + files +
-                      "/report.txt) failed due to Invalid cross-device link, will try vyx-fops\n");
-        EXPECT_EQ(readFile(original), "on tmpfs");
-        EXPECT_EQ(listDir(info).size() + listDir(files).size(), 0u);
-    }));
-}
-
-TEST_F(Trash, AFullDiskLeavesNoHalfRecordAndTheCacheAsItWas)
+// An original on another file system, or a disk too full for the record:
+// the file stays where it was and no record or cache line is left half made.
+TEST_F(Trash, AnotherFileSystemOrAFullDiskLeavesNoHalfRecord)
 {
     const std::string small = world.makeDir("small"), top = small + "/share/Trash";
     vyxtest::ChildOptions options;
-    options.mounts.push_back(vyxtest::Mount::tmpfs(small, "256k"));
+    options.mounts = {vyxtest::Mount::tmpfs(small, "256k"), vyxtest::Mount::tmpfs(world.makeDir("other"))};
     VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
+        const std::string far = file("other/report.txt", "on tmpfs");
+        EXPECT_EQ(stderrOf([&] { EXPECT_FALSE(VyxTrash::moveToTrash(far.c_str())); }),
+                  "vyxcore: can't trash file, rename(" + far + "," + files +
+                      "/report.txt) failed due to Invalid cross-device link, will try vyx-fops\n");
+        EXPECT_EQ(readFile(far), "on tmpfs");
+        EXPECT_EQ(listDir(info).size() + listDir(files).size(), 0u);
+
         vyxtest::ScopedEnv data("XDG_DATA_HOME", (small + "/share").c_str());
         ResetVyxDirs();
         const std::string original = file("small/docs/letter.txt", "dear disk");

@@ -81,9 +81,6 @@ TEST_F(WmMessages, AnotherTerritoryOfAPreferredLanguageOrNothing)
     ScopedEnv lang("LANG", "ja_JP.UTF-8");
     inCatalogue([] {
         EXPECT_STREQ(GetVyxWMMessage(5, "x"), "x");
-        EXPECT_STREQ(GetVyxWMMessage(5, "y"), "x");
-        EXPECT_STREQ(GetVyxWMMessage(0, nullptr), "");
-        EXPECT_STREQ(GetVyxWMMessage(0, "z"), "z");
         EXPECT_EQ(GetVyxWMMessage(INT_MAX, "huge"), nullptr);
         EXPECT_EQ(GetVyxWMMessageLocale(), "");
     });

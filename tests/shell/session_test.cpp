@@ -4,6 +4,7 @@
 
 #include "support/child_process.h"
 #include "support/temp_home.h"
+#include "support/text_checks.h"
 #include "support/unix_socket.h"
 
 #include <vyxdirs.h>
@@ -106,6 +107,8 @@ TEST(DisplayName, NumberFromTheNameAndRemoteUnlessLocal)
     EXPECT_EQ(GetDisplayNumberByName(":0.0", nullptr), 0);
     EXPECT_EQ(GetDisplayNumberByName("host:12.1", nullptr), 12);
     EXPECT_EQ(GetDisplayNumberByName(":1x", nullptr), -1);
+    EXPECT_EQ(vyxtest::stderrOf([] { EXPECT_EQ(GetDisplayNumberByName("host12", nullptr), -1); }),
+              "Wrong display name host12\n");
     EXPECT_THROW(GetDisplayNumberByName("host:", nullptr), std::invalid_argument);
     EXPECT_THROW(GetDisplayNumberByName(":x", nullptr), std::invalid_argument);
 

@@ -8,8 +8,6 @@
 #ifndef VYXCORE_ENTRYVALUE_P_H
 #define VYXCORE_ENTRYVALUE_P_H
 
-// Internal interface of desktopentry, open to mime and shell.
-//
 // The escapes of desktop-entry values: a value is one line, so a line break
 // in it is written as "\n" or "\r", and a blank at either end (which the
 // reader would trim) as "\s" or "\t". A backslash is doubled only where it

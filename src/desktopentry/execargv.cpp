@@ -9,6 +9,7 @@
 #include "vyxdesktopentry.h"
 
 #include "core/diag_p.h"
+#include "desktopentry/entryvalue_p.h"
 
 #include <cctype>
 #include <cstring>
@@ -30,41 +31,6 @@ bool refuse(std::string* error, const std::string& reason)
     else
         Vyx::detail::diag(Vyx::detail::kLibraryPrefix, "invalid Exec: %s\n", reason.c_str());
     return false;
-}
-
-// The string escapes of desktop-entry values: \s \n \t \r \\. Any other
-// backslash stays for the command-line quoting below.
-std::string unescapeValue(const char* value)
-{
-    std::string out;
-    for (const char* p = value; *p; ++p) {
-        if (*p != '\\' || !p[1]) {
-            out += *p;
-            continue;
-        }
-        switch (p[1]) {
-        case 's':
-            out += ' ';
-            break;
-        case 'n':
-            out += '\n';
-            break;
-        case 't':
-            out += '\t';
-            break;
-        case 'r':
-            out += '\r';
-            break;
-        case '\\':
-            out += '\\';
-            break;
-        default:
-            out += *p;
-            continue;
-        }
-        ++p;
-    }
-    return out;
 }
 
 bool isFieldCode(char c)
@@ -204,17 +170,19 @@ std::string asUrl(const std::string& target)
     return isUrl(target) ? target : "file://" + Vyx::encodedUrl(target);
 }
 
-}  // namespace
-
-std::vector<std::vector<std::string>> ExecToArgVectors(const char* exec, const std::vector<std::string>& targets,
-                                                       const char* icon, const char* caption, const char* location,
-                                                       std::string* error)
+// The argument vectors for a command line whose value escapes are already
+// undone, as an entry holds its Exec once loaded: undoing them a second time
+// would make two backslashes in a file name one, and the program would be
+// handed another file.
+std::vector<std::vector<std::string>> argVectorsOf(const std::string& commandLine,
+                                                   const std::vector<std::string>& targets, const char* icon,
+                                                   const char* caption, const char* location, std::string* error)
 {
     std::vector<std::vector<std::string>> result;
     if (error)
         error->clear();
     std::vector<Token> tokens;
-    if (!exec || !tokenize(unescapeValue(exec), tokens, error))
+    if (!tokenize(commandLine, tokens, error))
         return result;
     if (tokens.empty() || tokens[0].size() != 1 || tokens[0][0].code || tokens[0][0].text.empty()) {
         refuse(error, "no program, or a program named by a field code");
@@ -315,9 +283,23 @@ std::vector<std::vector<std::string>> ExecToArgVectors(const char* exec, const s
     return result;
 }
 
+}  // namespace
+
+std::vector<std::vector<std::string>> ExecToArgVectors(const char* exec, const std::vector<std::string>& targets,
+                                                       const char* icon, const char* caption, const char* location,
+                                                       std::string* error)
+{
+    if (!exec) {
+        if (error)
+            error->clear();
+        return {};
+    }
+    return argVectorsOf(Vyx::detail::decodeEntryValue(exec), targets, icon, caption, location, error);
+}
+
 std::vector<std::vector<std::string>> ExecArgVectors(const VyxDesktopEntry& entry,
                                                      const std::vector<std::string>& targets, std::string* error)
 {
-    return ExecToArgVectors(entry.exec().c_str(), targets, entry.localIconOrFallback().c_str(),
-                            entry.localNameOrFallback().c_str(), entry.filePath().c_str(), error);
+    return argVectorsOf(entry.exec(), targets, entry.localIconOrFallback().c_str(), entry.localNameOrFallback().c_str(),
+                        entry.filePath().c_str(), error);
 }

@@ -225,8 +225,9 @@ TEST(RealUsers, AdministratorAndConsoleGroups)
            [] { EXPECT_EQ(codeOf("xterm-no-such"), VyxDesktopEntry::SuitableExecNotInPath); });
     // Asked last: this process keeps its own facts once asked, and the
     // children above are forked from it.
-    if (geteuid() == 0)
+    if (geteuid() == 0) {
         EXPECT_TRUE(VyxDesktopEntry(dir).isSuitable());  // root may
+    }
 }
 
 }  // namespace

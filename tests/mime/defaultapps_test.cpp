@@ -358,18 +358,21 @@ TEST(DefaultAppsCache, UntrustedFilesAreIgnored)
         // The planted text over the file just made, then what the case changes.
         world.writeFile("run/.vyx-mime-desktop.tbl",
                         name == "truncated" ? planted.substr(0, planted.size() - 3) : planted);
-        if (name == "foreign owner")
+        if (name == "foreign owner") {
             ASSERT_EQ(chown(cache.c_str(), 65534, 65534), 0);
+        }
         if (name == "world-writable")
             chmod(cache.c_str(), 0666);
         if (name == "link to another user's file" || name == "directory" || name == "fifo")
             std::remove(cache.c_str());
-        if (name == "link to another user's file")
+        if (name == "link to another user's file") {
             ASSERT_EQ(symlink(other.c_str(), cache.c_str()), 0);
+        }
         if (name == "directory")
             world.makeDir("run/.vyx-mime-desktop.tbl");
-        if (name == "fifo")
+        if (name == "fifo") {
             ASSERT_EQ(mkfifo(cache.c_str(), 0600), 0);
+        }
         ScopedEnv dataHome("XDG_DATA_HOME", name == "other directory list" ? world.path("elsewhere").c_str()
                                                                            : (world.home() + "/.local/share").c_str());
         VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {

@@ -54,26 +54,14 @@ std::vector<std::string> hostileNames(size_t count, unsigned seed, size_t longes
     return names;
 }
 
-// The argument an Exec value's quoted word stands for, by the Exec rules:
-// inside double quotes a backslash escapes the next character, and "%%" is
-// one "%". Empty when value is not prefix + one quoted word.
-std::string execArgument(const std::string& value, const std::string& prefix)
+// The file a recent item hands "vyx-open --exec" when started as the
+// desktop starts it; empty for any other command.
+std::string openedFile(const VyxDesktopEntry& item)
 {
-    if (value.compare(0, prefix.size(), prefix) != 0 || value.size() < prefix.size() + 2 ||
-        value[prefix.size()] != '"' || value.back() != '"')
-        return std::string();
-    std::string arg;
-    for (size_t i = prefix.size() + 1; i + 1 < value.size(); ++i) {
-        if (value[i] == '"')
-            return std::string();  // an unescaped quote would end the word early
-        if (value[i] == '\\' && i + 2 < value.size())
-            arg += value[++i];
-        else if (value[i] == '%' && value[i + 1] == '%')
-            arg += value[i++];
-        else
-            arg += value[i];
-    }
-    return arg;
+    const std::vector<std::vector<std::string>> commands = ExecArgVectors(item, {});
+    const bool opens =
+        commands.size() == 1 && commands[0].size() == 3 && commands[0][0] == "vyx-open" && commands[0][1] == "--exec";
+    return opens ? commands[0][2] : std::string();
 }
 
 using Pairs = std::vector<std::pair<std::string, std::string>>;
@@ -161,7 +149,7 @@ TEST(Writers, PositionsAndRecentItemsRefuseOrReadBack)
         VyxDesktopEntry item(recents + "/" + name + ".desktop");
         ASSERT_TRUE(item.isLoaded());
         EXPECT_EQ(item.name(), name);
-        EXPECT_EQ(execArgument(item.exec(), "vyx-open --exec "), file) << item.exec();
+        EXPECT_EQ(openedFile(item), file) << item.exec();
         EXPECT_TRUE(item.unknowns().empty());
         EXPECT_TRUE(item.actions().empty());
     }
@@ -177,14 +165,14 @@ TEST(Writers, NamesAndCommandsDoNotBecomeKeys)
                                              "[Desktop Entry]\nType=Application\nExec=sh -c \"touch pwned\"\n");
     EXPECT_EQ(putEntryToRecentsMenu(fake.c_str(), nullptr, nullptr, kAll), 0);  // 1 would mean copied
     VyxDesktopEntry photos(recents + "/photos.desktop.txt.desktop");
-    EXPECT_EQ(execArgument(photos.exec(), "vyx-open --exec "), fake);
+    EXPECT_EQ(openedFile(photos), fake);
     // A real launcher is still copied; a ".desktop" file that is not one is not.
     const std::string launcher =
         world.writeFile("home/docs/editor.desktop", "[Desktop Entry]\nType=Application\nExec=edit\n");
     EXPECT_EQ(putEntryToRecentsMenu(launcher.c_str(), nullptr, nullptr, kAll), 1);
     const std::string text = world.writeFile("home/docs/notes.desktop", "Exec=sh -c boom\n");
     EXPECT_EQ(putEntryToRecentsMenu(text.c_str(), nullptr, nullptr, kAll), 0);
-    EXPECT_EQ(execArgument(VyxDesktopEntry(recents + "/notes.desktop").exec(), "vyx-open --exec "), text);
+    EXPECT_EQ(openedFile(VyxDesktopEntry(recents + "/notes.desktop")), text);
 
     world.writeFile("usr/share/applications/foo.desktop", "[Desktop Entry]\nType=Application\nName=Foo\nExec=foo\n");
     ASSERT_TRUE(vyxEnableAutostart("foo", true, "foo\nExec=touch x", Vyx::tagged_bool<DeleteIfDisabled_tag>(false)));

@@ -25,8 +25,10 @@ ChildOptions withTestUsers(const vyxtest::TempHome& world)
 {
     std::string passwd = vyxtest::readFile("/etc/passwd") +
                          "alice:x:2001:2001:Alice Liddell,Room 1,,:/home/alice:/bin/sh\n"
-                         "many:x:2002:2002::/home/many:/bin/sh\n";
-    std::string group = vyxtest::readFile("/etc/group") + "alice:x:2001:\nwheelers:x:3000:alice\nmany:x:2002:\n";
+                         "many:x:2002:2002::/home/many:/bin/sh\n"
+                         "bob:x:2003:2003::/home/bob:/bin/sh\n";
+    std::string group =
+        vyxtest::readFile("/etc/group") + "alice:x:2001:\nwheelers:x:3000:alice\nmany:x:2002:\nbob:x:2003:\n";
     for (int i = 0; i < 300; ++i)
         group += "g" + std::to_string(i) + ":x:" + std::to_string(4000 + i) + ":many\n";
     ChildOptions options;
@@ -61,7 +63,7 @@ TEST(Groups, ThreadsAgreeOnMembershipRememberedPerProcess)
         EXPECT_TRUE(isUserInGroup("alice", "alice"));  // the primary group counts
         EXPECT_FALSE(isUserInGroup("many", "alice"));
         EXPECT_TRUE(isUserInGroup("wheelers", 2001u));
-        EXPECT_FALSE(isUserInGroup("alice", 2002u));
+        EXPECT_FALSE(isUserInGroup("alice", 2003u));
         EXPECT_FALSE(isUserInGroup("wheelers", 99999u));
         EXPECT_FALSE(isUserInGroup(nullptr));
         // More than 256 groups: answered false, not retried.
@@ -72,14 +74,14 @@ TEST(Groups, ThreadsAgreeOnMembershipRememberedPerProcess)
                   "libvyxcore: getpwnam(nobody-such) failed\n"
                   "libvyxcore: getgrouplist(many,...) returned -1; ngroups = 301\n");
 
-        // alice leaves wheelers and many joins alice's group; written in place,
+        // alice leaves wheelers and bob joins alice's group; written in place,
         // as the file is bound.
         std::string group = vyxtest::readFile("/etc/group");
         group.replace(group.find("wheelers:x:3000:alice"), 21, "wheelers:x:3000:");
-        group.replace(group.find("\nalice:x:2001:\n"), 15, "\nalice:x:2001:many\n");
+        group.replace(group.find("\nalice:x:2001:\n"), 15, "\nalice:x:2001:bob\n");
         world.writeFile("group", group);
         EXPECT_TRUE(isUserInGroup("wheelers", "alice"));
-        EXPECT_FALSE(isUserInGroup("alice", 2002u));
+        EXPECT_FALSE(isUserInGroup("alice", 2003u));
     }));
 }
 

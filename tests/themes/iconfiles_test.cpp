@@ -5,7 +5,8 @@
 // Lookups answered from the in-memory directory listings must equal the
 // lookups that check every candidate on disk: on the installed themes, on a
 // theme whose listing comes from its icon-theme.cache, and after the disk
-// changes under a theme that has already answered.
+// changes under a theme that has already answered, a cache damaged at one
+// name, or a theme installed anew with the same directory times.
 
 #include "core/spawn_p.h"
 #include "support/files.h"
@@ -19,6 +20,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
 #include <random>
 #include <set>
 #include <thread>
@@ -107,29 +109,36 @@ protected:
     {
         world.writeFile("usr/share/icons/hicolor/index.theme", "[Icon Theme]\nName=Hicolor\nDirectories=\n");
         own = world.path("usr/share/icons/own");
+        install({"48x48/apps/both.png", "48x48/apps/both.svg", "48x48/apps/only-svg.svg", "48x48/apps/abc",
+                 "48x48/apps/photo.jpg", "48x48/actions/edit.png", "scalable/apps/big.svg", "48x48/apps/a.b.png"});
+    }
+
+    // The theme "own" holding files (relative to it) with its cache. Every
+    // directory is an hour old, older than the cache, so the listing may
+    // take them from the cache; a theme installed anew gets the same times.
+    void install(const std::vector<std::string>& files)
+    {
         world.writeFile("usr/share/icons/own/index.theme",
                         "[Icon Theme]\nName=Own\nDirectories=48x48/apps,48x48/actions,scalable/apps,32x32/apps\n"
                         "[48x48/apps]\nType=Fixed\nContext=Applications\n"
                         "[48x48/actions]\nType=Fixed\nContext=Actions\n"
                         "[scalable/apps]\nSize=48\nType=Scalable\nMinSize=8\nMaxSize=512\n"
                         "[32x32/apps]\nType=Fixed\n");
-        for (const char* file :
-             {"48x48/apps/both.png", "48x48/apps/both.svg", "48x48/apps/only-svg.svg", "48x48/apps/abc",
-              "48x48/apps/photo.jpg", "48x48/actions/edit.png", "scalable/apps/big.svg", "48x48/apps/a.b.png"})
-            world.writeFile("usr/share/icons/own/" + std::string(file), "icon");
+        for (const std::string& file : files)
+            world.writeFile("usr/share/icons/own/" + file, "icon");
         world.makeDir("usr/share/icons/own/32x32/apps");  // empty: not in the cache
         auto run = Vyx::detail::runProgram(
             {"/usr/bin/gtk-update-icon-cache", "--force", "--ignore-theme-index", "--quiet", own}, 4096);
         ASSERT_TRUE(run.started);
-        // Every directory an hour old, older than the cache: the listing may
-        // take them from the cache.
+        ASSERT_EQ(run.exitStatus, 0);
         for (const char* dir :
              {"", "/48x48", "/48x48/apps", "/48x48/actions", "/scalable", "/scalable/apps", "/32x32", "/32x32/apps"})
-            ASSERT_TRUE(vyxtest::setMtime(own + dir, time(nullptr) - 3600)) << dir;
+            ASSERT_TRUE(vyxtest::setMtime(own + dir, aged)) << dir;
     }
 
     TempHome world;
     std::string own;
+    const time_t aged = time(nullptr) - 3600;
     ListingSettings restore;
 };
 
@@ -165,6 +174,54 @@ TEST_F(AgedTheme, ChangesOnDiskAreSeenAfterTheRecheckInterval)
     EXPECT_EQ(theme.getIconPath("late", 48, nullptr), own + "/48x48/apps/late.png");
     // Asked before: the answer "" is not kept past the interval.
     EXPECT_EQ(theme.getIconPath("late-comer", 32, nullptr), own + "/32x32/apps/late-comer.png");
+}
+
+// A theme's lookups take what its directories hold from the cache one name
+// at a time: a cache damaged at one name must then give way to the disk.
+TEST_F(AgedTheme, CacheDamagedAtOneNameIsNoLongerBelieved)
+{
+    // An icon the cache does not know in a directory that looks no newer.
+    world.writeFile("usr/share/icons/own/48x48/apps/unlisted.png", "icon");
+    ASSERT_TRUE(vyxtest::setMtime(own + "/48x48/apps", aged));
+    const std::string cachePath = own + "/icon-theme.cache";
+    std::string cache = vyxtest::readFile(cachePath);
+    // The entry naming "only-svg" gets an image list past the end of the file.
+    const size_t name = cache.find(std::string("only-svg", 9));
+    uint32_t at = 4;
+    while (at + 8 <= cache.size() && vyxtest::readBe32(cache, at) != name)
+        at += 4;
+    ASSERT_LE(at + 8, cache.size());
+    vyxtest::writeBe32(cache, at + 4, 0x10000000);
+    world.writeFile("usr/share/icons/own/icon-theme.cache", cache);
+
+    testing::internal::CaptureStderr();
+    VyxIconTheme theme("own", "", true);
+    ASSERT_TRUE(theme.hasValidCache());
+    EXPECT_EQ(theme.getIconPath("both", 48, nullptr), own + "/48x48/apps/both.png");
+    EXPECT_EQ(theme.getIconPath("only-svg", 48, nullptr), own + "/48x48/apps/only-svg.svg");
+    EXPECT_FALSE(theme.hasValidCache());
+    // While believed, the cache said the directory holds no such icon.
+    EXPECT_EQ(theme.getIconPath("unlisted", 48, nullptr), own + "/48x48/apps/unlisted.png");
+    const std::string messages = testing::internal::GetCapturedStderr();
+    EXPECT_NE(messages.find("libvyxcore: cache " + cachePath + " read hash length failed\n"), std::string::npos)
+        << messages;
+    EXPECT_NE(messages.find("libvyxcore: invalid read cache of " + own + ", empty=1\n"), std::string::npos) << messages;
+}
+
+TEST_F(AgedTheme, ThemeInstalledAnewIsSeenAfterTheRecheckInterval)
+{
+    IconFiles::recheckInterval = 20'000'000;  // 20 ms
+    VyxIconTheme theme("own", "", true);
+    EXPECT_EQ(theme.getIconPath("only-svg", 48, nullptr), own + "/48x48/apps/only-svg.svg");
+    EXPECT_EQ(theme.getIconPath("new", 48, nullptr), "");
+
+    // Replaced as a package update does it: the old tree moved away, the
+    // new one in its place with the same directory times.
+    ASSERT_EQ(std::rename(own.c_str(), (own + "-old").c_str()), 0);
+    ASSERT_NO_FATAL_FAILURE(install({"48x48/apps/new.png", "48x48/actions/edit.png", "scalable/apps/big.svg"}));
+    std::this_thread::sleep_for(std::chrono::milliseconds(60));
+    EXPECT_EQ(theme.getIconPath("new", 48, nullptr), own + "/48x48/apps/new.png");
+    EXPECT_EQ(theme.getIconPath("only-svg", 48, nullptr), "");
 }
 
 TEST_F(AgedTheme, ThreadsShareListingsThatAreReadAgain)

@@ -221,43 +221,35 @@ TEST_F(SmallTheme, DamagedCachesGiveDefinedAnswers)
     EXPECT_FALSE(open(bytes, &messages)->isValid()) << "directory list past the end";
 }
 
-// Every icon of an installed theme's listed directories is found in exactly
-// the directories that hold a file of its name.
+// Every icon of the installed Adwaita is found in exactly the directories
+// that hold a file of its name: a cache far bigger than the one built above,
+// with offsets past 64 KiB and dozens of directories.
 TEST(InstalledThemes, AgreeWithTheirDirectories)
 {
+    const std::string theme = "/usr/share/icons/Adwaita";
     const std::set<std::string> kImageTypes = {".png", ".svg", ".xpm"};
-    int checked = 0;
-    for (const std::string theme : {"/usr/share/icons/hicolor", "/usr/share/icons/Adwaita"}) {
-        SCOPED_TRACE(theme);
-        testing::internal::CaptureStderr();
-        VyxIconCacheGtkReader reader(theme);
-        testing::internal::GetCapturedStderr();
-        if (!reader.isValid())
-            continue;
-        std::map<std::string, std::set<std::string>> expected;
-        for (const std::string& dir : listedDirs(vyxtest::readFile(theme + "/icon-theme.cache"))) {
-            // Only the last extension goes: "x-symbolic.symbolic.png" is
-            // the icon "x-symbolic.symbolic".
-            for (const std::string& file : vyxtest::listDir(theme + "/" + dir)) {
-                size_t dot = file.rfind('.');
-                if (dot != std::string::npos && dot > 0 && kImageTypes.count(file.substr(dot)))
-                    expected[file.substr(0, dot)].insert(dir);
-            }
+    VyxIconCacheGtkReader reader(theme);
+    ASSERT_TRUE(reader.isValid()) << "the set-up script installs the theme with its cache";
+    std::map<std::string, std::set<std::string>> expected;
+    for (const std::string& dir : listedDirs(vyxtest::readFile(theme + "/icon-theme.cache"))) {
+        // Only the last extension goes: "x-symbolic.symbolic.png" is the
+        // icon "x-symbolic.symbolic".
+        for (const std::string& file : vyxtest::listDir(theme + "/" + dir)) {
+            size_t dot = file.rfind('.');
+            if (dot != std::string::npos && dot > 0 && kImageTypes.count(file.substr(dot)))
+                expected[file.substr(0, dot)].insert(dir);
         }
-        ASSERT_FALSE(expected.empty());
-        int wrong = 0;
-        for (const auto& [name, dirs] : expected) {
-            Strings found = sorted(reader.lookup(name));
-            if (found != Strings(dirs.begin(), dirs.end()) && ++wrong <= 5)
-                ADD_FAILURE() << name << ": " << found.size() << " directories, expected " << dirs.size();
-            EXPECT_TRUE(reader.lookup(name + "-not-installed").empty());
-        }
-        EXPECT_EQ(wrong, 0);
-        EXPECT_TRUE(reader.isValid());
-        ++checked;
     }
-    if (checked == 0)
-        GTEST_SKIP() << "no installed theme with a current icon-theme.cache";
+    ASSERT_GT(expected.size(), 1000u);
+    int wrong = 0;
+    for (const auto& [name, dirs] : expected) {
+        Strings found = sorted(reader.lookup(name));
+        if (found != Strings(dirs.begin(), dirs.end()) && ++wrong <= 5)
+            ADD_FAILURE() << name << ": " << found.size() << " directories, expected " << dirs.size();
+        EXPECT_TRUE(reader.lookup(name + "-not-installed").empty());
+    }
+    EXPECT_EQ(wrong, 0);
+    EXPECT_TRUE(reader.isValid());
 }
 
 }  // namespace

@@ -176,6 +176,18 @@ TEST_F(AgedTheme, ChangesOnDiskAreSeenAfterTheRecheckInterval)
     EXPECT_EQ(theme.getIconPath("late-comer", 32, nullptr), own + "/32x32/apps/late-comer.png");
 }
 
+// A directory changed less than an interval ago may change again within the
+// same clock tick: it is checked on disk, not taken from the cache.
+TEST_F(AgedTheme, YoungDirectoryIsCheckedOnDisk)
+{
+    ASSERT_TRUE(vyxtest::setMtime(own + "/48x48/apps", vyxtest::mtimeOf(own + "/icon-theme.cache")));
+    VyxIconTheme theme("own", "", true);
+    ASSERT_TRUE(theme.hasValidCache());
+    EXPECT_EQ(theme.getIconPath("both", 48, nullptr), own + "/48x48/apps/both.png");
+    world.writeFile("usr/share/icons/own/48x48/apps/late.png", "icon");
+    EXPECT_EQ(theme.getIconPath("late", 48, nullptr), own + "/48x48/apps/late.png");
+}
+
 // A theme's lookups take what its directories hold from the cache one name
 // at a time: a cache damaged at one name must then give way to the disk.
 TEST_F(AgedTheme, CacheDamagedAtOneNameIsNoLongerBelieved)

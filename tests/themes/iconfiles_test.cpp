@@ -3,7 +3,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 // Lookups answered from the in-memory directory listings must equal the
-// lookups that check every candidate on disk: on the installed themes, on a
+// lookups that check every candidate on disk (and the installed cache must
+// agree with the installed files): on the installed themes, on a
 // theme whose listing comes from its icon-theme.cache, and after the disk
 // changes under a theme that has already answered, a cache damaged at one
 // name, or a theme installed anew with the same directory times.
@@ -21,6 +22,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <map>
 #include <random>
 #include <set>
 #include <thread>
@@ -79,11 +81,21 @@ TEST(IconListings, InstalledThemesAnswerAsTheDiskDoes)
 {
     TempHome world;
     ScopedEnv dirs("XDG_DATA_DIRS", "/usr/share");
+    const std::string adwaita = "/usr/share/icons/Adwaita";
     std::vector<std::string> files;
-    GetFileNameList(&files, "/usr/share/icons/Adwaita", 3, "*.*", Vyx::tagged_bool<FilesOnly_tag>(true));
+    GetFileList(&files, adwaita.c_str(), 3, "*.*", Vyx::tagged_bool<FilesOnly_tag>(true));
     std::set<std::string> stems;
-    for (const std::string& file : files)
-        stems.insert(file.substr(0, file.rfind('.')));
+    // Where the cache must find each icon: the directories holding an image
+    // of its name. Only the last extension goes: "x-symbolic.symbolic.png"
+    // is the icon "x-symbolic.symbolic".
+    std::map<std::string, std::vector<std::string>> imageDirs;
+    for (const std::string& file : files) {
+        const size_t slash = file.rfind('/'), dot = file.rfind('.');
+        const std::string stem = file.substr(slash + 1, dot - slash - 1);
+        stems.insert(stem);
+        if (std::set<std::string> {".png", ".svg", ".xpm"}.count(file.substr(dot)) && !stem.empty())
+            imageDirs[stem].push_back(file.substr(adwaita.size() + 1, slash - adwaita.size() - 1));
+    }
     std::vector<std::string> names(stems.begin(), stems.end());
     std::shuffle(names.begin(), names.end(), std::mt19937(7));
     ASSERT_GT(names.size(), 300u);
@@ -101,6 +113,28 @@ TEST(IconListings, InstalledThemesAnswerAsTheDiskDoes)
         queries.push_back({name, 32, nullptr});
     expectSameAnswers("Adwaita", queries);
     expectSameAnswers("hicolor", queries);
+
+    // The public cache reader, on a cache far bigger than the ones built in
+    // the tests, with offsets past 64 KiB, dozens of directories and long
+    // chains: every icon in exactly its directories, nothing else, quietly.
+    VyxIconCacheGtkReader reader(adwaita);
+    ASSERT_TRUE(reader.isValid()) << "the set-up script installs the theme with its cache";
+    ASSERT_GT(imageDirs.size(), 1000u);
+    testing::internal::CaptureStderr();
+    int wrong = 0;
+    for (const auto& [name, dirs] : imageDirs) {
+        std::vector<const char*> found = reader.lookup(name);
+        if ((vyxtest::sorted({found.begin(), found.end()}) != vyxtest::sorted(dirs) ||
+             !reader.lookup(name + "-not-installed").empty()) &&
+            ++wrong <= 5)
+            ADD_FAILURE() << name << ": " << found.size() << " directories, expected " << dirs.size();
+    }
+    for (const std::string& absent :
+         std::vector<std::string> {"edit-copy.png", "edit", "EDIT-COPY", "", std::string("edit-copy\0", 10)})
+        EXPECT_TRUE(reader.lookup(absent).empty()) << absent;
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(wrong, 0);
+    EXPECT_TRUE(reader.isValid());
 }
 
 class AgedTheme : public ::testing::Test {

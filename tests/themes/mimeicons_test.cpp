@@ -112,7 +112,7 @@ TEST_F(MimeIcons, NamesAreTriedInTheContextsTheirSpellingSuggests)
     EXPECT_EQ(theme.getIconContextAndPath(nullptr, 48, &context), "");
 }
 
-TEST_F(MimeIcons, PathsLocationsAndUrls)
+TEST_F(MimeIcons, PathsLocationsAndUrlsHereAndInAnInstalledTheme)
 {
     VyxIconTheme theme("own", "", true);
     std::string context, name;
@@ -155,17 +155,14 @@ TEST_F(MimeIcons, PathsLocationsAndUrls)
     expectIcon("/no/such/file.txt", icon("places/network.png"), "Places", "network");
     EXPECT_EQ(theme.getURLIconName("vyx-fm:Computer", &context), "computer");
     EXPECT_EQ(theme.getURLIconPath(nullptr, 48), icon("places/network.png"));
-}
 
-TEST_F(MimeIcons, InstalledThemeShowsRealFilesByTheirDetectedType)
-{
+    // The installed themes beside ours, and real files by their detected type.
     std::vector<std::string> names = VyxIconTheme::getThemesNames();
     for (const char* expected : {"hicolor", "Adwaita", "own"})
         EXPECT_NE(std::find(names.begin(), names.end(), expected), names.end()) << expected;
     VyxIconTheme adwaita("Adwaita", "", true);
     EXPECT_TRUE(adwaita.hasValidCache());
     EXPECT_NE(adwaita.getIconPath("edit-copy-no-such-variant", 16, nullptr).find("edit-copy"), std::string::npos);
-    std::string context, name;
     // A C header, detected by this library, shown by the theme's generic
     // text icon: the header type has no icon of its own there.
     const std::string file = adwaita.getURLIcon("/usr/include/stdio.h", 48, &context, &name);

@@ -30,11 +30,6 @@ using vyxtest::readBe32;
 using vyxtest::setMtime;
 using vyxtest::writeBe32;
 
-Strings sorted(const std::vector<const char*>& names)
-{
-    return vyxtest::sorted(Strings(names.begin(), names.end()));
-}
-
 // The directory names the cache lists, read straight from its bytes.
 Strings listedDirs(const std::string& cache)
 {
@@ -94,9 +89,9 @@ protected:
     std::string lookupMessages(VyxIconCacheGtkReader& reader, const std::string& name, Strings* found = nullptr)
     {
         testing::internal::CaptureStderr();
-        Strings dirs = sorted(reader.lookup(name));
+        const std::vector<const char*> dirs = reader.lookup(name);
         if (found)
-            *found = dirs;
+            *found = vyxtest::sorted({dirs.begin(), dirs.end()});
         return testing::internal::GetCapturedStderr();
     }
 

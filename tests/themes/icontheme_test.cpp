@@ -26,27 +26,23 @@ using vyxtest::Mount;
 using vyxtest::ScopedEnv;
 using vyxtest::TempHome;
 
-const char kIndexHead[] = "[Icon Theme]\n";
-
 class Themes : public ::testing::Test {
 protected:
     // A theme under the data directory's icons, with the given index text
-    // and files (paths relative to the theme).
+    // after the main group's header, and files (paths relative to the theme).
     std::string theme(const std::string& name, const std::string& index, const std::vector<std::string>& files = {})
     {
         std::string dir = "usr/share/icons/" + name;
-        world.writeFile(dir + "/index.theme", index);
+        world.writeFile(dir + "/index.theme", "[Icon Theme]\n" + index);
         for (const std::string& file : files)
             world.writeFile(dir + "/" + file, "icon");
         return world.path(dir);
     }
     void SetUp() override
     {
-        theme("hicolor",
-              std::string(kIndexHead) + "Name=Hicolor\nDirectories=48x48/apps\n[48x48/apps]\nType=Threshold\n",
+        theme("hicolor", "Name=Hicolor\nDirectories=48x48/apps\n[48x48/apps]\nType=Threshold\n",
               {"48x48/apps/only-hicolor.png", "48x48/apps/both.png"});
-        theme("parent", std::string(kIndexHead) + "Name=Parent\nDirectories=48x48/apps\n[48x48/apps]\nType=Threshold\n",
-              {"48x48/apps/both.png"});
+        theme("parent", "Name=Parent\nDirectories=48x48/apps\n[48x48/apps]\nType=Threshold\n", {"48x48/apps/both.png"});
     }
 
     TempHome world;
@@ -57,15 +53,15 @@ TEST_F(Themes, IndexModelAndInheritanceCycles)
     ScopedEnv language("LANGUAGE", "de");
     // Written before the first theme is loaded: where each theme lives is
     // looked up once.
-    theme("a", std::string(kIndexHead) + "Name=Alpha\nInherits=b\nDirectories=\n");
-    theme("b", std::string(kIndexHead) + "Name=Beta\nInherits=c,hicolor\nDirectories=\n");
-    theme("c", std::string(kIndexHead) + "Name=Gamma\nInherits=a\nDirectories=\n");
+    theme("a", "Name=Alpha\nInherits=b\nDirectories=\n");
+    theme("b", "Name=Beta\nInherits=c,hicolor\nDirectories=\n");
+    theme("c", "Name=Gamma\nInherits=a\nDirectories=\n");
     theme("own",
-          std::string(kIndexHead) + "Name=Own\nName[de]=Eigen\nComment=Mine\nHidden=TRUE\nExample=folder\n"
-                                    "Directories=48x48/apps,scalable/apps,missing/apps;16x16/actions\n"
-                                    "[48x48/apps]\nType=Fixed\nContext=Applications\n"
-                                    "[scalable/apps]\nType=Scalable\nMinSize=8\nMaxSize=512\n"
-                                    "[16x16/actions]\nSize=16\nThreshold=5\nType=Threshold\n",
+          "Name=Own\nName[de]=Eigen\nComment=Mine\nHidden=TRUE\nExample=folder\n"
+          "Directories=48x48/apps,scalable/apps,missing/apps;16x16/actions\n"
+          "[48x48/apps]\nType=Fixed\nContext=Applications\n"
+          "[scalable/apps]\nType=Scalable\nMinSize=8\nMaxSize=512\n"
+          "[16x16/actions]\nSize=16\nThreshold=5\nType=Threshold\n",
           {"48x48/apps/a.png", "scalable/apps/b.svg", "16x16/actions/c.png"});
     VyxIconTheme own("own", "", false);
     EXPECT_FALSE(own.load());  // loaded, but scalable/apps has no size
@@ -112,11 +108,11 @@ TEST_F(Themes, IndexModelAndInheritanceCycles)
 TEST_F(Themes, LookupOrder)
 {
     std::string own = theme("own",
-                            std::string(kIndexHead) + "Name=Own\nInherits=hicolor,parent\n"
-                                                      "Directories=48x48/apps,48x48/actions,128x128/apps\n"
-                                                      "[48x48/apps]\nType=Fixed\nContext=Applications\n"
-                                                      "[48x48/actions]\nType=Fixed\nContext=Actions\n"
-                                                      "[128x128/apps]\nType=Fixed\nContext=Applications\n",
+                            "Name=Own\nInherits=hicolor,parent\n"
+                            "Directories=48x48/apps,48x48/actions,128x128/apps\n"
+                            "[48x48/apps]\nType=Fixed\nContext=Applications\n"
+                            "[48x48/actions]\nType=Fixed\nContext=Actions\n"
+                            "[128x128/apps]\nType=Fixed\nContext=Applications\n",
                             {"48x48/apps/mine.png", "48x48/apps/mine.svg", "48x48/actions/edit.png",
                              "128x128/apps/huge.png", "48x48/apps/text.png"});
     testing::internal::CaptureStderr();
@@ -160,8 +156,8 @@ TEST_F(Themes, SwitchesTurnStagesOff)
     ScopedEnv hicolorInPlace("VYX_ICON_SEARCH_HICOLOR_NOT_LAST", "1");
     ScopedEnv cacheSize("VYX_ICON_THEME_CACHE_SIZE", "Max");
     std::string own = theme("own",
-                            std::string(kIndexHead) + "Name=Own\nInherits=hicolor,parent\nDirectories=48x48/actions\n"
-                                                      "[48x48/actions]\nType=Fixed\nContext=Actions\n",
+                            "Name=Own\nInherits=hicolor,parent\nDirectories=48x48/actions\n"
+                            "[48x48/actions]\nType=Fixed\nContext=Actions\n",
                             {"48x48/actions/edit.png"});
     testing::internal::CaptureStderr();
     VyxIconTheme theme("own", "", true);
@@ -252,7 +248,7 @@ TEST(IconSizes, StepsAndTheirBounds)
 // The current cursor theme from each of its sources in turn (the system's
 // own settings files replaced in a private mount namespace), setting it,
 // and the installed cursor themes.
-TEST(CursorThemes, SourcesInTheirOrder)
+TEST(CursorThemes, SourcesInTheirOrderAndTheInstalledOnes)
 {
     TempHome world;
     const std::string etc = world.makeDir("fake-etc-xresources");
@@ -289,11 +285,7 @@ TEST(CursorThemes, SourcesInTheirOrder)
         EXPECT_FALSE(VyxIconTheme::setCurrentCursorThemeName("two\nlines"));
         EXPECT_FALSE(VyxIconTheme::setCurrentCursorThemeName(""));
     }));
-}
 
-TEST(CursorThemes, InstalledOnesHaveCursors)
-{
-    TempHome world;
     world.makeDir("home/.icons/Mine/cursors");
     world.makeDir("usr/share/icons/Mine/cursors");  // the same name again: listed once, the first
     world.makeDir("usr/share/icons/Other/cursors");

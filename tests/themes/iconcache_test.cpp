@@ -197,4 +197,27 @@ TEST_F(SmallTheme, DamagedCachesGiveDefinedAnswers)
     EXPECT_FALSE(open(bytes, &messages)->isValid()) << "directory list past the end";
 }
 
+// A theme takes what its directories hold from the cache one name at a time:
+// once a name's entry turns out damaged, the disk answers for every name,
+// even one the cache left out of a directory that looks no newer.
+TEST_F(SmallTheme, ThemeStopsBelievingACacheDamagedAtOneName)
+{
+    world.writeFile("usr/share/icons/own/index.theme",
+                    "[Icon Theme]\nName=Own\nDirectories=22x22/apps\n[22x22/apps]\nType=Fixed\n");
+    world.writeFile("usr/share/icons/own/22x22/apps/unlisted.png", "x");
+    std::string bytes = cache, messages;
+    writeBe32(bytes, entryOf(cache, "n2") + 8, 0x10000000);  // its image list past the end
+    open(bytes, &messages);
+    testing::internal::CaptureStderr();
+    VyxIconTheme own("own", "", true);
+    ASSERT_TRUE(own.hasValidCache());
+    EXPECT_EQ(own.getIconPath("n1", 22, nullptr), theme + "/22x22/apps/n1.png");
+    EXPECT_EQ(own.getIconPath("n2", 22, nullptr), theme + "/22x22/apps/n2.png");
+    EXPECT_FALSE(own.hasValidCache());
+    EXPECT_EQ(own.getIconPath("unlisted", 22, nullptr), theme + "/22x22/apps/unlisted.png");
+    messages = testing::internal::GetCapturedStderr();
+    EXPECT_NE(messages.find("libvyxcore: invalid read cache of " + theme + ", empty=1\n"), std::string::npos)
+        << messages;
+}
+
 }  // namespace

@@ -6,8 +6,8 @@
 // lookups that check every candidate on disk (and the installed cache must
 // agree with the installed files): on the installed themes, on a
 // theme whose listing comes from its icon-theme.cache, and after the disk
-// changes under a theme that has already answered, a cache damaged at one
-// name, or a theme installed anew with the same directory times.
+// changes under a theme that has already answered or a theme installed anew
+// with the same directory times.
 
 #include "core/spawn_p.h"
 #include "support/files.h"
@@ -220,38 +220,6 @@ TEST_F(AgedTheme, YoungDirectoryIsCheckedOnDisk)
     EXPECT_EQ(theme.getIconPath("both", 48, nullptr), own + "/48x48/apps/both.png");
     world.writeFile("usr/share/icons/own/48x48/apps/late.png", "icon");
     EXPECT_EQ(theme.getIconPath("late", 48, nullptr), own + "/48x48/apps/late.png");
-}
-
-// A theme's lookups take what its directories hold from the cache one name
-// at a time: a cache damaged at one name must then give way to the disk.
-TEST_F(AgedTheme, CacheDamagedAtOneNameIsNoLongerBelieved)
-{
-    // An icon the cache does not know in a directory that looks no newer.
-    world.writeFile("usr/share/icons/own/48x48/apps/unlisted.png", "icon");
-    ASSERT_TRUE(vyxtest::setMtime(own + "/48x48/apps", aged));
-    const std::string cachePath = own + "/icon-theme.cache";
-    std::string cache = vyxtest::readFile(cachePath);
-    // The entry naming "only-svg" gets an image list past the end of the file.
-    const size_t name = cache.find(std::string("only-svg", 9));
-    uint32_t at = 4;
-    while (at + 8 <= cache.size() && vyxtest::readBe32(cache, at) != name)
-        at += 4;
-    ASSERT_LE(at + 8, cache.size());
-    vyxtest::writeBe32(cache, at + 4, 0x10000000);
-    world.writeFile("usr/share/icons/own/icon-theme.cache", cache);
-
-    testing::internal::CaptureStderr();
-    VyxIconTheme theme("own", "", true);
-    ASSERT_TRUE(theme.hasValidCache());
-    EXPECT_EQ(theme.getIconPath("both", 48, nullptr), own + "/48x48/apps/both.png");
-    EXPECT_EQ(theme.getIconPath("only-svg", 48, nullptr), own + "/48x48/apps/only-svg.svg");
-    EXPECT_FALSE(theme.hasValidCache());
-    // While believed, the cache said the directory holds no such icon.
-    EXPECT_EQ(theme.getIconPath("unlisted", 48, nullptr), own + "/48x48/apps/unlisted.png");
-    const std::string messages = testing::internal::GetCapturedStderr();
-    EXPECT_NE(messages.find("libvyxcore: cache " + cachePath + " read hash length failed\n"), std::string::npos)
-        << messages;
-    EXPECT_NE(messages.find("libvyxcore: invalid read cache of " + own + ", empty=1\n"), std::string::npos) << messages;
 }
 
 TEST_F(AgedTheme, ThemeInstalledAnewIsSeenAfterTheRecheckInterval)

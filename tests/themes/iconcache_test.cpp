@@ -2,9 +2,10 @@
 //
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
-// The icon-theme.cache reader against caches written by the real generator:
-// small themes built here, then aged or damaged on purpose. The installed
-// themes' caches are read with the listings' installed themes.
+// The icon-theme.cache reader, and a theme that believes it, against caches
+// written by the real generator for a small theme built here, then aged or
+// damaged on purpose. The installed themes' caches are read with the
+// listings' installed themes.
 
 #include "core/spawn_p.h"
 #include "support/files.h"

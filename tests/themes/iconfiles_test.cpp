@@ -3,9 +3,11 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 // Lookups answered from the in-memory directory listings must equal the
-// lookups that check every candidate on disk: on the installed themes, on a
+// lookups that check every candidate on disk (and the installed cache must
+// agree with the installed files): on the installed themes, on a
 // theme whose listing comes from its icon-theme.cache, and after the disk
-// changes under a theme that has already answered.
+// changes under a theme that has already answered or a theme installed anew
+// with the same directory times.
 
 #include "core/spawn_p.h"
 #include "support/files.h"
@@ -19,6 +21,8 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdio>
+#include <map>
 #include <random>
 #include <set>
 #include <thread>
@@ -77,11 +81,21 @@ TEST(IconListings, InstalledThemesAnswerAsTheDiskDoes)
 {
     TempHome world;
     ScopedEnv dirs("XDG_DATA_DIRS", "/usr/share");
+    const std::string adwaita = "/usr/share/icons/Adwaita";
     std::vector<std::string> files;
-    GetFileNameList(&files, "/usr/share/icons/Adwaita", 3, "*.*", Vyx::tagged_bool<FilesOnly_tag>(true));
+    GetFileList(&files, adwaita.c_str(), 3, "*.*", Vyx::tagged_bool<FilesOnly_tag>(true));
     std::set<std::string> stems;
-    for (const std::string& file : files)
-        stems.insert(file.substr(0, file.rfind('.')));
+    // Where the cache must find each icon: the directories holding an image
+    // of its name. Only the last extension goes: "x-symbolic.symbolic.png"
+    // is the icon "x-symbolic.symbolic".
+    std::map<std::string, std::vector<std::string>> imageDirs;
+    for (const std::string& file : files) {
+        const size_t slash = file.rfind('/'), dot = file.rfind('.');
+        const std::string stem = file.substr(slash + 1, dot - slash - 1);
+        stems.insert(stem);
+        if (std::set<std::string> {".png", ".svg", ".xpm"}.count(file.substr(dot)) && !stem.empty())
+            imageDirs[stem].push_back(file.substr(adwaita.size() + 1, slash - adwaita.size() - 1));
+    }
     std::vector<std::string> names(stems.begin(), stems.end());
     std::shuffle(names.begin(), names.end(), std::mt19937(7));
     ASSERT_GT(names.size(), 300u);
@@ -99,6 +113,28 @@ TEST(IconListings, InstalledThemesAnswerAsTheDiskDoes)
         queries.push_back({name, 32, nullptr});
     expectSameAnswers("Adwaita", queries);
     expectSameAnswers("hicolor", queries);
+
+    // The public cache reader, on a cache far bigger than the ones built in
+    // the tests, with offsets past 64 KiB, dozens of directories and long
+    // chains: every icon in exactly its directories, nothing else, quietly.
+    VyxIconCacheGtkReader reader(adwaita);
+    ASSERT_TRUE(reader.isValid()) << "the set-up script installs the theme with its cache";
+    ASSERT_GT(imageDirs.size(), 1000u);
+    testing::internal::CaptureStderr();
+    int wrong = 0;
+    for (const auto& [name, dirs] : imageDirs) {
+        std::vector<const char*> found = reader.lookup(name);
+        if ((vyxtest::sorted({found.begin(), found.end()}) != vyxtest::sorted(dirs) ||
+             !reader.lookup(name + "-not-installed").empty()) &&
+            ++wrong <= 5)
+            ADD_FAILURE() << name << ": " << found.size() << " directories, expected " << dirs.size();
+    }
+    for (const std::string& absent :
+         std::vector<std::string> {"edit-copy.png", "edit", "EDIT-COPY", "", std::string("edit-copy\0", 10)})
+        EXPECT_TRUE(reader.lookup(absent).empty()) << absent;
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(wrong, 0);
+    EXPECT_TRUE(reader.isValid());
 }
 
 class AgedTheme : public ::testing::Test {
@@ -107,29 +143,36 @@ protected:
     {
         world.writeFile("usr/share/icons/hicolor/index.theme", "[Icon Theme]\nName=Hicolor\nDirectories=\n");
         own = world.path("usr/share/icons/own");
+        install({"48x48/apps/both.png", "48x48/apps/both.svg", "48x48/apps/only-svg.svg", "48x48/apps/abc",
+                 "48x48/apps/photo.jpg", "48x48/actions/edit.png", "scalable/apps/big.svg", "48x48/apps/a.b.png"});
+    }
+
+    // The theme "own" holding files (relative to it) with its cache. Every
+    // directory is an hour old, older than the cache, so the listing may
+    // take them from the cache; a theme installed anew gets the same times.
+    void install(const std::vector<std::string>& files)
+    {
         world.writeFile("usr/share/icons/own/index.theme",
                         "[Icon Theme]\nName=Own\nDirectories=48x48/apps,48x48/actions,scalable/apps,32x32/apps\n"
                         "[48x48/apps]\nType=Fixed\nContext=Applications\n"
                         "[48x48/actions]\nType=Fixed\nContext=Actions\n"
                         "[scalable/apps]\nSize=48\nType=Scalable\nMinSize=8\nMaxSize=512\n"
                         "[32x32/apps]\nType=Fixed\n");
-        for (const char* file :
-             {"48x48/apps/both.png", "48x48/apps/both.svg", "48x48/apps/only-svg.svg", "48x48/apps/abc",
-              "48x48/apps/photo.jpg", "48x48/actions/edit.png", "scalable/apps/big.svg", "48x48/apps/a.b.png"})
-            world.writeFile("usr/share/icons/own/" + std::string(file), "icon");
+        for (const std::string& file : files)
+            world.writeFile("usr/share/icons/own/" + file, "icon");
         world.makeDir("usr/share/icons/own/32x32/apps");  // empty: not in the cache
         auto run = Vyx::detail::runProgram(
             {"/usr/bin/gtk-update-icon-cache", "--force", "--ignore-theme-index", "--quiet", own}, 4096);
         ASSERT_TRUE(run.started);
-        // Every directory an hour old, older than the cache: the listing may
-        // take them from the cache.
+        ASSERT_EQ(run.exitStatus, 0);
         for (const char* dir :
              {"", "/48x48", "/48x48/apps", "/48x48/actions", "/scalable", "/scalable/apps", "/32x32", "/32x32/apps"})
-            ASSERT_TRUE(vyxtest::setMtime(own + dir, time(nullptr) - 3600)) << dir;
+            ASSERT_TRUE(vyxtest::setMtime(own + dir, aged)) << dir;
     }
 
     TempHome world;
     std::string own;
+    const time_t aged = time(nullptr) - 3600;
     ListingSettings restore;
 };
 
@@ -165,6 +208,34 @@ TEST_F(AgedTheme, ChangesOnDiskAreSeenAfterTheRecheckInterval)
     EXPECT_EQ(theme.getIconPath("late", 48, nullptr), own + "/48x48/apps/late.png");
     // Asked before: the answer "" is not kept past the interval.
     EXPECT_EQ(theme.getIconPath("late-comer", 32, nullptr), own + "/32x32/apps/late-comer.png");
+}
+
+// A directory changed less than an interval ago may change again within the
+// same clock tick: it is checked on disk, not taken from the cache.
+TEST_F(AgedTheme, YoungDirectoryIsCheckedOnDisk)
+{
+    ASSERT_TRUE(vyxtest::setMtime(own + "/48x48/apps", vyxtest::mtimeOf(own + "/icon-theme.cache")));
+    VyxIconTheme theme("own", "", true);
+    ASSERT_TRUE(theme.hasValidCache());
+    EXPECT_EQ(theme.getIconPath("both", 48, nullptr), own + "/48x48/apps/both.png");
+    world.writeFile("usr/share/icons/own/48x48/apps/late.png", "icon");
+    EXPECT_EQ(theme.getIconPath("late", 48, nullptr), own + "/48x48/apps/late.png");
+}
+
+TEST_F(AgedTheme, ThemeInstalledAnewIsSeenAfterTheRecheckInterval)
+{
+    IconFiles::recheckInterval = 20'000'000;  // 20 ms
+    VyxIconTheme theme("own", "", true);
+    EXPECT_EQ(theme.getIconPath("only-svg", 48, nullptr), own + "/48x48/apps/only-svg.svg");
+    EXPECT_EQ(theme.getIconPath("new", 48, nullptr), "");
+
+    // Replaced as a package update does it: the old tree moved away, the
+    // new one in its place with the same directory times.
+    ASSERT_EQ(std::rename(own.c_str(), (own + "-old").c_str()), 0);
+    ASSERT_NO_FATAL_FAILURE(install({"48x48/apps/new.png", "48x48/actions/edit.png", "scalable/apps/big.svg"}));
+    std::this_thread::sleep_for(std::chrono::milliseconds(60));
+    EXPECT_EQ(theme.getIconPath("new", 48, nullptr), own + "/48x48/apps/new.png");
+    EXPECT_EQ(theme.getIconPath("only-svg", 48, nullptr), "");
 }
 
 TEST_F(AgedTheme, ThreadsShareListingsThatAreReadAgain)

@@ -25,6 +25,11 @@ bool isDirectory(const std::string& path)
     return stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode);
 }
 
+bool isPlainFileName(const std::string& name)
+{
+    return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
+}
+
 std::string firstRegularFile(const std::string& base, const char* const* extensions, size_t count)
 {
     for (size_t i = 0; i < count; ++i) {

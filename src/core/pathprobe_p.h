@@ -21,6 +21,11 @@ bool isRegularFile(const std::string& path);
 // Whether path is a directory (or a link to one).
 bool isDirectory(const std::string& path);
 
+// Whether name can stand for one entry of a directory by itself: not empty,
+// not "." or "..", and without a '/', so that joining it to the directory
+// cannot lead out of it.
+bool isPlainFileName(const std::string& name);
+
 // The first base + extension, in the order given, that is a regular file;
 // empty when none is.
 std::string firstRegularFile(const std::string& base, const char* const* extensions, size_t count);

@@ -10,6 +10,7 @@
 #include "core/diag_p.h"
 #include "core/dirwalker_p.h"
 #include "core/makedirs_p.h"
+#include "core/pathprobe_p.h"
 #include "core/readfile_p.h"
 #include "core/uniquefd_p.h"
 #include "shell/trash_p.h"
@@ -208,12 +209,6 @@ bool splitOriginal(const char* path, std::string* directory, std::string* name)
     return !name->empty();
 }
 
-// Whether name can be an entry of the files directory by itself.
-bool isDirectEntryName(const std::string& name)
-{
-    return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
-}
-
 // The trash name a path stands for, by its three forms. A path into the
 // files directory counts only when it names an entry of it directly, read
 // as written: "files/../../x" is not inside the trash, whatever its last
@@ -230,7 +225,7 @@ std::string trashNameOf(const TrashDirs& dirs, const std::string& path)
         name = path.substr(dirs.files.size() + 1);
     else
         return VyxTrash::getFileNameInTrash(path.c_str());
-    if (!isDirectEntryName(name)) {
+    if (!Vyx::detail::isPlainFileName(name)) {
         Vyx::detail::diag(Vyx::detail::kToolPrefix, "%s is not an object directly in the trash\n", path.c_str());
         return std::string();
     }

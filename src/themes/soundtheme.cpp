@@ -30,13 +30,6 @@ const char kProfile[] = "stereo";
 const char kFallbackTheme[] = "freedesktop";
 const char* const kExtensions[] = {".oga", ".ogg", ".wav"};
 
-// Theme and sound names are file names: a '/' or a ".." would lead out of
-// the sounds directories.
-bool isPlainName(const std::string& name)
-{
-    return !name.empty() && name != "." && name != ".." && name.find('/') == std::string::npos;
-}
-
 // The first existing dir + "/" + name + extension.
 std::string probeExtensions(const std::string& dir, const std::string& name)
 {
@@ -45,7 +38,9 @@ std::string probeExtensions(const std::string& dir, const std::string& name)
 
 std::string themeDirIn(const std::vector<std::string>& baseDirs, const std::string& themeName)
 {
-    if (!isPlainName(themeName))
+    // Theme and sound names are file names: a '/' or a ".." would lead out
+    // of the sounds directories.
+    if (!Vyx::detail::isPlainFileName(themeName))
         return std::string();
     for (const std::string& base : baseDirs) {
         std::string dir = Vyx::concat(base, '/', themeName);
@@ -192,7 +187,7 @@ std::vector<std::string> VyxSoundTheme::searchedThemes() const
 
 std::string VyxSoundTheme::getSoundPath(const char* soundName) const
 {
-    if (!soundName || !isPlainName(soundName))
+    if (!soundName || !Vyx::detail::isPlainFileName(soundName))
         return std::string();
     // "dialog-error-serious", "dialog-error", "dialog": the naming rule
     // makes each shorter name a more generic sound for the same event.

@@ -353,6 +353,13 @@ TEST_F(Trash, RestoreMovesOnlyWhatIsInTheTrash)
     EXPECT_EQ(readFile(current), "current");
     EXPECT_EQ(readFile(files + "/notes.txt"), "trashed");
     EXPECT_EQ(listDir(info), Names {"notes.txt.trashinfo"});
+    // A record named for ".." would hand over the trash itself: refused
+    // before any rename is tried.
+    const std::string dots = file("home/.local/share/Trash/info/...trashinfo",
+                                  "[Trash Info]\nPath=" + world.path("taken") + "\nDeletionDate=2020-01-01T00:00:00\n");
+    EXPECT_HAS(stderrOf([&] { EXPECT_FALSE(VyxTrash::restoreFromTrash((files + "/..").c_str())); }),
+               "not an object directly in the trash");
+    ASSERT_EQ(unlink(dots.c_str()), 0);
 
     // Two versions of one path: the newer comes back first, whatever the
     // order of the directory. Both records are listed until then.

@@ -92,6 +92,7 @@ TEST_F(SoundThemes, ModelLookupOrderFallbackAndTheCurrentTheme)
     // A theme that is not installed, or is no sound theme, ends in "freedesktop".
     const std::string fallback = sound("freedesktop/stereo/bell.oga");
     world.writeFile("usr/share/sounds/icons-only/index.theme", "[Icon Theme]\nName=Icons\n");
+    world.writeFile("usr/share/index.theme", "[Sound Theme]\nName=Outside\n");  // what ".." would reach
     for (const char* name : {"not-installed", "icons-only", ".."}) {
         VyxSoundTheme theme(name);
         EXPECT_FALSE(theme.isLoaded()) << name;

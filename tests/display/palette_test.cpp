@@ -42,12 +42,8 @@ TEST(Palette, TextIsBlackOnLightAndWhiteOnDark)
 
 TEST(Palette, ShadesRunFromTheColourTowardsBlackThroughTheDarkVariants)
 {
-    const std::vector<std::string> four = CreateShadeColors("#5682a3", 4);
-    ASSERT_EQ(four.size(), 4u);
-    EXPECT_EQ(four[0], "#5682A3");
-    EXPECT_EQ(four[1], GetPrimaryDarkColor("#5682a3", false));
-    EXPECT_EQ(four[2], GetPrimaryDarkColor("#5682a3", true));
-    EXPECT_EQ(four[3], "#162129");  // a quarter of the lightness, computed as the cases above
+    // The last is a quarter of the lightness, computed as the cases above.
+    EXPECT_EQ(CreateShadeColors("#5682a3", 4), (std::vector<std::string> {"#5682A3", "#41627A", "#2B4152", "#162129"}));
     EXPECT_EQ(CreateShadeColors("#808080", 2), (std::vector<std::string> {"#808080", "#404040"}));
     EXPECT_EQ(CreateShadeColors("#123456", 100000).size(), 256u);
     EXPECT_TRUE(CreateShadeColors("#123456", 0).empty());

@@ -130,13 +130,18 @@ TEST(Edition, ModeAndEditionFromTheEditionFile)
 
 TEST(Network, AddressesAreNumericAndLoopbackIsLeftOut)
 {
-    in6_addr parsed;
-    for (const std::string& address : getIPv4Addresses())
+    for (const std::string& address : getIPv4Addresses()) {
+        in_addr parsed;
         EXPECT_EQ(inet_pton(AF_INET, address.c_str(), &parsed), 1) << address;
-    for (const std::string& address : getIPv6Addresses())
+        EXPECT_NE(address.rfind("127.", 0), 0u) << address;
+    }
+    for (const std::string& address : getIPv6Addresses()) {
+        in6_addr parsed;
         EXPECT_EQ(inet_pton(AF_INET6, address.c_str(), &parsed), 1) << address;
+        EXPECT_NE(address, "::1");
+    }
     vyxtest::ChildOptions isolated;
-    isolated.privateNetwork = true;  // only a loopback interface there
+    isolated.privateNetwork = true;  // only a loopback interface there, down
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated, [] {
         EXPECT_TRUE(getIPv4Addresses().empty());
         EXPECT_TRUE(getIPv6Addresses().empty());

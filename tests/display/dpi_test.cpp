@@ -350,7 +350,7 @@ TEST_F(DpiOnXvfb, XrdbMergesFilesWhoseNamesNoShellWouldTouch)
 
     // xrdb would hand this name to a shell: split at the blank, run "touch".
     ASSERT_EQ(chdir(m_world.root().c_str()), 0);
-    const std::string odd = m_world.makeDir("a b;touch pwned") + "/Xres";
+    const std::string odd = m_world.makeDir("a b;touch pwned;") + "/Xres";
     CaptureStderr();
     EXPECT_TRUE(setXrdbParameterInFile(odd.c_str(), "Vyx.farewell", ": ", "bye", ApplyByXrdb(true)));
     EXPECT_EQ(GetCapturedStderr(), "vyxcore: " + odd + " not merged by xrdb: its name would reach a shell\n");

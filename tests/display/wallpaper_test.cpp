@@ -20,7 +20,9 @@ namespace {
 using testing::internal::CaptureStderr;
 using testing::internal::GetCapturedStderr;
 
-TEST(Wallpaper, UserDirectoriesFirstThenTheSystemsExtensionsInOrder)
+// The desktop's own directories, in a private mount, sit between the user's
+// and the system's.
+TEST(Wallpaper, UserDirectoriesThenTheDesktopsThenTheSystemsExtensionsInOrder)
 {
     vyxtest::TempHome world;
     const std::string mine = world.writeFile("home/.local/share/wallpapers/sea.jpg", "");
@@ -34,41 +36,33 @@ TEST(Wallpaper, UserDirectoriesFirstThenTheSystemsExtensionsInOrder)
     const std::string photo = world.writeFile("usr/share/backgrounds/Photo.JPG", "");
     world.makeDir("home/.local/share/wallpapers/lake.png");  // a directory is not a wallpaper
     const std::string lake = world.writeFile("usr/share/backgrounds/lake.png", "");
-
-    EXPECT_EQ(FindWallPaperByName("sea"), mine) << "the first directory wins over a better extension";
-    EXPECT_EQ(FindWallPaperByName("sea.png"), vyx) << "a given extension is taken as it is";
-    EXPECT_EQ(FindWallPaperByName("hills"), hillsPng) << "within a directory .png comes before .jpg";
-    EXPECT_EQ(FindWallPaperByName("sky"), sky) << "wallpapers before backgrounds";
-    EXPECT_EQ(FindWallPaperByName("field"), field);
-    EXPECT_EQ(FindWallPaperByName("Photo.JPG"), photo);
-    EXPECT_EQ(FindWallPaperByName("lake"), lake);
-    EXPECT_EQ(FindWallPaperByName(systemSea.c_str()), systemSea);
-
-    CaptureStderr();
-    EXPECT_EQ(FindWallPaperByName("Photo"), "") << "extensions are appended in lower case";
-    EXPECT_EQ(FindWallPaperByName(world.path("usr/share/backgrounds/none.png").c_str()), "");
-    EXPECT_EQ(FindWallPaperByName(""), "");
-    EXPECT_EQ(FindWallPaperByName(nullptr), "");
-    EXPECT_EQ(GetCapturedStderr(), "vyxcore: wallpaper 'Photo' not found\nvyxcore: wallpaper '" +
-                                       world.path("usr/share/backgrounds/none.png") + "' not found\n");
-}
-
-TEST(Wallpaper, TheDesktopsOwnDirectoriesSitBetweenTheUsersAndTheSystems)
-{
-    vyxtest::TempHome world;
-    const std::string userDawn = world.writeFile("home/.vyx/wallpapers/dawn.png", "");
     world.writeFile("usr/share/wallpapers/dusk.png", "");  // loses to the desktop's images
     vyxtest::ChildOptions options;
     options.mounts = {vyxtest::Mount::tmpfs("/usr/share/vyx-wm")};
     VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
         ASSERT_EQ(mkdir("/usr/share/vyx-wm/wallpapers", 0755), 0);
         ASSERT_EQ(mkdir("/usr/share/vyx-wm/images", 0755), 0);
-        for (const char* file : {"/usr/share/vyx-wm/wallpapers/dawn.png", "/usr/share/vyx-wm/wallpapers/noon.jpg",
+        for (const char* file : {"/usr/share/vyx-wm/wallpapers/hills.png", "/usr/share/vyx-wm/wallpapers/noon.jpg",
                                  "/usr/share/vyx-wm/images/noon.png", "/usr/share/vyx-wm/images/dusk.png"})
             std::ofstream {file};
-        EXPECT_EQ(FindWallPaperByName("dawn"), userDawn);
+        EXPECT_EQ(FindWallPaperByName("sea"), mine) << "the first directory wins over a better extension";
+        EXPECT_EQ(FindWallPaperByName("sea.png"), vyx) << "a given extension is taken as it is";
+        EXPECT_EQ(FindWallPaperByName("hills"), hillsPng) << "within a directory .png comes before .jpg";
         EXPECT_EQ(FindWallPaperByName("noon"), "/usr/share/vyx-wm/wallpapers/noon.jpg");
         EXPECT_EQ(FindWallPaperByName("dusk"), "/usr/share/vyx-wm/images/dusk.png");
+        EXPECT_EQ(FindWallPaperByName("sky"), sky) << "wallpapers before backgrounds";
+        EXPECT_EQ(FindWallPaperByName("field"), field);
+        EXPECT_EQ(FindWallPaperByName("Photo.JPG"), photo);
+        EXPECT_EQ(FindWallPaperByName("lake"), lake);
+        EXPECT_EQ(FindWallPaperByName(systemSea.c_str()), systemSea);
+
+        CaptureStderr();
+        EXPECT_EQ(FindWallPaperByName("Photo"), "") << "extensions are appended in lower case";
+        EXPECT_EQ(FindWallPaperByName(world.path("usr/share/backgrounds/none.png").c_str()), "");
+        EXPECT_EQ(FindWallPaperByName(""), "");
+        EXPECT_EQ(FindWallPaperByName(nullptr), "");
+        EXPECT_EQ(GetCapturedStderr(), "vyxcore: wallpaper 'Photo' not found\nvyxcore: wallpaper '" +
+                                           world.path("usr/share/backgrounds/none.png") + "' not found\n");
     }));
 }
 

@@ -141,7 +141,7 @@ TEST(Network, AddressesAreNumericAndLoopbackIsLeftOut)
         EXPECT_NE(address, "::1");
     }
     vyxtest::ChildOptions isolated;
-    isolated.privateNetwork = true;  // only a loopback interface there
+    isolated.privateNetwork = true;  // only a loopback interface there, down
     VYX_EXPECT_CHILD(vyxtest::runInChild(isolated, [] {
         EXPECT_TRUE(getIPv4Addresses().empty());
         EXPECT_TRUE(getIPv6Addresses().empty());

@@ -210,7 +210,7 @@ std::string writeEntry(const TempHome& world, const std::string& name, const std
                            "[Desktop Entry]\nType=Application\nName=Recorder\nPath=" + world.path("tmp") + "\n" + keys);
 }
 
-TEST(Launch, RealProgramReceivesEveryNameWhole)
+TEST(Launch, RealProgramReceivesEveryNameWholeInATerminalOrIsRefused)
 {
     TempHome world;
     const std::string base = world.path("record");
@@ -251,27 +251,19 @@ TEST(Launch, RealProgramReceivesEveryNameWhole)
     for (size_t i = 0; i < 3; ++i)
         EXPECT_EQ(runs[i], Argv({world.path("tmp"), "null", VYX_ARGV_RECORDER, three[i]}));
     EXPECT_NE(access(owned.c_str(), F_OK), 0);
-}
 
-TEST(Launch, TerminalAndRefusals)
-{
-    TempHome world;
-    const std::string base = world.path("record");
-    ScopedEnv record("VYX_ARGV_RECORD", base.c_str());
     std::string bin = world.makeDir("bin");
     ScopedEnv path("PATH", (bin + ":/usr/bin:/bin").c_str());
     VyxDesktopEntry inTerminal(writeEntry(world, "term.desktop", "Exec=" VYX_ARGV_RECORDER " %u\nTerminal=true\n"));
 
     // No terminal: refused, with the terminal named.
-    std::string error;
     if (access("/usr/bin/x-terminal-emulator", X_OK) != 0) {
         EXPECT_EQ(LaunchDesktopEntry(inTerminal, {"/a"}, &error), -1);
         EXPECT_NE(error.find("x-terminal-emulator"), std::string::npos) << error;
     }
     ASSERT_EQ(symlink(VYX_ARGV_RECORDER, (bin + "/x-terminal-emulator").c_str()), 0);
-    std::vector<int> pids;
     ASSERT_GT(LaunchDesktopEntry(inTerminal, {"/a b"}, &error, &pids), 0) << error;
-    Commands runs = collect(base, pids);
+    runs = collect(base, pids);
     ASSERT_EQ(runs.size(), 1u);
     EXPECT_EQ(runs[0],
               Argv({world.path("tmp"), "null", "x-terminal-emulator", "-e", VYX_ARGV_RECORDER, "file:///a%20b"}));

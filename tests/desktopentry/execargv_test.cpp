@@ -70,10 +70,8 @@ TEST(ExecArgv, HostileNamesStayWholeArguments)
     }
     for (size_t i = 0; i < paths.size(); ++i) {
         std::string error;
-        Commands one = expand("viewer --file %f", {paths[i]}, &error);
-        ASSERT_EQ(one, Commands({{"viewer", "--file", paths[i]}})) << error;
-        Commands url = expand("\"/opt/my viewer\" %u", {urls[i]});
-        ASSERT_EQ(url, Commands({{"/opt/my viewer", urls[i]}}));
+        ASSERT_EQ(expand("viewer --file %f", {paths[i]}, &error), Commands({{"viewer", "--file", paths[i]}})) << error;
+        ASSERT_EQ(expand("\"/opt/my viewer\" %u", {urls[i]}), Commands({{"/opt/my viewer", urls[i]}}));
         // The URL made for a file comes back as the same file for %f.
         const std::string fileUrl = "file://" + Vyx::encodedUrl(paths[i]);
         EXPECT_EQ(expand("viewer %u", {paths[i]}), Commands({{"viewer", fileUrl}}));

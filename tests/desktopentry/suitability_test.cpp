@@ -77,7 +77,7 @@ TEST(Displayable, SessionPlasmaHiddenAndNoDisplayInOrder)
     EXPECT_EQ(code, VyxDesktopEntry::Displayable);
 }
 
-TEST(ExecRules, ProgramNamesPrivilegesAndTerminals)
+TEST(Suitable, ProgramNamesPrivilegesTerminalsAndWholeEntries)
 {
     TempHome world;
     std::string program = world.writeFile("my app/run", "#!/bin/sh\n");
@@ -126,11 +126,8 @@ TEST(ExecRules, ProgramNamesPrivilegesAndTerminals)
         EXPECT_EQ(Vyx::detail::isExecSuitableFor(c.exec, c.adminOnly, c.user, &code), c.ok) << c.exec;
         EXPECT_EQ(code, c.code) << c.exec;
     }
-}
 
-TEST(Suitable, TypeLinkTryExecOriginAndModes)
-{
-    TempHome world;
+    // Whole entries: type, link, TryExec, origin file and edition modes.
     Code code;
     EXPECT_FALSE(entryFrom(world, "a.desktop", "Exec=ls\n").isSuitable(&code));
     EXPECT_EQ(code, VyxDesktopEntry::SuitableNoType);

@@ -62,24 +62,19 @@ std::vector<std::string> hostileNames(size_t count)
 
 TEST(ExecArgv, HostileNamesStayWholeArguments)
 {
-    const std::vector<std::string> names = hostileNames(3000);
-    Argv paths, urls;
-    for (const std::string& name : names) {
-        paths.push_back("/data/" + name);
-        urls.push_back("sftp://host/" + name);
-    }
-    for (size_t i = 0; i < paths.size(); ++i) {
-        std::string error;
-        ASSERT_EQ(expand("viewer --file %f", {paths[i]}, &error), Commands({{"viewer", "--file", paths[i]}})) << error;
-        ASSERT_EQ(expand("\"/opt/my viewer\" %u", {urls[i]}), Commands({{"/opt/my viewer", urls[i]}}));
-        // The URL made for a file comes back as the same file for %f.
-        const std::string fileUrl = "file://" + Vyx::encodedUrl(paths[i]);
-        EXPECT_EQ(expand("viewer %u", {paths[i]}), Commands({{"viewer", fileUrl}}));
-        EXPECT_EQ(expand("viewer %f", {fileUrl}), Commands({{"viewer", paths[i]}}));
-    }
     Argv all {"viewer", "-x"};
-    all.insert(all.end(), paths.begin(), paths.end());
-    EXPECT_EQ(expand("viewer -x %F", paths), Commands({all}));
+    for (const std::string& name : hostileNames(3000)) {
+        const std::string path = "/data/" + name, url = "sftp://host/" + name;
+        std::string error;
+        ASSERT_EQ(expand("viewer --file %f", {path}, &error), Commands({{"viewer", "--file", path}})) << error;
+        ASSERT_EQ(expand("\"/opt/my viewer\" %u", {url}), Commands({{"/opt/my viewer", url}}));
+        // The URL made for a file comes back as the same file for %f.
+        const std::string fileUrl = "file://" + Vyx::encodedUrl(path);
+        EXPECT_EQ(expand("viewer %u", {path}), Commands({{"viewer", fileUrl}}));
+        EXPECT_EQ(expand("viewer %f", {fileUrl}), Commands({{"viewer", path}}));
+        all.push_back(path);
+    }
+    EXPECT_EQ(expand("viewer -x %F", Argv(all.begin() + 2, all.end())), Commands({all}));
 }
 
 TEST(ExecArgv, QuotingEscapesFieldCodesAndRefusals)

@@ -223,12 +223,8 @@ TEST(MimeCache, AgreesWithTheTextFiles)
     EXPECT_GT(contents, 300u);
     for (const char* type : {"application/x-pdf", "text/x-csrc", "application/pdf", "image/svg+xml", "no/such"}) {
         EXPECT_EQ(text(fromCache.unalias(type)), text(fromText.unalias(type)));
-        std::vector<std::string> a, b;
-        for (const char* p : fromCache.parents(type))
-            a.push_back(p);
-        for (const char* p : fromText.parents(type))
-            b.push_back(p);
-        EXPECT_EQ(a, b) << type;
+        const std::vector<const char*> a = fromCache.parents(type), b = fromText.parents(type);
+        EXPECT_EQ(std::vector<std::string>(a.begin(), a.end()), std::vector<std::string>(b.begin(), b.end())) << type;
         EXPECT_EQ(text(fromCache.icon(type, true)), text(fromText.icon(type, true))) << type;
         EXPECT_EQ(text(fromCache.icon(type, false)), text(fromText.icon(type, false))) << type;
     }

@@ -15,9 +15,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
-#include <cstdlib>
 #include <random>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 

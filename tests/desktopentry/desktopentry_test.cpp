@@ -34,7 +34,7 @@ std::string data(const char* name)
 // environment before the first entry is made.
 TEST(EntryLoad, FieldsTranslationsActionsAndLineEnds)
 {
-    ScopedEnv language("LANGUAGE", "de:fr");
+    ScopedEnv language("LANGUAGE", "de:ru:fr");
     VyxDesktopEntry entry(data("browser.desktop"));
     ASSERT_TRUE(entry.isLoaded());
     EXPECT_EQ(entry.localName(), "Webbrowser");  // the earlier language wins
@@ -69,6 +69,28 @@ TEST(EntryLoad, FieldsTranslationsActionsAndLineEnds)
     ASSERT_EQ(odd.actions().size(), 1u);  // "gone" has no name anywhere
     EXPECT_EQ(odd.actions()[0].id(), "kept");
     EXPECT_EQ(odd.actions()[0].onlyShowIn(), Strings {"Vyx"});
+
+    // An action's translations: names and languages compare ignoring case,
+    // the first non-empty one in language order wins; in the main group the
+    // translated keys compare exactly, and the others stay unknown in file
+    // order.
+    TempHome world;
+    VyxDesktopEntry t(world.writeFile(
+        "t.desktop", "[Desktop Entry]\nName=App\nName[fr]=Appli\nNAME[de]=Upper\nX-First=1\nName[ru]=Prilozhenie\n"
+                     "Comment[pl]=Polski\nActions=go;\n"
+                     "[Desktop Action go]\nname=Go\nNAME[DE]=\nname[Ru]=Idti\nName[fr]=Aller\nCOMMENT[fr]=Partir\n"
+                     "icon[de]=gehen\n"));
+    ASSERT_TRUE(t.isLoaded());
+    EXPECT_EQ(t.localName(), "Prilozhenie");
+    const std::vector<std::pair<std::string, std::string>> unknowns = {
+        {"NAME[de]", "Upper"}, {"X-First", "1"}, {"Comment[pl]", "Polski"}};
+    EXPECT_EQ(t.unknowns(), unknowns);
+    ASSERT_EQ(t.actions().size(), 1u);
+    const VyxDesktopAction& go = t.actions()[0];
+    EXPECT_EQ(go.name(), "Go");
+    EXPECT_EQ(go.localName(), "Idti");
+    EXPECT_EQ(go.localComment(), "Partir");
+    EXPECT_EQ(go.localIcon(), "gehen");
 }
 
 TEST(EntryLoad, WithoutLanguagesEveryTranslationIsUnknown)
@@ -143,32 +165,6 @@ TEST(EntryLoad, PathsValidityAndBadFiles)
     VyxDesktopEntry huge(file);
     EXPECT_EQ(huge.name(), "Huge");
     EXPECT_EQ(huge.comment().size(), 100u << 20);
-}
-
-// An action's translations: names and languages compare ignoring case, the
-// first non-empty one in language order wins; in the main group the
-// translated keys compare exactly, and the others stay unknown in file order.
-TEST(EntryLoad, TranslationsOfActionsAndUnknownKeysInOrder)
-{
-    ScopedEnv language("LANGUAGE", "de:ru:fr");
-    vyxtest::TempHome world;
-    const std::string file = world.writeFile(
-        "t.desktop", "[Desktop Entry]\nName=App\nName[fr]=Appli\nNAME[de]=Upper\nX-First=1\nName[ru]=Prilozhenie\n"
-                     "Comment[pl]=Polski\nActions=go;\n"
-                     "[Desktop Action go]\nname=Go\nNAME[DE]=\nname[Ru]=Idti\nName[fr]=Aller\nCOMMENT[fr]=Partir\n"
-                     "icon[de]=gehen\n");
-    VyxDesktopEntry entry(file);
-    ASSERT_TRUE(entry.isLoaded());
-    EXPECT_EQ(entry.localName(), "Prilozhenie");
-    const std::vector<std::pair<std::string, std::string>> unknowns = {
-        {"NAME[de]", "Upper"}, {"X-First", "1"}, {"Comment[pl]", "Polski"}};
-    EXPECT_EQ(entry.unknowns(), unknowns);
-    ASSERT_EQ(entry.actions().size(), 1u);
-    const VyxDesktopAction& go = entry.actions()[0];
-    EXPECT_EQ(go.name(), "Go");
-    EXPECT_EQ(go.localName(), "Idti");
-    EXPECT_EQ(go.localComment(), "Partir");
-    EXPECT_EQ(go.localIcon(), "gehen");
 }
 
 TEST(EntrySave, RoundTripKeepsEveryField)

@@ -187,7 +187,7 @@ TEST(DefaultApps, AliasesWidenTheLookup)
     }));
 }
 
-TEST(Mimeapps, ListingOrderAndWritableLists)
+TEST(Mimeapps, ListingOrderWritableListsAndAssignments)
 {
     TempHome world;
     ScopedEnv desktops("XDG_CURRENT_DESKTOP", "A:B");
@@ -205,11 +205,8 @@ TEST(Mimeapps, ListingOrderAndWritableLists)
     EXPECT_EQ(GetWritableDesktopMimeappsList(), "");
     ScopedEnv mini("DESKTOP_SESSION", "vyx-mini");  // an empty answer is not kept
     EXPECT_EQ(GetWritableDesktopMimeappsList(), world.home() + "/.config/vyx-mini-mimeapps.list");
-}
 
-TEST(Mimeapps, AssignedApplicationsAndIcons)
-{
-    TempHome world;
+    // The lists above are empty: the two below decide alone.
     writeApp(world, "usr/share/applications/editor.desktop", "text/plain;");
     writeApp(world, "usr/share/applications/viewer.desktop", "text/plain;");
     std::string list =

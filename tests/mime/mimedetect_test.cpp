@@ -74,9 +74,10 @@ protected:
     TempHome world;
 };
 
-// Weight before length, case-sensitive globs apart, literals ignoring case
-// too, __NOGLOBS__ dropping the system's globs, ties giving no answer.
-TEST_F(OwnDatabase, NamesByKindWeightAndLength)
+// Names: weight before length, case-sensitive globs apart, literals
+// ignoring case too, __NOGLOBS__ dropping the system's globs, ties giving no
+// answer.
+TEST_F(OwnDatabase, NamesByKindWeightAndLengthAndMagic)
 {
     const std::pair<const char*, const char*> names[] = {
         {"a.own", "text/x-heavy"},  {"a.tar.own", "text/x-heavy"},     {"/dir.c/x.C", "text/x-case"},
@@ -88,10 +89,8 @@ TEST_F(OwnDatabase, NamesByKindWeightAndLength)
     EXPECT_EQ(xdg_mime_get_mime_types_from_file_name("a.tie", types, 4), 2);
     EXPECT_EQ(xdg_mime_get_mime_types_from_file_name("a.tie", types, 1), 1);
     EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name(std::string(10000, 'n').c_str()), xdg_mime_type_unknown);
-}
 
-TEST_F(OwnDatabase, MagicNestingRangesMasksAndPriority)
-{
+    // Magic: nesting, ranges, masks and priority.
     int priority = -1;
     EXPECT_STREQ(xdg_mime_get_mime_type_for_data("NESTOK..", 8, &priority), "image/x-nested");
     EXPECT_EQ(priority, 80);

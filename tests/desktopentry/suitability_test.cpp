@@ -71,8 +71,6 @@ TEST(Displayable, SessionPlasmaHiddenAndNoDisplayInOrder)
     EXPECT_EQ(code, VyxDesktopEntry::DisplayableHidden);
     EXPECT_FALSE(entryFrom(world, "n.desktop", "NoDisplay=true\nOnlyShowIn=GNOME\n").isDisplayable(&code));
     EXPECT_EQ(code, VyxDesktopEntry::DisplayableNotForSession);
-    EXPECT_FALSE(entryFrom(world, "m.desktop", "NoDisplay=true\n").isDisplayable(&code));
-    EXPECT_EQ(code, VyxDesktopEntry::DisplayableNoDisplay);
     EXPECT_TRUE(entryFrom(world, "ok.desktop", "OnlyShowIn=VYX\n").isDisplayable(&code));  // DESKTOP_SESSION unset
     EXPECT_EQ(code, VyxDesktopEntry::Displayable);
 }

@@ -246,27 +246,11 @@ TEST(EntrySave, KeyOrderEmptyFieldsLinksAndFailures)
     EXPECT_TRUE(lost.isValid());  // set even after a failed save (kept)
 }
 
-// A value set on both sides: inheriting keeps ours, overriding takes theirs.
-// Copying, and merging with an unset side, is checked field by field below.
-TEST(EntryMerge, InheritKeepsAndOverrideReplacesASetValue)
-{
-    VyxDesktopEntry system, user, inherited, overridden;
-    system.setName("System");
-    system.setHidden(true);
-    user.setName("Mine");
-    user.setHidden(false);
-    inherited.copyFrom(user);
-    inherited.inheritFrom(system);
-    overridden.copyFrom(system);
-    overridden.overrideFrom(user);
-    EXPECT_TRUE(inherited.identicalTo(user));
-    EXPECT_TRUE(overridden.identicalTo(user));
-}
-
 // Each field alone on an otherwise empty entry: it is written under its
 // own key, read back into itself, compared, copied, inherited, overridden
-// and cleared by a reload as a list or a translation is.
-TEST(EntryFields, EachFieldOnItsOwn)
+// and cleared by a reload as a list or a translation is. Then one value set
+// on both sides of a merge.
+TEST(EntryFields, EachFieldOnItsOwnAndMergedOverAnother)
 {
     ScopedEnv language("LANGUAGE", "de");
     TempHome world;
@@ -338,6 +322,20 @@ TEST(EntryFields, EachFieldOnItsOwn)
         ASSERT_TRUE(entry.load());  // the entry is still bound to the blank file
         EXPECT_EQ(entry.identicalTo(blank), field.clearedByReload);
     }
+
+    // A value set on both sides: inheriting keeps ours, overriding takes
+    // theirs.
+    VyxDesktopEntry system, user, inherited, overridden;
+    system.setName("System");
+    system.setHidden(true);
+    user.setName("Mine");
+    user.setHidden(false);
+    inherited.copyFrom(user);
+    inherited.inheritFrom(system);
+    overridden.copyFrom(system);
+    overridden.overrideFrom(user);
+    EXPECT_TRUE(inherited.identicalTo(user));
+    EXPECT_TRUE(overridden.identicalTo(user));
 }
 
 }  // namespace

@@ -71,13 +71,11 @@ TEST(Displayable, SessionPlasmaHiddenAndNoDisplayInOrder)
     EXPECT_EQ(code, VyxDesktopEntry::DisplayableHidden);
     EXPECT_FALSE(entryFrom(world, "n.desktop", "NoDisplay=true\nOnlyShowIn=GNOME\n").isDisplayable(&code));
     EXPECT_EQ(code, VyxDesktopEntry::DisplayableNotForSession);
-    EXPECT_FALSE(entryFrom(world, "m.desktop", "NoDisplay=true\n").isDisplayable(&code));
-    EXPECT_EQ(code, VyxDesktopEntry::DisplayableNoDisplay);
     EXPECT_TRUE(entryFrom(world, "ok.desktop", "OnlyShowIn=VYX\n").isDisplayable(&code));  // DESKTOP_SESSION unset
     EXPECT_EQ(code, VyxDesktopEntry::Displayable);
 }
 
-TEST(ExecRules, ProgramNamesPrivilegesAndTerminals)
+TEST(Suitable, ProgramNamesPrivilegesTerminalsAndWholeEntries)
 {
     TempHome world;
     std::string program = world.writeFile("my app/run", "#!/bin/sh\n");
@@ -126,11 +124,8 @@ TEST(ExecRules, ProgramNamesPrivilegesAndTerminals)
         EXPECT_EQ(Vyx::detail::isExecSuitableFor(c.exec, c.adminOnly, c.user, &code), c.ok) << c.exec;
         EXPECT_EQ(code, c.code) << c.exec;
     }
-}
 
-TEST(Suitable, TypeLinkTryExecOriginAndModes)
-{
-    TempHome world;
+    // Whole entries: type, link, TryExec, origin file and edition modes.
     Code code;
     EXPECT_FALSE(entryFrom(world, "a.desktop", "Exec=ls\n").isSuitable(&code));
     EXPECT_EQ(code, VyxDesktopEntry::SuitableNoType);

@@ -74,9 +74,10 @@ protected:
     TempHome world;
 };
 
-// Weight before length, case-sensitive globs apart, literals ignoring case
-// too, __NOGLOBS__ dropping the system's globs, ties giving no answer.
-TEST_F(OwnDatabase, NamesByKindWeightAndLength)
+// Names: weight before length, case-sensitive globs apart, literals
+// ignoring case too, __NOGLOBS__ dropping the system's globs, ties giving no
+// answer.
+TEST_F(OwnDatabase, NamesByKindWeightAndLengthAndMagic)
 {
     const std::pair<const char*, const char*> names[] = {
         {"a.own", "text/x-heavy"},  {"a.tar.own", "text/x-heavy"},     {"/dir.c/x.C", "text/x-case"},
@@ -88,10 +89,8 @@ TEST_F(OwnDatabase, NamesByKindWeightAndLength)
     EXPECT_EQ(xdg_mime_get_mime_types_from_file_name("a.tie", types, 4), 2);
     EXPECT_EQ(xdg_mime_get_mime_types_from_file_name("a.tie", types, 1), 1);
     EXPECT_STREQ(xdg_mime_get_mime_type_from_file_name(std::string(10000, 'n').c_str()), xdg_mime_type_unknown);
-}
 
-TEST_F(OwnDatabase, MagicNestingRangesMasksAndPriority)
-{
+    // Magic: nesting, ranges, masks and priority.
     int priority = -1;
     EXPECT_STREQ(xdg_mime_get_mime_type_for_data("NESTOK..", 8, &priority), "image/x-nested");
     EXPECT_EQ(priority, 80);
@@ -223,12 +222,8 @@ TEST(MimeCache, AgreesWithTheTextFiles)
     EXPECT_GT(contents, 300u);
     for (const char* type : {"application/x-pdf", "text/x-csrc", "application/pdf", "image/svg+xml", "no/such"}) {
         EXPECT_EQ(text(fromCache.unalias(type)), text(fromText.unalias(type)));
-        std::vector<std::string> a, b;
-        for (const char* p : fromCache.parents(type))
-            a.push_back(p);
-        for (const char* p : fromText.parents(type))
-            b.push_back(p);
-        EXPECT_EQ(a, b) << type;
+        const std::vector<const char*> a = fromCache.parents(type), b = fromText.parents(type);
+        EXPECT_EQ(std::vector<std::string>(a.begin(), a.end()), std::vector<std::string>(b.begin(), b.end())) << type;
         EXPECT_EQ(text(fromCache.icon(type, true)), text(fromText.icon(type, true))) << type;
         EXPECT_EQ(text(fromCache.icon(type, false)), text(fromText.icon(type, false))) << type;
     }

@@ -325,6 +325,7 @@ TEST(DefaultAppsCache, UntrustedFilesAreIgnored)
     };
     const Case cases[] = {
         {"foreign owner", "owned by another user"},
+        {"world-writable", "writable by group or others"},
         {"link to another user's file", "a symbolic link"},
         {"directory", "not a regular file"},
         {"fifo", "not a regular file"},
@@ -348,6 +349,8 @@ TEST(DefaultAppsCache, UntrustedFilesAreIgnored)
         if (name == "foreign owner") {
             ASSERT_EQ(chown(cache.c_str(), 65534, 65534), 0);
         }
+        if (name == "world-writable")
+            chmod(cache.c_str(), 0666);
         if (name == "link to another user's file" || name == "directory" || name == "fifo")
             std::remove(cache.c_str());
         if (name == "link to another user's file") {

@@ -92,7 +92,7 @@ void writeCatalogue(const TempHome& world)
     world.writeFile(user + "old.desktop", app("Old", "Hidden=true\n"));
 }
 
-TEST(StartMenu, PlacesApplicationsByCategories)
+TEST(StartMenu, PlacesApplicationsByCategoriesSortedByTranslatedNames)
 {
     TempHome world;
     writeCatalogue(world);
@@ -118,18 +118,13 @@ TEST(StartMenu, PlacesApplicationsByCategories)
         EXPECT_EQ(child(root, "Other")->icon, "applications-other");
 
         EXPECT_EQ(folderNames(CreateStartMenu(kKeepEmpty)), (Strings {"My Games", "My Office", "Other", "Science"}));
-    });
-}
 
-TEST(StartMenu, SortsByTranslatedNames)
-{
-    TempHome world;
-    writeCatalogue(world);
-    world.writeFile("home/.local/share/applications/Games/.directory",
-                    folder("Games", "Name[de]=Spiele\nCategories=Game;Puzzle;\n"));
-    ScopedEnv language("LANGUAGE", "de");
-    inIsolation([&] {
-        MenuFolderDsc root = CreateStartMenu(kDropEmpty);
+        // Sorted by the translated names.
+        world.writeFile("home/.local/share/applications/Games/.directory",
+                        folder("Games", "Name[de]=Spiele\nCategories=Game;Puzzle;\n"));
+        vyxtest::removeTree(world.path("home/.vyx/startmenu"));
+        ScopedEnv language("LANGUAGE", "de");
+        root = CreateStartMenu(kDropEmpty);
         EXPECT_EQ(folderNames(root), (Strings {"Buero", "Other", "Spiele", "Werkzeuge"}));
         EXPECT_EQ(appNames(*child(root, "Games")), (Strings {"Minen", "Schach"}));
         const MenuFolderDsc& tools = *child(root, "Tools");

@@ -103,7 +103,7 @@ TEST(Writers, DesktopEntryValuesReadBackAndBadKeysAreRefused)
     EXPECT_GT(refusedKeys, 800);  // most of these names cannot be keys
 }
 
-TEST(Writers, PositionsAndRecentItemsRefuseOrReadBack)
+TEST(Writers, PositionsRecentItemsAndAutostartRefuseOrReadBack)
 {
     TempHome world;
     const std::string directory = world.writeFile("home/Desktop/.directory", "[Desktop Entry]\nIcon=user-desktop\n");
@@ -134,6 +134,21 @@ TEST(Writers, PositionsAndRecentItemsRefuseOrReadBack)
         }
     }
     EXPECT_GT(saves, 300);  // the names a group can hold are not refused
+
+    // The position file is the desktop's own too: lines our reader would
+    // drop keep it from being rewritten, and the save says so.
+    for (const std::string& text :
+         {std::string("[Desktop Entry]\nIcon=a\nIcon=b\n"), std::string("[Desktop Entry]\nthis line is not a key\n"),
+          std::string("[Desktop Entry]\nIcon=a\n# a closing comment\n"), std::string("[A]\nX=1\n[A]\nX=2\n")}) {
+        world.writeFile("home/Desktop/.directory", text);
+        EXPECT_HAS(vyxtest::stderrOf([] { EXPECT_FALSE(SaveDesktopItemPosition("item", 1, 2, "")); }), ".directory");
+        EXPECT_EQ(readFile(directory), text);
+    }
+    // Comments before keys, blanks and spacing are kept, so this one is saved.
+    world.writeFile("home/Desktop/.directory", "# mine\n[Desktop Entry]\n Icon = a \n\n");
+    EXPECT_TRUE(SaveDesktopItemPosition("item", 1, 2, ""));
+    EXPECT_HAS(readFile(directory), "# mine");
+
     // Recent items: names a file can have (no '/', at most 255 bytes).
     for (std::string name : hostileNames(300, 3)) {
         std::replace(name.begin(), name.end(), '/', '_');
@@ -145,19 +160,12 @@ TEST(Writers, PositionsAndRecentItemsRefuseOrReadBack)
         EXPECT_EQ(item.name(), name);
         EXPECT_EQ(openedFile(item), file) << item.exec();
     }
-}
-
-// Reproductions: a text file that merely contains ".desktop" in its name
-// copied as a launcher; an autostart command that adds a second Exec.
-TEST(Writers, NamesAndCommandsDoNotBecomeKeys)
-{
-    TempHome world;
-    const std::string recents = world.makeDir("home/.vyx/startmenu/recents");
+    // Reproductions: a text file that merely contains ".desktop" in its name
+    // copied as a launcher; an autostart command that adds a second Exec.
     const std::string fake = world.writeFile("home/docs/photos.desktop.txt",
                                              "[Desktop Entry]\nType=Application\nExec=sh -c \"touch pwned\"\n");
     EXPECT_EQ(putEntryToRecentsMenu(fake.c_str(), nullptr, nullptr, kAll), 0);  // 1 would mean copied
-    VyxDesktopEntry photos(recents + "/photos.desktop.txt.desktop");
-    EXPECT_EQ(openedFile(photos), fake);
+    EXPECT_EQ(openedFile(VyxDesktopEntry(recents + "/photos.desktop.txt.desktop")), fake);
     // Nor is a ".desktop" file that is not a launcher.
     const std::string text = world.writeFile("home/docs/notes.desktop", "Exec=sh -c boom\n");
     EXPECT_EQ(putEntryToRecentsMenu(text.c_str(), nullptr, nullptr, kAll), 0);
@@ -165,30 +173,9 @@ TEST(Writers, NamesAndCommandsDoNotBecomeKeys)
 
     world.writeFile("usr/share/applications/foo.desktop", "[Desktop Entry]\nType=Application\nName=Foo\nExec=foo\n");
     ASSERT_TRUE(vyxEnableAutostart("foo", true, "foo\nExec=touch x", Vyx::tagged_bool<DeleteIfDisabled_tag>(false)));
-    const std::string userFile = world.home() + "/.config/autostart/foo.desktop";
-    VyxDesktopEntry autostart(userFile);
+    VyxDesktopEntry autostart(world.home() + "/.config/autostart/foo.desktop");
     EXPECT_EQ(autostart.exec(), "foo\nExec=touch x");
     EXPECT_EQ(autostart.name(), "Foo");
-}
-
-// The position file is the desktop's own too: lines our reader would drop
-// keep it from being rewritten, and the save says so.
-TEST(Writers, PositionFileWithLinesWeCannotKeepStaysAsItIs)
-{
-    TempHome world;
-    for (const std::string& text :
-         {std::string("[Desktop Entry]\nIcon=a\nIcon=b\n"), std::string("[Desktop Entry]\nthis line is not a key\n"),
-          std::string("[Desktop Entry]\nIcon=a\n# a closing comment\n"), std::string("[A]\nX=1\n[A]\nX=2\n")}) {
-        const std::string directory = world.writeFile("home/Desktop/.directory", text);
-        testing::internal::CaptureStderr();
-        EXPECT_FALSE(SaveDesktopItemPosition("item", 1, 2, "")) << text;
-        EXPECT_NE(testing::internal::GetCapturedStderr().find(".directory"), std::string::npos);
-        EXPECT_EQ(readFile(directory), text);
-    }
-    // Comments before keys, blanks and spacing are kept, so this one is saved.
-    const std::string directory = world.writeFile("home/Desktop/.directory", "# mine\n[Desktop Entry]\n Icon = a \n\n");
-    EXPECT_TRUE(SaveDesktopItemPosition("item", 1, 2, ""));
-    EXPECT_NE(readFile(directory).find("# mine"), std::string::npos);
 }
 
 // Switching autostart replaces the user's file in one step: a reader (or a

@@ -118,13 +118,15 @@ TEST(StartMenu, PlacesApplicationsByCategoriesSortedByTranslatedNames)
         EXPECT_EQ(child(root, "Other")->icon, "applications-other");
 
         EXPECT_EQ(folderNames(CreateStartMenu(kKeepEmpty)), (Strings {"My Games", "My Office", "Other", "Science"}));
+    });
 
-        // Sorted by the translated names.
-        world.writeFile("home/.local/share/applications/Games/.directory",
-                        folder("Games", "Name[de]=Spiele\nCategories=Game;Puzzle;\n"));
-        vyxtest::removeTree(world.path("home/.vyx/startmenu"));
-        ScopedEnv language("LANGUAGE", "de");
-        root = CreateStartMenu(kDropEmpty);
+    // Sorted by the translated names (in a new process: the language is read once).
+    world.writeFile("home/.local/share/applications/Games/.directory",
+                    folder("Games", "Name[de]=Spiele\nCategories=Game;Puzzle;\n"));
+    vyxtest::removeTree(world.path("home/.vyx/startmenu"));
+    ScopedEnv language("LANGUAGE", "de");
+    inIsolation([&] {
+        MenuFolderDsc root = CreateStartMenu(kDropEmpty);
         EXPECT_EQ(folderNames(root), (Strings {"Buero", "Other", "Spiele", "Werkzeuge"}));
         EXPECT_EQ(appNames(*child(root, "Games")), (Strings {"Minen", "Schach"}));
         const MenuFolderDsc& tools = *child(root, "Tools");

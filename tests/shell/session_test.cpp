@@ -33,7 +33,6 @@ TEST(Session, KindAndSuffixFromDesktopSession)
         {"", UnknownSession, ""},
         {"vyx", VyxDefaultSession, ""},
         {"VYX-Kiosk", VyxKioskSession, ".vyx-kiosk"},  // fixed suffixes are lower case
-        {"vyx-tablet-kiosk", VyxTabletKioskSession, ".vyx-tablet-kiosk"},
         {"vyx-tablet", VyxTabletSession, ".vyx-tablet"},
         {"vyx-mini", VyxMiniSession, ".vyx-mini"},
         {"Vyx-Mobile", VyxMobileSession, ".vyx-mobile"},

@@ -191,14 +191,11 @@ public:
     DmServer(const std::string& path, std::vector<std::string> reply, uid_t uid = 0) : m_got(path + ".got")
     {
         const int listener = vyxtest::bindUnixSocket(path);
-        const int got = open(m_got.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);  // before giving up root
-        int ready[2];
-        EXPECT_TRUE(listener >= 0 && got >= 0 && pipe(ready) == 0) << path;
+        const int got = open(m_got.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        const bool listening = seteuid(uid) == 0 && listen(listener, 1) == 0;
+        EXPECT_TRUE(seteuid(0) == 0 && listening && got >= 0) << path;
         m_pid = fork();
         if (m_pid == 0) {
-            if ((uid && (setgid(uid) != 0 || setuid(uid) != 0)) || listen(listener, 1) != 0)
-                _exit(1);
-            close(ready[1]);  // the parent's read returns: listening
             pollfd wait = {listener, POLLIN, 0};
             const int fd = poll(&wait, 1, 5000) > 0 ? accept(listener, nullptr, nullptr) : -1;
             char buffer[8192];
@@ -214,10 +211,6 @@ public:
         }
         close(listener);
         close(got);
-        close(ready[1]);
-        char byte;
-        (void)!read(ready[0], &byte, 1);
-        close(ready[0]);
     }
     ~DmServer() { command(); }
     // What the server was sent, once it is done.

@@ -19,16 +19,14 @@ namespace {
 using vyxtest::ScopedEnv;
 using vyxtest::TempHome;
 
-struct KindCase {
-    const char* name;  // null: unset
-    WhatVyxSession kind;
-    const char* suffix;
-};
-
 TEST(Session, KindAndSuffixFromDesktopSession)
 {
     TempHome world;
-    const KindCase cases[] = {
+    const struct {
+        const char* name;  // null: unset
+        WhatVyxSession kind;
+        const char* suffix;
+    } cases[] = {
         {nullptr, UnknownSession, ""},
         {"", UnknownSession, ""},
         {"vyx", VyxDefaultSession, ""},
@@ -43,7 +41,7 @@ TEST(Session, KindAndSuffixFromDesktopSession)
         {"gnome", UnknownSession, ".gnome"},
         {"VYX", VyxDefaultSession, ""},
     };
-    for (const KindCase& c : cases) {
+    for (const auto& c : cases) {
         ScopedEnv session("DESKTOP_SESSION", c.name);
         SCOPED_TRACE(c.name ? c.name : "(unset)");
         EXPECT_EQ(whatVyxSession(), c.kind);

@@ -190,6 +190,7 @@ class DmServer {
 public:
     DmServer(const std::string& path, std::vector<std::string> reply, uid_t uid = 0) : m_got(path + ".got")
     {
+        unlink(path.c_str());  // left by the server before
         const int listener = vyxtest::bindUnixSocket(path);
         const int got = open(m_got.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
         const bool listening = seteuid(uid) == 0 && listen(listener, 1) == 0;
@@ -243,46 +244,39 @@ std::string exchange(const char* command, bool expected)
     return copied;
 }
 
-class DmSocket : public ::testing::Test {
-protected:
-    DmSocket() { m_world.makeDir("dm/dmctl-:7"); }
-    vyxtest::TempHome m_world;
-    ScopedEnv m_control {"DM_CONTROL", m_world.path("dm").c_str()}, m_display {"DISPLAY", ":7.1"};
-    const std::string m_path = m_world.path("dm/dmctl-:7/socket");
-};
-
-TEST_F(DmSocket, SendsFieldsByTabsAndCopiesTheReplyToItsFirstLineEnd)
+// Fields go out separated by tabs and cut at the chunk size, the reply is
+// copied up to its first line end, each failure says what went wrong, and a
+// listener of another user's gets nothing.
+TEST(DmSocket, ExchangesFailuresAndAnotherUsersListener)
 {
+    using vyxtest::stderrOf;
+    vyxtest::TempHome world;
+    ScopedEnv control("DM_CONTROL", world.path("dm").c_str()), display("DISPLAY", ":7.1");
+    const std::string path = world.makeDir("dm/dmctl-:7") + "/socket";
+    EXPECT_EQ(stderrOf([] { EXPECT_EQ(exchange("list", false), ""); }),
+              advice("SendCommandToDM: Can't access DM fifo/socket file '" + path + "'."));
     {
-        DmServer server(m_path, {"ok\t:0 alice", " vyx\n", "late\n"});
+        DmServer server(path, {"ok\t:0 alice", " vyx\n", "late\n"});
         EXPECT_EQ(exchange("list sessions  now", true), "ok\t:0 alice vyx\n");
         EXPECT_EQ(server.command(), "list\tsessions\t\tnow");
     }
-    EXPECT_EQ(exchange(nullptr, true), "");  // a probe asks nobody
-    unlink(m_path.c_str());
-    DmServer server(m_path, {"ok\n"});
-    EXPECT_EQ(exchange(std::string(5000, 'x').c_str(), true), "ok\n");
-    EXPECT_EQ(server.command(), std::string(4095, 'x'));
-}
-
-TEST_F(DmSocket, FailuresAreReportedAndAnotherUsersListenerGetsNothing)
-{
-    using vyxtest::stderrOf;
-    EXPECT_EQ(stderrOf([] { EXPECT_EQ(exchange("list", false), ""); }),
-              advice("SendCommandToDM: Can't access DM fifo/socket file '" + m_path + "'."));
+    // The socket file outlives its server; a probe asks nobody.
+    EXPECT_EQ(exchange(nullptr, true), "");
+    EXPECT_EQ(stderrOf([] { EXPECT_FALSE(SendCommandToDM(nullptr, "list")); }),
+              "SendCommandToDM: Cannot connect socket " + path + " error=Connection refused\n");
     {
-        DmServer server(m_path, {});  // hangs up without a word
+        DmServer server(path, {"ok\n"});
+        EXPECT_EQ(exchange(std::string(5000, 'x').c_str(), true), "ok\n");
+        EXPECT_EQ(server.command(), std::string(4095, 'x'));
+    }
+    {
+        DmServer server(path, {});  // hangs up without a word
         EXPECT_EQ(stderrOf([] { EXPECT_EQ(exchange("reserve", true), ""); }),
                   "SendCommandToDM: Cannot receive reply\n");
     }
-    // The socket file outlives its server.
+    DmServer server(path, {}, 4321);
     EXPECT_EQ(stderrOf([] { EXPECT_FALSE(SendCommandToDM(nullptr, "list")); }),
-              "SendCommandToDM: Cannot connect socket " + m_path + " error=Connection refused\n");
-
-    unlink(m_path.c_str());
-    DmServer server(m_path, {}, 4321);
-    EXPECT_EQ(vyxtest::stderrOf([] { EXPECT_FALSE(SendCommandToDM(nullptr, "list")); }),
-              "SendCommandToDM: " + m_path + " not used: its listener runs as uid 4321\n");
+              "SendCommandToDM: " + path + " not used: its listener runs as uid 4321\n");
     EXPECT_EQ(server.command(), "") << "the command never went out";
 }
 

@@ -19,7 +19,7 @@ namespace {
 using vyxtest::ScopedEnv;
 using vyxtest::TempHome;
 
-TEST(Session, KindAndSuffixFromDesktopSession)
+TEST(Session, KindSuffixAndKioskFromDesktopSession)
 {
     TempHome world;
     const struct {
@@ -52,13 +52,10 @@ TEST(Session, KindAndSuffixFromDesktopSession)
     ScopedEnv session("DESKTOP_SESSION", "VYX");
     EXPECT_EQ(vyxSessionConfigSuffix(UnknownSession), ".VYX");
     EXPECT_EQ(vyxSessionConfigSuffix(static_cast<WhatVyxSession>(42)), ".VYX");
-}
 
-TEST(Session, KioskFlagIsDecidedOnce)
-{
-    TempHome world;
-    ScopedEnv session("DESKTOP_SESSION", "vyx-kiosky");
-    // A fresh process decides: not kiosk outside the kiosk kinds.
+    // The kiosk flag is decided once per process; a fresh one decides: not
+    // kiosk outside the kiosk kinds.
+    setenv("DESKTOP_SESSION", "vyx-kiosky", 1);
     VYX_EXPECT_CHILD(vyxtest::runInChild({}, [] { EXPECT_FALSE(isVyxKioskSession()); }));
     setenv("DESKTOP_SESSION", "vyx-tablet-kiosk", 1);
     EXPECT_TRUE(isVyxKioskSession());

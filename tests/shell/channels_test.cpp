@@ -281,29 +281,25 @@ TEST(DmSocket, ExchangesFailuresAndAnotherUsersListener)
 }
 
 // The display manager's control tool, a script in a private mount
-// namespace that answers only to exactly the arguments expected.
-void withDmCtl(const std::string& script, const std::function<void()>& body)
+// namespace that answers only to exactly the arguments expected; with QUIET
+// set, "list" prints nothing and no display is reserved.
+TEST(DmCtl, SessionsAndReserveDisplays)
 {
     vyxtest::TempHome world;
-    const std::string tool = world.writeFile("vyx-dmctl", "#!/bin/sh\n" + script);
+    const std::string tool = world.writeFile(
+        "vyx-dmctl", "#!/bin/sh\nif [ -n \"$QUIET\" ]; then [ $# = 0 ] && echo 'reserve none'\n"
+                     "elif [ $# = 1 ] && [ \"$1\" = list ]; then printf 'ok\\t:0 alice\\t\\t:1 bob\\nnot read\\n'\n"
+                     "elif [ $# = 0 ]; then echo 'displays 2 reserve 3 active'; fi\n");
     chmod(tool.c_str(), 0755);
     ChildOptions options;
     options.mounts = {Mount::bind(tool, "/usr/bin/vyx-dmctl")};
-    VYX_EXPECT_CHILD(vyxtest::runInChild(options, body));
-}
-
-TEST(DmCtl, SessionsAndReserveDisplays)
-{
-    withDmCtl("if [ $# = 1 ] && [ \"$1\" = list ]; then printf 'ok\\t:0 alice\\t\\t:1 bob\\nnot read\\n'\n"
-              "elif [ $# = 0 ]; then echo 'displays 2 reserve 3 active'; fi\n",
-              [] {
-                  EXPECT_EQ(GetDMSessionsList(), (std::vector<std::string> {":0 alice", ":1 bob"}));
-                  EXPECT_EQ(GetDMReserveNum(), 3);
-              });
-    withDmCtl("[ $# = 0 ] && echo 'reserve none'\n", [] {  // "list" prints nothing
+    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [] {
+        EXPECT_EQ(GetDMSessionsList(), (std::vector<std::string> {":0 alice", ":1 bob"}));
+        EXPECT_EQ(GetDMReserveNum(), 3);
+        setenv("QUIET", "1", 1);
         EXPECT_TRUE(GetDMSessionsList().empty());
         EXPECT_EQ(GetDMReserveNum(), 0);
-    });
+    }));
 }
 
 class ToplevelWindows : public vyxtest::XvfbTest {

@@ -6,18 +6,13 @@
 #include "support/temp_home.h"
 #include "support/text_checks.h"
 #include "support/unix_socket.h"
-#include "support/xvfb.h"
 
 #include <vyxdirs.h>
 #include <vyxsession.h>
 
-#include <X11/Xlib.h>
-#include <X11/Xutil.h>
-
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <clocale>
 #include <fcntl.h>
 #include <functional>
 #include <poll.h>
@@ -300,55 +295,6 @@ TEST(DmCtl, SessionsAndReserveDisplays)
         EXPECT_TRUE(GetDMSessionsList().empty());
         EXPECT_EQ(GetDMReserveNum(), 0);
     }));
-}
-
-class ToplevelWindows : public vyxtest::XvfbTest {
-protected:
-    Window make() { return XCreateSimpleWindow(display(), DefaultRootWindow(display()), 0, 0, 10, 10, 0, 0, 0); }
-    void setName(Window w, const char* encoding, const std::string& text)
-    {
-        XTextProperty property = {reinterpret_cast<unsigned char*>(const_cast<char*>(text.c_str())),
-                                  XInternAtom(display(), encoding, False), 8, text.size()};
-        XSetWMName(display(), w, &property);
-    }
-    void setClass(Window w, const char* instance, const char* klass)
-    {
-        XClassHint hint = {const_cast<char*>(instance), const_cast<char*>(klass)};
-        XSetClassHint(display(), w, &hint);
-    }
-    Window find(const char* name) { return FindToplevelWindowByName(display(), DefaultRootWindow(display()), name); }
-    vyxtest::TempHome m_world;
-};
-
-TEST_F(ToplevelWindows, NameThenClassPrefixThenIconName)
-{
-    ASSERT_TRUE(std::setlocale(LC_ALL, "C.UTF-8"));
-    Window mailIcon = make(), files = make(), cafe = make(), mailer = make(), viewer = make(), filesByName = make(),
-           calendar = make();
-    XSetIconName(display(), mailIcon, "Mail");
-    setClass(files, "files", "Files");
-    XSetIconName(display(), files, "Files");
-    setName(cafe, "STRING", "Caf\xe9");  // Latin-1
-    setClass(mailer, "mailer", "Mailbox");
-    setClass(viewer, "viewer", nullptr);
-    setName(filesByName, "UTF8_STRING", "Files");
-    XSetIconName(display(), calendar, "Calendar");
-
-    EXPECT_EQ(find("Files"), filesByName);  // WM_NAME beats earlier class and icon matches
-    EXPECT_EQ(find("File"), files);  // but must match whole
-    EXPECT_EQ(find("Caf\xc3\xa9"), cafe);  // compared in the locale's encoding
-    EXPECT_EQ(find("Mail"), mailer);  // a class prefix beats an earlier icon name
-    EXPECT_EQ(find("mail"), mailer);
-    EXPECT_EQ(find("view"), viewer);
-    EXPECT_EQ(find("Calendar"), calendar);
-    EXPECT_EQ(find("Cal"), 0u);  // icon names match whole
-    EXPECT_EQ(find(nullptr), 0u);
-    EXPECT_EQ(FindToplevelWindowByName(display(), calendar + 1000, "Files"), 0u);  // no such parent: no X error
-    std::setlocale(LC_ALL, "C");
-
-    ScopedEnv other("DISPLAY", ":99.0");  // the connection names the display
-    EXPECT_EQ(GetVyxDMFIFOPath(display()).first, "/var/run/xdmctl/dmctl-" + server().displayName() + "/socket");
-    EXPECT_EQ(GetOrganization(), "quorbitek");
 }
 
 }  // namespace

@@ -10,12 +10,16 @@
 
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
+#include <X11/Xutil.h>
 
 #include <gtest/gtest.h>
 
+#include <clocale>
+
 namespace {
 
-class WhatDE : public vyxtest::XvfbTest {
+// What a session on a running server finds on its root window.
+class XSession : public vyxtest::XvfbTest {
 protected:
     Window root() { return DefaultRootWindow(display()); }
     Atom atom(const char* name) { return XInternAtom(display(), name, False); }
@@ -29,8 +33,24 @@ protected:
         XSync(display(), False);
     }
 
+    Window make() { return XCreateSimpleWindow(display(), root(), 0, 0, 10, 10, 0, 0, 0); }
+    void setName(Window w, const char* encoding, const std::string& text)
+    {
+        XTextProperty property = {reinterpret_cast<unsigned char*>(const_cast<char*>(text.c_str())), atom(encoding), 8,
+                                  text.size()};
+        XSetWMName(display(), w, &property);
+    }
+    void setClass(Window w, const char* instance, const char* klass)
+    {
+        XClassHint hint = {const_cast<char*>(instance), const_cast<char*>(klass)};
+        XSetClassHint(display(), w, &hint);
+    }
+    Window find(const char* name) { return FindToplevelWindowByName(display(), root(), name); }
+
     vyxtest::TempHome m_world;
 };
+using WhatDE = XSession;
+using ToplevelWindows = XSession;
 
 TEST_F(WhatDE, EwmhNameWinsOverLegacyProperties)
 {
@@ -81,6 +101,37 @@ TEST_F(WhatDE, NothingOnABareServerAndWrongTypesAreAbsent)
     setLegacy("KDE_FULL_SESSION");
     EXPECT_EQ(whatDE(display(), root()), 1);
     EXPECT_EQ(whatDE(display(), root()), 1);
+}
+
+TEST_F(ToplevelWindows, NameThenClassPrefixThenIconName)
+{
+    ASSERT_TRUE(std::setlocale(LC_ALL, "C.UTF-8"));
+    Window mailIcon = make(), files = make(), cafe = make(), mailer = make(), viewer = make(), filesByName = make(),
+           calendar = make();
+    XSetIconName(display(), mailIcon, "Mail");
+    setClass(files, "files", "Files");
+    XSetIconName(display(), files, "Files");
+    setName(cafe, "STRING", "Caf\xe9");  // Latin-1
+    setClass(mailer, "mailer", "Mailbox");
+    setClass(viewer, "viewer", nullptr);
+    setName(filesByName, "UTF8_STRING", "Files");
+    XSetIconName(display(), calendar, "Calendar");
+
+    EXPECT_EQ(find("Files"), filesByName);  // WM_NAME beats earlier class and icon matches
+    EXPECT_EQ(find("File"), files);  // but must match whole
+    EXPECT_EQ(find("Caf\xc3\xa9"), cafe);  // compared in the locale's encoding
+    EXPECT_EQ(find("Mail"), mailer);  // a class prefix beats an earlier icon name
+    EXPECT_EQ(find("mail"), mailer);
+    EXPECT_EQ(find("view"), viewer);
+    EXPECT_EQ(find("Calendar"), calendar);
+    EXPECT_EQ(find("Cal"), 0u);  // icon names match whole
+    EXPECT_EQ(find(nullptr), 0u);
+    EXPECT_EQ(FindToplevelWindowByName(display(), calendar + 1000, "Files"), 0u);  // no such parent: no X error
+    std::setlocale(LC_ALL, "C");
+
+    vyxtest::ScopedEnv other("DISPLAY", ":99.0");  // the connection names the display
+    EXPECT_EQ(GetVyxDMFIFOPath(display()).first, "/var/run/xdmctl/dmctl-" + server().displayName() + "/socket");
+    EXPECT_EQ(GetOrganization(), "quorbitek");
 }
 
 }  // namespace

@@ -72,10 +72,7 @@ std::string sendCapturingErrors(const char* command)
 
 ChildOptions withRunUser(const std::string& dir, bool unprivileged = false)
 {
-    ChildOptions options;
-    options.mounts = {Mount::bind(dir, "/var/run/user")};
-    options.unprivileged = unprivileged;
-    return options;
+    return {{Mount::bind(dir, "/var/run/user")}, false, unprivileged};
 }
 
 // The FIFO gets exactly the bytes sent, and one nobody reads fails the send
@@ -286,9 +283,7 @@ TEST(DmCtl, SessionsAndReserveDisplays)
                      "elif [ $# = 1 ] && [ \"$1\" = list ]; then printf 'ok\\t:0 alice\\t\\t:1 bob\\nnot read\\n'\n"
                      "elif [ $# = 0 ]; then echo 'displays 2 reserve 3 active'; fi\n");
     chmod(tool.c_str(), 0755);
-    ChildOptions options;
-    options.mounts = {Mount::bind(tool, "/usr/bin/vyx-dmctl")};
-    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [] {
+    VYX_EXPECT_CHILD(vyxtest::runInChild({{Mount::bind(tool, "/usr/bin/vyx-dmctl")}}, [] {
         EXPECT_EQ(GetDMSessionsList(), (std::vector<std::string> {":0 alice", ":1 bob"}));
         EXPECT_EQ(GetDMReserveNum(), 3);
         setenv("QUIET", "1", 1);

@@ -52,8 +52,32 @@ protected:
 using WhatDE = XSession;
 using ToplevelWindows = XSession;
 
-TEST_F(WhatDE, EwmhNameWinsOverLegacyProperties)
+// Xvfb is no nested server (its vendor text says so) and runs no desktop;
+// wrong types are absent, and an announced name wins over legacy properties.
+TEST_F(WhatDE, NothingOnABareServerThenEwmhNameWinsOverLegacyProperties)
 {
+    EXPECT_FALSE(isSessionNested(nullptr, display()));
+    EXPECT_TRUE(Vyx::detail::vendorMeansNested("The XEPHYR project"));
+    EXPECT_FALSE(Vyx::detail::vendorMeansNested(nullptr));
+    EXPECT_EQ(GetDisplayNumberByName("other:3", display()), 3);  // a given name comes first
+    EXPECT_EQ(whatDE(display(), root()), 0);
+    setLegacy("_SGI_DESKS_MANAGER", XA_CARDINAL);  // must be a window
+    EXPECT_EQ(whatDE(display(), root()), 0);
+    Window check = announceWindowManager("KWin");
+    const char kwin[] = "KWin";
+    XChangeProperty(display(), check, atom("_NET_WM_NAME"), XA_STRING, 8, PropModeReplace,
+                    reinterpret_cast<const unsigned char*>(kwin), 4);
+    XSync(display(), False);
+    EXPECT_EQ(whatDE(display(), root()), 0);
+
+    // A stale check window does not kill the process, and the connection
+    // is still usable afterwards.
+    XDestroyWindow(display(), check);
+    setLegacy("KDE_FULL_SESSION");
+    EXPECT_EQ(whatDE(display(), root()), 1);
+    EXPECT_EQ(whatDE(display(), root()), 1);
+    XDeleteProperty(display(), root(), atom("KDE_FULL_SESSION"));
+
     setLegacy("GNOME_BACKGROUND_PROPERTIES");
     setLegacy("KWIN_RUNNING");
     // Unknown names fall through: the GNOME probe comes first.
@@ -76,31 +100,6 @@ TEST_F(WhatDE, EwmhNameWinsOverLegacyProperties)
     }
     setLegacy("DTWM_IS_RUNNING");
     EXPECT_EQ(whatDE(display(), root()), 3);
-}
-
-// Xvfb is no nested server (its vendor text says so) and runs no desktop.
-TEST_F(WhatDE, NothingOnABareServerAndWrongTypesAreAbsent)
-{
-    EXPECT_FALSE(isSessionNested(nullptr, display()));
-    EXPECT_TRUE(Vyx::detail::vendorMeansNested("The XEPHYR project"));
-    EXPECT_FALSE(Vyx::detail::vendorMeansNested(nullptr));
-    EXPECT_EQ(GetDisplayNumberByName("other:3", display()), 3);  // a given name comes first
-    EXPECT_EQ(whatDE(display(), root()), 0);
-    setLegacy("_SGI_DESKS_MANAGER", XA_CARDINAL);  // must be a window
-    EXPECT_EQ(whatDE(display(), root()), 0);
-    Window check = announceWindowManager("KWin");
-    const char name[] = "KWin";
-    XChangeProperty(display(), check, atom("_NET_WM_NAME"), XA_STRING, 8, PropModeReplace,
-                    reinterpret_cast<const unsigned char*>(name), 4);
-    XSync(display(), False);
-    EXPECT_EQ(whatDE(display(), root()), 0);
-
-    // A stale check window does not kill the process, and the connection
-    // is still usable afterwards.
-    XDestroyWindow(display(), check);
-    setLegacy("KDE_FULL_SESSION");
-    EXPECT_EQ(whatDE(display(), root()), 1);
-    EXPECT_EQ(whatDE(display(), root()), 1);
 }
 
 TEST_F(ToplevelWindows, NameThenClassPrefixThenIconName)

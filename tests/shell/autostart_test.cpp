@@ -39,7 +39,7 @@ protected:
     TempHome world;
 };
 
-TEST_F(Autostart, TheFirstFileDecides)
+TEST_F(Autostart, TheFirstFileDecidesAndSwitchingOnlyTouchesTheUsersDirectory)
 {
     const std::string quiet = system("quiet.desktop", "NoDisplay=true\n");
     EXPECT_TRUE(vyxIsAutostartEnabled("quiet"));  // hidden from menus, still started
@@ -60,10 +60,8 @@ TEST_F(Autostart, TheFirstFileDecides)
     EXPECT_TRUE(vyxIsAutostartEnabled("/opt/tools/script.sh"));  // a plain file's presence is enough
     EXPECT_FALSE(vyxIsAutostartEnabled("nothing"));
     EXPECT_FALSE(vyxIsAutostartEnabled(nullptr));
-}
 
-TEST_F(Autostart, SwitchingOnlyTouchesTheUsersDirectory)
-{
+    // Switching only touches the user's directory.
     const std::string systemFile = system("app.desktop");
     const std::string systemText = vyxtest::readFile(systemFile);
     EXPECT_TRUE(vyxEnableAutostart("app", true, nullptr, kKeep));  // already on: nothing to do

@@ -23,7 +23,7 @@ using vyxtest::atimeOf;
 using vyxtest::mtimeOf;
 using vyxtest::TempHome;
 
-TEST(DesktopPositions, SavedOnceRemovedAloneNeverCreated)
+TEST(DesktopPositions, SavedOnceRemovedAloneNeverCreatedAndAllKeptByProcessesAtOnce)
 {
     TempHome world;
     world.makeDir("home/Desktop");
@@ -44,12 +44,8 @@ TEST(DesktopPositions, SavedOnceRemovedAloneNeverCreated)
     ASSERT_TRUE(RemoveDesktopItemPosition("never-placed"));
     EXPECT_HAS(vyxtest::readFile(file), "[IconPosition::other.txt]");
     EXPECT_FALSE(SaveDesktopItemPosition(nullptr, 1, 1, ""));
-}
 
-TEST(DesktopPositions, ProcessesSavingAtOnceKeepEveryItem)
-{
-    TempHome world;
-    const std::string file = world.writeFile("home/Desktop/.directory", "[Desktop Entry]\n");
+    // Processes saving at once keep every item.
     const int kProcesses = 8, kItems = 15;
     EXPECT_TRUE(vyxtest::runConcurrently(kProcesses, [](int p) {
         for (int i = 0; i < kItems; ++i) {
@@ -57,7 +53,7 @@ TEST(DesktopPositions, ProcessesSavingAtOnceKeepEveryItem)
                 _exit(1);
         }
     }));
-    const std::string text = vyxtest::readFile(file);
+    text = vyxtest::readFile(file);
     for (int p = 0; p < kProcesses; ++p)
         for (int i = 0; i < kItems; ++i)
             EXPECT_HAS(text, "[IconPosition::item-" + std::to_string(p) + "-" + std::to_string(i) + "]");

@@ -26,10 +26,6 @@ protected:
     {
         return world.writeFile("etc/xdg/autostart/" + name, entry(name, extra));
     }
-    std::string user(const std::string& name, const std::string& extra = "")
-    {
-        return world.writeFile("home/.config/autostart/" + name, entry(name, extra));
-    }
     static std::string entry(const std::string& name, const std::string& extra)
     {
         return "[Desktop Entry]\nType=Application\nName=" + name + "\nExec=/bin/true\n" + extra;
@@ -50,7 +46,8 @@ TEST_F(Autostart, TheFirstFileDecidesAndSwitchingOnlyTouchesTheUsersDirectory)
     EXPECT_EQ(vyxAutostartEnabledPath("off"), "");  // a system file that disables is not named
 
     system("overridden.desktop");
-    const std::string mine = user("overridden.desktop", "Hidden=true\n");
+    const std::string mine =
+        world.writeFile("home/.config/autostart/overridden.desktop", entry("overridden", "Hidden=true\n"));
     EXPECT_FALSE(vyxIsAutostartEnabled("overridden"));
     EXPECT_EQ(vyxAutostartEnabledPath("overridden"), mine);
 

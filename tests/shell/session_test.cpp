@@ -127,9 +127,8 @@ int occupy(int number)
 
 TEST(FreeDisplay, SkipsTakenNumbersInAnEmptyNamespace)
 {
-    vyxtest::ChildOptions options;
-    options.privateNetwork = true;  // nobody else's abstract sockets
-    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [] {
+    // A private network namespace: nobody else's abstract sockets.
+    VYX_EXPECT_CHILD(vyxtest::runInChild({{}, true}, [] {
         EXPECT_EQ(getFreeXDisplayNumber(-5), 0);
         int zero = occupy(0);
         ASSERT_GE(zero, 0);

@@ -19,21 +19,18 @@ namespace {
 using vyxtest::ScopedEnv;
 using vyxtest::TempHome;
 
-struct KindCase {
-    const char* name;  // null: unset
-    WhatVyxSession kind;
-    const char* suffix;
-};
-
-TEST(Session, KindAndSuffixFromDesktopSession)
+TEST(Session, KindSuffixAndKioskFromDesktopSession)
 {
     TempHome world;
-    const KindCase cases[] = {
+    const struct {
+        const char* name;  // null: unset
+        WhatVyxSession kind;
+        const char* suffix;
+    } cases[] = {
         {nullptr, UnknownSession, ""},
         {"", UnknownSession, ""},
         {"vyx", VyxDefaultSession, ""},
         {"VYX-Kiosk", VyxKioskSession, ".vyx-kiosk"},  // fixed suffixes are lower case
-        {"vyx-tablet-kiosk", VyxTabletKioskSession, ".vyx-tablet-kiosk"},
         {"vyx-tablet", VyxTabletSession, ".vyx-tablet"},
         {"vyx-mini", VyxMiniSession, ".vyx-mini"},
         {"Vyx-Mobile", VyxMobileSession, ".vyx-mobile"},
@@ -44,7 +41,7 @@ TEST(Session, KindAndSuffixFromDesktopSession)
         {"gnome", UnknownSession, ".gnome"},
         {"VYX", VyxDefaultSession, ""},
     };
-    for (const KindCase& c : cases) {
+    for (const auto& c : cases) {
         ScopedEnv session("DESKTOP_SESSION", c.name);
         SCOPED_TRACE(c.name ? c.name : "(unset)");
         EXPECT_EQ(whatVyxSession(), c.kind);
@@ -55,13 +52,10 @@ TEST(Session, KindAndSuffixFromDesktopSession)
     ScopedEnv session("DESKTOP_SESSION", "VYX");
     EXPECT_EQ(vyxSessionConfigSuffix(UnknownSession), ".VYX");
     EXPECT_EQ(vyxSessionConfigSuffix(static_cast<WhatVyxSession>(42)), ".VYX");
-}
 
-TEST(Session, KioskFlagIsDecidedOnce)
-{
-    TempHome world;
-    ScopedEnv session("DESKTOP_SESSION", "vyx-kiosky");
-    // A fresh process decides: not kiosk outside the kiosk kinds.
+    // The kiosk flag is decided once per process; a fresh one decides: not
+    // kiosk outside the kiosk kinds.
+    setenv("DESKTOP_SESSION", "vyx-kiosky", 1);
     VYX_EXPECT_CHILD(vyxtest::runInChild({}, [] { EXPECT_FALSE(isVyxKioskSession()); }));
     setenv("DESKTOP_SESSION", "vyx-tablet-kiosk", 1);
     EXPECT_TRUE(isVyxKioskSession());
@@ -133,9 +127,8 @@ int occupy(int number)
 
 TEST(FreeDisplay, SkipsTakenNumbersInAnEmptyNamespace)
 {
-    vyxtest::ChildOptions options;
-    options.privateNetwork = true;  // nobody else's abstract sockets
-    VYX_EXPECT_CHILD(vyxtest::runInChild(options, [] {
+    // A private network namespace: nobody else's abstract sockets.
+    VYX_EXPECT_CHILD(vyxtest::runInChild({{}, true}, [] {
         EXPECT_EQ(getFreeXDisplayNumber(-5), 0);
         int zero = occupy(0);
         ASSERT_GE(zero, 0);

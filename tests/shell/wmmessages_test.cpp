@@ -34,7 +34,7 @@ protected:
     ScopedEnv m_lcAll {"LC_ALL", nullptr}, m_lang {"LANG", nullptr}, m_language {"LANGUAGE", nullptr};
 };
 
-TEST_F(WmMessages, LinesOfTheLocalesFile)
+TEST_F(WmMessages, LinesOfTheLocalesFileOrAnotherTerritoryOrNothing)
 {
     const std::string longLine = std::string(100 * 1024, 'x') + "end";
     write("de_DE.UTF-8.msg", "Hallo\n \t\"  quoted, blanks inside kept \"\t \n\n \t \nC:\\temp\\new stays\n"
@@ -64,21 +64,19 @@ TEST_F(WmMessages, LinesOfTheLocalesFile)
         EXPECT_EQ(GetVyxWMMessage(-1, "x"), nullptr);
     });
     EXPECT_EQ(Vyx::detail::catalogueText("\t\"a\\\nb\\n\\\" \n"), "a\nb\\n\\");
-}
 
-TEST_F(WmMessages, AnotherTerritoryOfAPreferredLanguageOrNothing)
-{
+    // Another territory of a preferred language, or nothing.
     write("xx.msg", "not xx_*\n");
     write("fr_FR.UTF-8.msg", "Bonjour\n");
     {
-        ScopedEnv lang("LANG", "fr_CA.UTF-8"), language("LANGUAGE", "xx:fr");
+        ScopedEnv french("LANG", "fr_CA.UTF-8"), language("LANGUAGE", "xx:fr");
         inCatalogue([] {
             EXPECT_EQ(GetVyxWMMessage(-1, nullptr), nullptr);
             EXPECT_EQ(GetVyxWMMessageLocale(), "fr_FR");
             EXPECT_STREQ(GetVyxWMMessage(0, "Hello"), "Bonjour");
         });
     }
-    ScopedEnv lang("LANG", "ja_JP.UTF-8");
+    ScopedEnv japanese("LANG", "ja_JP.UTF-8");
     inCatalogue([] {
         EXPECT_STREQ(GetVyxWMMessage(5, "x"), "x");
         EXPECT_EQ(GetVyxWMMessage(INT_MAX, "huge"), nullptr);

@@ -5,6 +5,7 @@
 // End-to-end tests of the vyxcore tool: the real binary, run as a user
 // would, in an isolated home.
 
+#include "support/app_worlds.h"
 #include "support/run_program.h"
 #include "support/temp_home.h"
 #include "support/text_checks.h"
@@ -364,12 +365,6 @@ const ConfigReader kConfigReaders[] = {
     {"MimeMagic", "home/.local/share/mime/magic", {{"mime", "@home/notes.txt"}}},
 };
 
-// Names the case by its file, not by its bytes.
-void PrintTo(const ConfigReader& reader, std::ostream* os)
-{
-    *os << reader.file;
-}
-
 std::string withoutCacheLine(const std::string& out)
 {
     std::string kept;
@@ -381,27 +376,24 @@ std::string withoutCacheLine(const std::string& out)
     return kept;
 }
 
-class ConfigFileInPlace : public ::testing::TestWithParam<ConfigReader> {
-protected:
-    TempHome m_world;
-};
+using ConfigFileInPlace = ::testing::TestWithParam<ConfigReader>;
 
 TEST_P(ConfigFileInPlace, IsReadAsMissingAtOnce)
 {
+    TempHome world;
     // Enough of a desktop that every command has something to answer.
-    m_world.writeFile("usr/share/applications/editor.desktop",
-                      "[Desktop Entry]\nType=Application\nName=Editor\nExec=true\nMimeType=text/plain;\n");
-    m_world.writeFile("home/.local/share/Trash/files/kept", "data");
-    m_world.writeFile("home/notes.txt", "some text\n");
+    vyxtest::writeApp(world, "usr/share/applications/editor.desktop", "text/plain;");
+    world.writeFile("home/.local/share/Trash/files/kept", "data");
+    world.writeFile("home/notes.txt", "some text\n");
     for (const char* dir : {"home/.local/share/mime", "home/.icons/own", "home/.local/share/sounds/own"})
-        m_world.makeDir(dir);
+        world.makeDir(dir);
     const ConfigReader& reader = GetParam();
-    const std::string path = m_world.path(reader.file);
-    m_world.makeDir(reader.file);
+    const std::string path = world.path(reader.file);
+    world.makeDir(reader.file);
     rmdir(path.c_str());
     for (Args args : reader.commands) {
         for (std::string& arg : args)
-            arg = arg[0] == '@' ? m_world.path(arg.substr(1)) : arg;
+            arg = arg[0] == '@' ? world.path(arg.substr(1)) : arg;
         const ProgramRun missing = runTool(args, 30);
         ASSERT_NE(missing.status, -1) << "killed without the file";
         for (const char* kind : {"FIFO", "socket", "directory"}) {
@@ -444,11 +436,10 @@ TEST(ToolConventions, VersionAndTheEndOfOptions)
 
     world.writeFile("-n.txt", "plain words\n");
     ASSERT_EQ(chdir(world.root().c_str()), 0);
-    const std::string mime = out({"mime", "--", "-n.txt"});
+    EXPECT_HAS(out({"mime", "--", "-n.txt"}), "-n.txt: text/plain");
     ran({"mime", "-n.txt"}, 2);  // without --, it is an option
     const ProgramRun both = ran({"--", "mime", "--json", "--", "--json"}, 1);
     ASSERT_EQ(chdir("/"), 0);
-    EXPECT_HAS(mime, "-n.txt: text/plain");
     EXPECT_HAS(both.out, "\"file\": \"--json\"") << "a file named --json, asked for in JSON";
     EXPECT_EQ(both.err, "vyxcore mime: cannot examine --json\n");
 }

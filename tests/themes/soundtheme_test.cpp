@@ -107,10 +107,6 @@ TEST_F(SoundThemes, ModelLookupOrderFallbackAndTheCurrentTheme)
     EXPECT_EQ(VyxSoundTheme::getCurrentThemeName(), "ordinary");
     ScopedEnv session("DESKTOP_SESSION", "vyx-tablet");
     EXPECT_EQ(VyxSoundTheme::getCurrentThemeName(), "touch");
-    theme("touch", "Directories=stereo\n");
-    std::string tap = sound("touch/stereo/tap.oga");
-    EXPECT_EQ(VyxSoundTheme("").themeName(), "touch");
-    EXPECT_EQ(VyxSoundTheme("").getSoundPath("tap"), tap);
 }
 
 TEST_F(SoundThemes, DesktopSoundsDirectoryComesLast)

@@ -187,10 +187,33 @@ TEST_F(AgedTheme, ListingFromTheCacheAnswersAsTheDiskDoes)
     expectSameAnswers("own", queries);
 }
 
-TEST_F(AgedTheme, ChangesOnDiskAreSeenAfterTheRecheckInterval)
+// A directory changed less than an interval ago may change again within the
+// same clock tick: it is checked on disk, not taken from the cache.
+TEST_F(AgedTheme, YoungDirectoryIsCheckedOnDisk)
+{
+    ASSERT_TRUE(vyxtest::setMtime(own + "/48x48/apps", vyxtest::mtimeOf(own + "/icon-theme.cache")));
+    VyxIconTheme theme("own", "", true);
+    ASSERT_TRUE(theme.hasValidCache());
+    EXPECT_EQ(theme.getIconPath("both", 48, nullptr), own + "/48x48/apps/both.png");
+    world.writeFile("usr/share/icons/own/48x48/apps/late.png", "icon");
+    EXPECT_EQ(theme.getIconPath("late", 48, nullptr), own + "/48x48/apps/late.png");
+}
+
+TEST_F(AgedTheme, AThemeInstalledAnewAndChangesOnDiskAreSeenAfterTheRecheckInterval)
 {
     IconFiles::recheckInterval = 20'000'000;  // 20 ms
     VyxIconTheme theme("own", "", true);
+    EXPECT_EQ(theme.getIconPath("only-svg", 48, nullptr), own + "/48x48/apps/only-svg.svg");
+    EXPECT_EQ(theme.getIconPath("new", 48, nullptr), "");
+
+    // Replaced as a package update does it: the old tree moved away, the
+    // new one in its place with the same directory times.
+    ASSERT_EQ(std::rename(own.c_str(), (own + "-old").c_str()), 0);
+    ASSERT_NO_FATAL_FAILURE(install({"48x48/apps/new.png", "48x48/apps/both.png", "48x48/apps/both.svg",
+                                     "48x48/actions/edit.png", "scalable/apps/big.svg"}));
+    std::this_thread::sleep_for(std::chrono::milliseconds(60));
+    EXPECT_EQ(theme.getIconPath("new", 48, nullptr), own + "/48x48/apps/new.png");
+    EXPECT_EQ(theme.getIconPath("only-svg", 48, nullptr), "");
     EXPECT_EQ(theme.getIconPath("both", 48, nullptr), own + "/48x48/apps/both.png");
     EXPECT_EQ(theme.getIconPath("late", 48, nullptr), "");
     EXPECT_EQ(theme.getIconPath("late-comer", 32, nullptr), "");
@@ -208,34 +231,6 @@ TEST_F(AgedTheme, ChangesOnDiskAreSeenAfterTheRecheckInterval)
     EXPECT_EQ(theme.getIconPath("late", 48, nullptr), own + "/48x48/apps/late.png");
     // Asked before: the answer "" is not kept past the interval.
     EXPECT_EQ(theme.getIconPath("late-comer", 32, nullptr), own + "/32x32/apps/late-comer.png");
-}
-
-// A directory changed less than an interval ago may change again within the
-// same clock tick: it is checked on disk, not taken from the cache.
-TEST_F(AgedTheme, YoungDirectoryIsCheckedOnDisk)
-{
-    ASSERT_TRUE(vyxtest::setMtime(own + "/48x48/apps", vyxtest::mtimeOf(own + "/icon-theme.cache")));
-    VyxIconTheme theme("own", "", true);
-    ASSERT_TRUE(theme.hasValidCache());
-    EXPECT_EQ(theme.getIconPath("both", 48, nullptr), own + "/48x48/apps/both.png");
-    world.writeFile("usr/share/icons/own/48x48/apps/late.png", "icon");
-    EXPECT_EQ(theme.getIconPath("late", 48, nullptr), own + "/48x48/apps/late.png");
-}
-
-TEST_F(AgedTheme, ThemeInstalledAnewIsSeenAfterTheRecheckInterval)
-{
-    IconFiles::recheckInterval = 20'000'000;  // 20 ms
-    VyxIconTheme theme("own", "", true);
-    EXPECT_EQ(theme.getIconPath("only-svg", 48, nullptr), own + "/48x48/apps/only-svg.svg");
-    EXPECT_EQ(theme.getIconPath("new", 48, nullptr), "");
-
-    // Replaced as a package update does it: the old tree moved away, the
-    // new one in its place with the same directory times.
-    ASSERT_EQ(std::rename(own.c_str(), (own + "-old").c_str()), 0);
-    ASSERT_NO_FATAL_FAILURE(install({"48x48/apps/new.png", "48x48/actions/edit.png", "scalable/apps/big.svg"}));
-    std::this_thread::sleep_for(std::chrono::milliseconds(60));
-    EXPECT_EQ(theme.getIconPath("new", 48, nullptr), own + "/48x48/apps/new.png");
-    EXPECT_EQ(theme.getIconPath("only-svg", 48, nullptr), "");
 }
 
 TEST_F(AgedTheme, ThreadsShareListingsThatAreReadAgain)

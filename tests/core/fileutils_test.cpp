@@ -29,11 +29,8 @@ const Vyx::tagged_bool<FilesOnly_tag> kFilesOnly(true), kAnyEntry(false);
 TEST(FileList, DepthPatternAndHiddenEntries)
 {
     TempHome world;
-    world.writeFile("apps/a.desktop", "");
-    world.writeFile("apps/.hidden", "");
-    world.writeFile("apps/notes.txt", "");
-    world.writeFile("apps/sub/b.desktop", "");
-    world.writeFile("apps/sub/deeper/c.desktop", "");
+    for (const char* file : {"a.desktop", ".hidden", "notes.txt", "sub/b.desktop", "sub/deeper/c.desktop"})
+        world.writeFile(std::string("apps/") + file, "");
     world.makeDir("apps/dir.desktop");
     std::string apps = world.path("apps");
 

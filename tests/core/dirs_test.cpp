@@ -52,7 +52,6 @@ TEST(Dirs, AliasesAndResetFollowingTheEnvironmentButKeepingSharedDirs)
     EXPECT_EQ(GetVyxDir(static_cast<VyxDir>(30)), "");
     EXPECT_EQ(GetVyxDir(static_cast<VyxDir>(-1)), "");
     EXPECT_EQ(GetVyxDir(TranslationsDir), "/usr/share/vyx/translations");
-    EXPECT_EQ(GetVyxDir(HomeDir), world.home());
     EXPECT_EQ(GetVyxDir(SharedDesktopDir), "/first/desktop");
     EXPECT_EQ(GetVyxDir(SharedStartMenuDir), "/usr/share/applications/vyxstartmenu");
     EXPECT_EQ(GetVyxDir(QtHelpDir), "/help/qthelp");

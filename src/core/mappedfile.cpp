@@ -5,6 +5,7 @@
 #include "core/mappedfile_p.h"
 
 #include "core/firstanswer_p.h"
+#include "core/pathprobe_p.h"
 
 #include "core/readfile_p.h"
 #include "core/uniquefd_p.h"
@@ -30,7 +31,7 @@ VYX_FIRST_ANSWER bool MappedFile::open(const std::string& path, int64_t* modifie
     struct stat st;
     bool ok = fstat(fd.get(), &st) == 0 && map(fd.get(), st);
     if (ok && modified)
-        *modified = int64_t(st.st_mtim.tv_sec) * 1'000'000'000 + st.st_mtim.tv_nsec;
+        *modified = modifiedNs(st);
     return ok;
 }
 

@@ -10,7 +10,9 @@
 #include "core/uniquefd_p.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
+#include <sys/stat.h>
 #include <unordered_map>
 
 namespace Vyx::detail {
@@ -20,6 +22,13 @@ namespace Vyx::detail {
 bool isRegularFile(const std::string& path);
 // Whether path is a directory (or a link to one).
 bool isDirectory(const std::string& path);
+
+// st's modification time in nanoseconds: a file replaced within the same
+// second still compares different.
+inline int64_t modifiedNs(const struct stat& st)
+{
+    return int64_t(st.st_mtim.tv_sec) * 1'000'000'000 + st.st_mtim.tv_nsec;
+}
 
 // Whether name can stand for one entry of a directory by itself: not empty,
 // not "." or "..", and without a '/', so that joining it to the directory

@@ -5,6 +5,7 @@
 #include "themes/iconcachefile_p.h"
 
 #include "core/diag_p.h"
+#include "core/pathprobe_p.h"
 #include "core/uniquefd_p.h"
 
 #include <cstring>
@@ -35,6 +36,12 @@ bool sameName(const ByteView& bytes, uint64_t offset, const std::string& name)
         return false;
     const unsigned char* s = bytes.data() + offset;
     return std::memcmp(s, name.data(), name.size()) == 0 && s[name.size()] == '\0';
+}
+
+// Which file st describes, and as of when.
+IconCacheStamp stampOf(const struct stat& st)
+{
+    return {modifiedNs(st), st.st_dev, st.st_ino};
 }
 
 unsigned long seconds(const struct stat& st)
@@ -100,9 +107,7 @@ bool openIconCache(const std::string& themePath, const std::string& cachePath, M
         diag(kLibraryPrefix, "can't mmap file %s\n", path);
         return false;
     }
-    stamp->modified = int64_t(mapped.st_mtim.tv_sec) * 1'000'000'000 + mapped.st_mtim.tv_nsec;
-    stamp->device = mapped.st_dev;
-    stamp->inode = mapped.st_ino;
+    *stamp = stampOf(mapped);
 
     const uint32_t dirList = readCache32(bytes, &valid, 8);
     const uint32_t dirCount = readCache32(bytes, &valid, dirList);
@@ -211,8 +216,10 @@ void IconThemeCache::lookup(const std::string& iconName, std::vector<IconCacheIm
 bool IconThemeCache::stillInPlace() const
 {
     struct stat st;
-    return stat(m_cachePath.c_str(), &st) == 0 && st.st_dev == m_stamp.device && st.st_ino == m_stamp.inode &&
-           int64_t(st.st_mtim.tv_sec) * 1'000'000'000 + st.st_mtim.tv_nsec == m_stamp.modified;
+    if (stat(m_cachePath.c_str(), &st) != 0)
+        return false;
+    const IconCacheStamp now = stampOf(st);
+    return now.device == m_stamp.device && now.inode == m_stamp.inode && now.modified == m_stamp.modified;
 }
 
 }  // namespace Vyx::detail

@@ -5,6 +5,7 @@
 #include "themes/iconfiles_p.h"
 
 #include "core/dirwalker_p.h"
+#include "core/pathprobe_p.h"
 #include "core/uniquefd_p.h"
 #include "themes/icontheme_p.h"
 #include "vyxfileutils.h"
@@ -45,11 +46,6 @@ std::pair<std::string_view, IconFileKind> splitIconFileName(std::string_view nam
 }
 
 namespace {
-
-int64_t modificationTime(const struct stat& st)
-{
-    return int64_t(st.st_mtim.tv_sec) * 1'000'000'000 + st.st_mtim.tv_nsec;
-}
 
 // Every entry name of the open directory fd (which it closes); false when
 // the directory cannot be read to its end.
@@ -168,11 +164,11 @@ void IconListing::read(uint32_t id, IconDirState& dir) const
     // the cache was written. One the cache does not list held no image.
     if (m_dirs->cacheIndex(id) != IconDirList::kOutsideTheme && cacheUsable()) {
         struct stat st;
-        if (stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode) && modificationTime(st) < m_dirs->cache->modified() &&
-            modificationTime(st) <= now - m_youngFor) {
+        if (stat(path.c_str(), &st) == 0 && S_ISDIR(st.st_mode) && modifiedNs(st) < m_dirs->cache->modified() &&
+            modifiedNs(st) <= now - m_youngFor) {
             dir.exists = true;
             dir.fromCache = true;
-            dir.mtime = modificationTime(st);
+            dir.mtime = modifiedNs(st);
             dir.known = kImageKinds;
             return;
         }
@@ -186,10 +182,10 @@ void IconListing::read(uint32_t id, IconDirState& dir) const
         return;
     }
     struct stat st;
-    if (fstat(fd.get(), &st) != 0 || modificationTime(st) > now - m_youngFor)
+    if (fstat(fd.get(), &st) != 0 || modifiedNs(st) > now - m_youngFor)
         return;  // known = 0: it may be changing under us
     dir.exists = true;
-    dir.mtime = modificationTime(st);
+    dir.mtime = modifiedNs(st);
     auto names = std::make_unique<std::vector<std::pair<std::string, uint8_t>>>();
     const bool complete = readNames(std::move(fd), [&](std::string_view name) {
         auto [stem, kind] = splitIconFileName(name);
@@ -261,9 +257,9 @@ bool IconListing::stillCurrent(int64_t now) const
         if (dir.known == 0) {
             // Read again once it has settled; until then its files are
             // checked one by one anyway.
-            if (found && modificationTime(st) <= now - m_youngFor)
+            if (found && modifiedNs(st) <= now - m_youngFor)
                 return false;
-        } else if (found != dir.exists || (found && modificationTime(st) != dir.mtime)) {
+        } else if (found != dir.exists || (found && modifiedNs(st) != dir.mtime)) {
             return false;
         }
     }

@@ -9,8 +9,6 @@
 // briefly missing.
 
 #include "core/ini_p.h"
-#include "support/child_process.h"
-#include "support/files.h"
 #include "support/temp_home.h"
 #include "support/text_checks.h"
 

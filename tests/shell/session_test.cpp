@@ -23,7 +23,6 @@ TEST(Session, SavedNameKindSuffixAndKioskFromDesktopSession)
 {
     TempHome world;
     std::string file = world.home() + "/.vyx/last-desktop-session-name";
-    // No directory: nothing is created, saving fails.
     EXPECT_FALSE(vyxSessionSaveName("vyx-mini"));
     EXPECT_NE(access((world.home() + "/.vyx").c_str(), F_OK), 0);
     EXPECT_EQ(vyxSessionGetSavedName(), "");
@@ -100,9 +99,8 @@ TEST(DisplayNumber, FromTheNameRemoteUnlessLocalAndTheFirstFree)
     TempHome world;
     EXPECT_EQ(GetDisplayNumberByName(nullptr, nullptr), 0);  // no name at all
     EXPECT_FALSE(isSessionRemote(nullptr, nullptr));
-    EXPECT_EQ(GetDisplayNumberByName(":0.0", nullptr), 0);
-    EXPECT_EQ(GetDisplayNumberByName("host:12.1", nullptr), 12);
-    EXPECT_EQ(GetDisplayNumberByName(":1x", nullptr), -1);
+    for (const auto& [name, number] : {std::pair<const char*, int> {":0.0", 0}, {"host:12.1", 12}, {":1x", -1}})
+        EXPECT_EQ(GetDisplayNumberByName(name, nullptr), number) << name;
     EXPECT_EQ(vyxtest::stderrOf([] { EXPECT_EQ(GetDisplayNumberByName("host12", nullptr), -1); }),
               "Wrong display name host12\n");
     EXPECT_THROW(GetDisplayNumberByName("host:", nullptr), std::invalid_argument);

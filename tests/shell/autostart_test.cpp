@@ -11,7 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -58,7 +57,6 @@ TEST_F(Autostart, TheFirstFileDecidesAndSwitchingOnlyTouchesTheUsersDirectory)
     EXPECT_FALSE(vyxIsAutostartEnabled("nothing"));
     EXPECT_FALSE(vyxIsAutostartEnabled(nullptr));
 
-    // Switching only touches the user's directory.
     const std::string systemFile = system("app.desktop");
     const std::string systemText = vyxtest::readFile(systemFile);
     EXPECT_TRUE(vyxEnableAutostart("app", true, nullptr, kKeep));  // already on: nothing to do
@@ -67,7 +65,6 @@ TEST_F(Autostart, TheFirstFileDecidesAndSwitchingOnlyTouchesTheUsersDirectory)
     // Off: a user copy that is Hidden.
     EXPECT_TRUE(vyxEnableAutostart("app", false, nullptr, kKeep));
     EXPECT_FALSE(vyxIsAutostartEnabled("app"));
-    // On again, with a command of the user's.
     EXPECT_TRUE(vyxEnableAutostart("app", true, "/bin/echo started", kKeep));
     EXPECT_TRUE(vyxIsAutostartEnabled("app"));
     EXPECT_EQ(vyxtest::readFile(systemFile), systemText);

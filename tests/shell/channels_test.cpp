@@ -107,14 +107,19 @@ TEST(ChannelPaths, FollowTheEnvironmentAndDisplayAndTheFifoGetsTheExactBytes)
     EXPECT_EQ(GetVyxWMFIFOPath(nullptr).first, world.path("run/vyx-wm-host.example:0.2"));
 }
 
-TEST(WmFifo, NothingButTheCallersOwnFifoGetsACommand)
+// Nothing but the caller's own FIFO gets a command. An administrator
+// reaches another user's window manager through the FIFO in a runtime
+// directory named after that user's uid, or one under "private" in a
+// directory that uid owns, and only if the user owns the FIFO too. Anyone
+// else looks no further than their own.
+TEST(WmFifo, OnlyTheCallersOwnFifoOrTheOneOfTheUserWhoseDirectoryHoldsIt)
 {
     vyxtest::TempHome world;
+    const std::string runUser = world.makeDir("runuser");  // no other user's FIFO to fall back on
     ScopedEnv display("DISPLAY", ":98");
     const std::string target = world.writeFile("victim", "original text\n");
     const std::string link = world.path("run/vyx-wm-:98");
     ASSERT_EQ(symlink(target.c_str(), link.c_str()), 0);
-    const std::string runUser = world.makeDir("runuser");  // no other user's FIFO to fall back on
     VYX_EXPECT_CHILD(vyxtest::runInChild(withRunUser(runUser), [&] {
         std::string errors = sendCapturingErrors("HELLO\n");
         EXPECT_HAS(errors, link + " not used: it is a symbolic link\n");
@@ -135,17 +140,8 @@ TEST(WmFifo, NothingButTheCallersOwnFifoGetsACommand)
         EXPECT_EQ(unreadAfter(planted, [&] { errors = sendCapturingErrors("SECRET\n"); }), "");
         EXPECT_HAS(errors, planted + " not used: it belongs to uid 1234, not to uid 0\n");
     }));
-}
 
-// An administrator reaches another user's window manager through the FIFO
-// in a runtime directory named after that user's uid, or one under
-// "private" in a directory that uid owns, and only if the user owns the
-// FIFO too. Anyone else looks no further than their own.
-TEST(WmFifo, AdministratorTakesOnlyTheFifoOfTheUserWhoseDirectoryHoldsIt)
-{
-    vyxtest::TempHome world;
-    ScopedEnv display("DISPLAY", ":6");
-    const std::string runUser = world.makeDir("runuser");
+    ScopedEnv admin("DISPLAY", ":6");
     for (const char* uid : {"1000", "1001"})
         ASSERT_EQ(chown(world.makeDir(std::string("runuser/") + uid).c_str(), std::stoi(uid), 0), 0);
     ASSERT_EQ(chown(world.makeDir("runuser/private/E/F").c_str(), 1002, 0), 0);

@@ -45,7 +45,6 @@ TEST(DesktopPositions, SavedOnceRemovedAloneNeverCreatedAndAllKeptByProcessesAtO
     EXPECT_HAS(vyxtest::readFile(file), "[IconPosition::other.txt]");
     EXPECT_FALSE(SaveDesktopItemPosition(nullptr, 1, 1, ""));
 
-    // Processes saving at once keep every item.
     const int kProcesses = 8, kItems = 15;
     EXPECT_TRUE(vyxtest::runConcurrently(kProcesses, [](int p) {
         for (int i = 0; i < kItems; ++i) {

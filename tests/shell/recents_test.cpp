@@ -99,9 +99,8 @@ TEST_F(Recents, DesktopEntriesFoldersAndPrograms)
     std::string data = world.writeFile("home/data.bin", "x");
     std::string tool = world.writeFile("home/tool.sh", "#!/bin/sh\n");
     chmod(tool.c_str(), 0755);
-    EXPECT_EQ(putEntryToRecentsMenu(data.c_str(), nullptr, nullptr, kProgs), 0);
-    EXPECT_EQ(putEntryToRecentsMenu(plain.c_str(), nullptr, nullptr, kProgs), 0);
-    EXPECT_EQ(putEntryToRecentsMenu(tool.c_str(), nullptr, nullptr, kProgs), 0);
+    for (const std::string& path : {data, plain, tool})
+        EXPECT_EQ(putEntryToRecentsMenu(path.c_str(), nullptr, nullptr, kProgs), 0) << path;
     std::vector<std::string> now = items();
     EXPECT_EQ(std::count(now.begin(), now.end(), "data.bin.desktop"), 0);
     EXPECT_EQ(std::count(now.begin(), now.end(), "tool.sh.desktop"), 1);

@@ -19,9 +19,33 @@ namespace {
 using vyxtest::ScopedEnv;
 using vyxtest::TempHome;
 
-TEST(Session, KindSuffixAndKioskFromDesktopSession)
+TEST(Session, SavedNameKindSuffixAndKioskFromDesktopSession)
 {
     TempHome world;
+    std::string file = world.home() + "/.vyx/last-desktop-session-name";
+    EXPECT_FALSE(vyxSessionSaveName("vyx-mini"));
+    EXPECT_NE(access((world.home() + "/.vyx").c_str(), F_OK), 0);
+    EXPECT_EQ(vyxSessionGetSavedName(), "");
+
+    world.makeDir("home/.vyx");
+    EXPECT_TRUE(vyxSessionSaveName("vyx-mini"));
+    EXPECT_EQ(vyxtest::readFile(file), "vyx-mini");  // no line feed
+    EXPECT_EQ(vyxSessionGetSavedName(), "vyx-mini");
+
+    world.writeFile("home/.vyx/last-desktop-session-name", "first\nsecond\n");
+    EXPECT_EQ(vyxSessionGetSavedName(), "first");
+
+    EXPECT_FALSE(vyxSessionSaveName(nullptr));  // DESKTOP_SESSION unset: disk untouched
+    EXPECT_EQ(vyxtest::readFile(file), "first\nsecond\n");
+    ScopedEnv session("DESKTOP_SESSION", "vyx-weston");
+    EXPECT_TRUE(vyxSessionSaveName(nullptr));
+    EXPECT_EQ(vyxtest::readFile(file), "vyx-weston");
+
+    ScopedEnv home("HOME", nullptr), logname("LOGNAME", nullptr), user("USER", nullptr);
+    ResetVyxDirs();
+    EXPECT_FALSE(vyxSessionSaveName("vyx"));
+    EXPECT_EQ(vyxSessionGetSavedName(), "");
+
     const struct {
         const char* name;  // null: unset
         WhatVyxSession kind;
@@ -49,7 +73,7 @@ TEST(Session, KindSuffixAndKioskFromDesktopSession)
     }
     // Unknown kinds take the suffix from the live name: only the exact name
     // "vyx" has no suffix of its own.
-    ScopedEnv session("DESKTOP_SESSION", "VYX");
+    ScopedEnv upper("DESKTOP_SESSION", "VYX");
     EXPECT_EQ(vyxSessionConfigSuffix(UnknownSession), ".VYX");
     EXPECT_EQ(vyxSessionConfigSuffix(static_cast<WhatVyxSession>(42)), ".VYX");
 
@@ -64,43 +88,19 @@ TEST(Session, KindSuffixAndKioskFromDesktopSession)
     EXPECT_EQ(whatVyxSession(), VyxDefaultSession);
 }
 
-TEST(Session, SavedNameRoundTripAndNoneWithoutAHome)
+// Holds the abstract socket an X server on display n would hold.
+int occupy(int number)
 {
-    TempHome world;
-    std::string file = world.home() + "/.vyx/last-desktop-session-name";
-    // No directory: nothing is created, saving fails.
-    EXPECT_FALSE(vyxSessionSaveName("vyx-mini"));
-    EXPECT_NE(access((world.home() + "/.vyx").c_str(), F_OK), 0);
-    EXPECT_EQ(vyxSessionGetSavedName(), "");
-
-    world.makeDir("home/.vyx");
-    EXPECT_TRUE(vyxSessionSaveName("vyx-mini"));
-    EXPECT_EQ(vyxtest::readFile(file), "vyx-mini");  // no line feed
-    EXPECT_EQ(vyxSessionGetSavedName(), "vyx-mini");
-
-    world.writeFile("home/.vyx/last-desktop-session-name", "first\nsecond\n");
-    EXPECT_EQ(vyxSessionGetSavedName(), "first");
-
-    EXPECT_FALSE(vyxSessionSaveName(nullptr));  // DESKTOP_SESSION unset: disk untouched
-    EXPECT_EQ(vyxtest::readFile(file), "first\nsecond\n");
-    ScopedEnv session("DESKTOP_SESSION", "vyx-weston");
-    EXPECT_TRUE(vyxSessionSaveName(nullptr));
-    EXPECT_EQ(vyxtest::readFile(file), "vyx-weston");
-
-    ScopedEnv home("HOME", nullptr), logname("LOGNAME", nullptr), user("USER", nullptr);
-    ResetVyxDirs();
-    EXPECT_FALSE(vyxSessionSaveName("vyx"));
-    EXPECT_EQ(vyxSessionGetSavedName(), "");
+    return vyxtest::bindUnixSocket("/tmp/.X11-unix/X" + std::to_string(number), true);
 }
 
-TEST(DisplayName, NumberFromTheNameAndRemoteUnlessLocal)
+TEST(DisplayNumber, FromTheNameRemoteUnlessLocalAndTheFirstFree)
 {
     TempHome world;
     EXPECT_EQ(GetDisplayNumberByName(nullptr, nullptr), 0);  // no name at all
     EXPECT_FALSE(isSessionRemote(nullptr, nullptr));
-    EXPECT_EQ(GetDisplayNumberByName(":0.0", nullptr), 0);
-    EXPECT_EQ(GetDisplayNumberByName("host:12.1", nullptr), 12);
-    EXPECT_EQ(GetDisplayNumberByName(":1x", nullptr), -1);
+    for (const auto& [name, number] : {std::pair<const char*, int> {":0.0", 0}, {"host:12.1", 12}, {":1x", -1}})
+        EXPECT_EQ(GetDisplayNumberByName(name, nullptr), number) << name;
     EXPECT_EQ(vyxtest::stderrOf([] { EXPECT_EQ(GetDisplayNumberByName("host12", nullptr), -1); }),
               "Wrong display name host12\n");
     EXPECT_THROW(GetDisplayNumberByName("host:", nullptr), std::invalid_argument);
@@ -117,17 +117,8 @@ TEST(DisplayName, NumberFromTheNameAndRemoteUnlessLocal)
         EXPECT_TRUE(isSessionRemote(remote, nullptr)) << remote;
     ScopedEnv far("DISPLAY", "far:3");
     EXPECT_TRUE(isSessionRemote(nullptr, nullptr));
-}
 
-// Holds the abstract socket an X server on display n would hold.
-int occupy(int number)
-{
-    return vyxtest::bindUnixSocket("/tmp/.X11-unix/X" + std::to_string(number), true);
-}
-
-TEST(FreeDisplay, SkipsTakenNumbersInAnEmptyNamespace)
-{
-    // A private network namespace: nobody else's abstract sockets.
+    // The first free one, in a network namespace of our own: nobody else's sockets.
     VYX_EXPECT_CHILD(vyxtest::runInChild({{}, true}, [] {
         EXPECT_EQ(getFreeXDisplayNumber(-5), 0);
         int zero = occupy(0);

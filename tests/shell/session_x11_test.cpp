@@ -49,12 +49,11 @@ protected:
 
     vyxtest::TempHome m_world;
 };
-using WhatDE = XSession;
-using ToplevelWindows = XSession;
 
 // Xvfb is no nested server (its vendor text says so) and runs no desktop;
 // wrong types are absent, and an announced name wins over legacy properties.
-TEST_F(WhatDE, NothingOnABareServerThenEwmhNameWinsOverLegacyProperties)
+// Windows are found by their name, then a class prefix, then the icon name.
+TEST_F(XSession, TheDesktopFromTheRootWindowAndToplevelWindowsByName)
 {
     EXPECT_FALSE(isSessionNested(nullptr, display()));
     EXPECT_TRUE(Vyx::detail::vendorMeansNested("The XEPHYR project"));
@@ -64,9 +63,8 @@ TEST_F(WhatDE, NothingOnABareServerThenEwmhNameWinsOverLegacyProperties)
     setLegacy("_SGI_DESKS_MANAGER", XA_CARDINAL);  // must be a window
     EXPECT_EQ(whatDE(display(), root()), 0);
     Window check = announceWindowManager("KWin");
-    const char kwin[] = "KWin";
     XChangeProperty(display(), check, atom("_NET_WM_NAME"), XA_STRING, 8, PropModeReplace,
-                    reinterpret_cast<const unsigned char*>(kwin), 4);
+                    reinterpret_cast<const unsigned char*>("KWin"), 4);
     XSync(display(), False);
     EXPECT_EQ(whatDE(display(), root()), 0);
 
@@ -100,10 +98,7 @@ TEST_F(WhatDE, NothingOnABareServerThenEwmhNameWinsOverLegacyProperties)
     }
     setLegacy("DTWM_IS_RUNNING");
     EXPECT_EQ(whatDE(display(), root()), 3);
-}
 
-TEST_F(ToplevelWindows, NameThenClassPrefixThenIconName)
-{
     ASSERT_TRUE(std::setlocale(LC_ALL, "C.UTF-8"));
     Window mailIcon = make(), files = make(), cafe = make(), mailer = make(), viewer = make(), filesByName = make(),
            calendar = make();

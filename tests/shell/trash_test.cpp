@@ -24,7 +24,6 @@
 #include <csignal>
 #include <fcntl.h>
 #include <regex>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -60,6 +59,12 @@ protected:
     {
         return world.writeFile(relative, content);
     }
+    // A record and its object, as another program may have left them.
+    void plant(const std::string& name, const std::string& record, const std::string& object)
+    {
+        file("home/.local/share/Trash/info/" + name + ".trashinfo", record);
+        file("home/.local/share/Trash/files/" + name, object);
+    }
 
     vyxtest::TempHome world;
     const std::string trash = world.home() + "/.local/share/Trash";
@@ -70,13 +75,31 @@ private:
     char m_cwd[4096] = "";
 };
 
-TEST_F(Trash, EqualNamesGetNumberedNamesUpTo10000AndEachComesBack)
+TEST_F(Trash, NoObjectIsLostToANameTakenAndEqualNamesGetNumberedNamesUpTo10000)
 {
+    // An object with no record keeps its place; the next name is taken.
+    const std::string stray = file("home/.local/share/Trash/files/notes.txt", "stray");
+    const std::string original = file("notes.txt", "mine");
+    ASSERT_TRUE(VyxTrash::moveToTrash(original.c_str()));
+    EXPECT_EQ(readFile(stray), "stray");
+    EXPECT_EQ(listDir(info), Names {"notes_0.txt.trashinfo"});
+
+    // Nor is a new file at the original path replaced by the restore.
+    file("notes.txt", "newer");
+    EXPECT_EQ(stderrOf([&] { EXPECT_FALSE(VyxTrash::restoreFromTrash(original.c_str())); }),
+              "vyxcore: can't restore file, rename(" + files + "/notes_0.txt," + original +
+                  ") failed due to File exists\n");
+    EXPECT_HAS(stderrOf([&] { EXPECT_FALSE(VyxTrash::moveToTrash(world.path("gone.txt").c_str())); }),
+               "No such file or directory");
+    EXPECT_EQ(readFile(original) + readFile(files + "/notes_0.txt"), "newermine");
+    EXPECT_EQ(listDir(info), Names {"notes_0.txt.trashinfo"});
+
     const std::string first = file("a/report.txt", "1"), second = file("b/report.txt", "2");
     const std::string dot = file("b/.bashrc", "3"), tar = file("b/x.tar.gz", "4");
     for (const std::string& path : {first, second, file("a/.bashrc"), dot, file("a/x.tar.gz"), tar})
         ASSERT_TRUE(VyxTrash::moveToTrash((path + "/").c_str())) << path;
-    EXPECT_EQ(listDir(files), (Names {".bashrc", "_0.bashrc", "report.txt", "report_0.txt", "x.tar.gz", "x_0.tar.gz"}));
+    EXPECT_EQ(listDir(files), (Names {".bashrc", "_0.bashrc", "notes.txt", "notes_0.txt", "report.txt", "report_0.txt",
+                                      "x.tar.gz", "x_0.tar.gz"}));
     EXPECT_EQ(fileMode(info + "/report_0.txt.trashinfo"), 0600u);
     EXPECT_TRUE(std::regex_match(readFile(info + "/report_0.txt.trashinfo"),
                                  std::regex("\\[Trash Info\\]\nPath=" + Vyx::encodedUrl(second) +
@@ -100,26 +123,6 @@ TEST_F(Trash, EqualNamesGetNumberedNamesUpTo10000AndEachComesBack)
     EXPECT_EQ(fileMode(info + "/log_10001.txt.trashinfo"), 0u);
 }
 
-TEST_F(Trash, NoObjectIsLostToANameAlreadyTaken)
-{
-    // An object with no record keeps its place; the next name is taken.
-    const std::string stray = file("home/.local/share/Trash/files/notes.txt", "stray");
-    const std::string original = file("notes.txt", "mine");
-    ASSERT_TRUE(VyxTrash::moveToTrash(original.c_str()));
-    EXPECT_EQ(readFile(stray), "stray");
-    EXPECT_EQ(listDir(info), Names {"notes_0.txt.trashinfo"});
-
-    // Nor is a new file at the original path replaced by the restore.
-    file("notes.txt", "newer");
-    EXPECT_EQ(stderrOf([&] { EXPECT_FALSE(VyxTrash::restoreFromTrash(original.c_str())); }),
-              "vyxcore: can't restore file, rename(" + files + "/notes_0.txt," + original +
-                  ") failed due to File exists\n");
-    EXPECT_HAS(stderrOf([&] { EXPECT_FALSE(VyxTrash::moveToTrash(world.path("gone.txt").c_str())); }),
-               "No such file or directory");
-    EXPECT_EQ(readFile(original) + readFile(files + "/notes_0.txt"), "newermine");
-    EXPECT_EQ(listDir(info), Names {"notes_0.txt.trashinfo"});
-}
-
 TEST_F(Trash, RecordsDamagedOrHoldingOddBytesGetDefinedAnswers)
 {
     const std::vector<std::pair<std::string, std::string>> records = {
@@ -130,10 +133,8 @@ TEST_F(Trash, RecordsDamagedOrHoldingOddBytesGetDefinedAnswers)
         {"binary", std::string("\0\xff\r\nPath=", 9) + std::string(9000, 'A') + "%4\n\nPath=%"},
         {"good", "[Trash Info]\r\nPath=/x/y%20z\nDeletionDate=2024-02-29T12:34:56\n"},
     };
-    for (const auto& record : records) {
-        file("home/.local/share/Trash/info/" + record.first + ".trashinfo", record.second);
-        file("home/.local/share/Trash/files/" + record.first, record.first);
-    }
+    for (const auto& [name, record] : records)
+        plant(name, record, name);
     EXPECT_EQ(VyxTrash::getPath("truncated"), "");
     EXPECT_EQ(VyxTrash::getDeletionDate("truncated"), -1);
     // A relative path is taken from the directory holding the trash.
@@ -204,26 +205,22 @@ TEST_F(Trash, SizeTakesCachedDirectoriesWithoutWalkingThem)
 
     VyxTrash::registerDirSize("my dir", -1);
     VyxTrash::registerDirSize("plain", 77777);  // a figure the disk does not hold
-    struct stat myDir, plain;
-    ASSERT_EQ(stat((info + "/my dir.trashinfo").c_str(), &myDir), 0);
-    ASSERT_EQ(stat((info + "/plain.trashinfo").c_str(), &plain), 0);
-    const std::string myLine = std::to_string(myDir.st_mtime) + " my%20dir";
-    const std::string plainLine = "77777 " + std::to_string(plain.st_mtime) + " plain";
+    const time_t plainTime = vyxtest::mtimeOf(info + "/plain.trashinfo");
+    const std::string myLine = std::to_string(vyxtest::mtimeOf(info + "/my dir.trashinfo")) + " my%20dir";
+    const std::string plainLine = "77777 " + std::to_string(plainTime) + " plain";
     EXPECT_EQ(readFile(trash + "/directorysizes"), "3000 " + myLine + "\n" + plainLine + "\n");
 
     // The cached figures are taken as they are: nothing below them is read.
     file("home/.local/share/Trash/files/my dir/new", std::string(4000, 'n'));
     EXPECT_EQ(VyxTrash::size(), 10 + 3000 + 77777);
     // A record newer than its line (the name taken again) is measured.
-    struct timespec later[2] = {{plain.st_mtime + 1, 0}, {plain.st_mtime + 1, 0}};
-    ASSERT_EQ(utimensat(AT_FDCWD, (info + "/plain.trashinfo").c_str(), later, 0), 0);
+    ASSERT_TRUE(vyxtest::setMtime(info + "/plain.trashinfo", plainTime + 1));
     EXPECT_EQ(VyxTrash::size(), 10 + 3000 + 500);
 
     // Lines that do not read are skipped, so "my dir" is measured.
-    plain.st_mtime += 1;
     const std::string kept = "garbage\n\n12 34\nx 1 my%20dir\n 3000 " + myLine + "\n3000  " + myLine + "\n";
     file("home/.local/share/Trash/directorysizes", kept + "99999999999999999999 " + myLine + "\n-5 " + myLine +
-                                                       "\n3000 1e3 my%20dir\n77777 " + std::to_string(plain.st_mtime) +
+                                                       "\n3000 1e3 my%20dir\n77777 " + std::to_string(plainTime + 1) +
                                                        " plain");
     EXPECT_EQ(VyxTrash::size(), 10 + 7000 + 77777);
     // Dropping a name keeps every other line and leaves no temporary name.
@@ -329,20 +326,15 @@ TEST_F(Trash, RestoreMovesOnlyWhatIsInTheTrash)
 
     // Two versions of one path: the newer comes back first, whatever the
     // order of the directory. Both records are listed until then.
-    file("home/.local/share/Trash/info/a.trashinfo",
-         "[Trash Info]\nPath=" + old + "\nDeletionDate=2020-01-01T00:00:00\n");
-    file("home/.local/share/Trash/files/a", "oldest");
-    file("home/.local/share/Trash/info/z.trashinfo",
-         "[Trash Info]\nPath=" + old + "\nDeletionDate=2030-01-01T00:00:00\n");
-    file("home/.local/share/Trash/files/z", "newest");
+    plant("a", "[Trash Info]\nPath=" + old + "\nDeletionDate=2020-01-01T00:00:00\n", "oldest");
+    plant("z", "[Trash Info]\nPath=" + old + "\nDeletionDate=2030-01-01T00:00:00\n", "newest");
     ASSERT_TRUE(VyxTrash::restoreFromTrash(old.c_str()));
     EXPECT_EQ(readFile(old), "newest");
     EXPECT_EQ(listDir(info), (Names {"a.trashinfo", "notes.txt.trashinfo"}));
 
     // A relative Path= is under the directory holding the trash; a NUL or
     // nothing but slashes is no path at all.
-    file("home/.local/share/Trash/info/rel.txt.trashinfo", "[Trash Info]\nPath=back/rel.txt\n");
-    file("home/.local/share/Trash/files/rel.txt", "relative");
+    plant("rel.txt", "[Trash Info]\nPath=back/rel.txt\n", "relative");
     world.makeDir("home/.local/share/back");
     world.makeDir("elsewhere/back");
     ASSERT_EQ(chdir(world.path("elsewhere").c_str()), 0);
@@ -351,8 +343,7 @@ TEST_F(Trash, RestoreMovesOnlyWhatIsInTheTrash)
     EXPECT_EQ(listDir(world.path("elsewhere/back")), Names {});
     const std::string victim = file("x/victim", "victim");
     for (const std::string& path : {world.path("x/victim%00.bak"), std::string("//")}) {
-        file("home/.local/share/Trash/info/bad.trashinfo", "[Trash Info]\nPath=" + path + "\n");
-        file("home/.local/share/Trash/files/bad", "bad");
+        plant("bad", "[Trash Info]\nPath=" + path + "\n", "bad");
         EXPECT_HAS(stderrOf([] { EXPECT_FALSE(VyxTrash::restoreFromTrash("bad")); }), "holds no usable path") << path;
         EXPECT_EQ(readFile(victim), "victim");
         EXPECT_EQ(readFile(files + "/bad"), "bad");
@@ -457,8 +448,7 @@ TEST_F(Trash, EmptyingKeepsTheRecordOfWhatStaysEvenKilledOrBesideAPut)
         }
         usleep(2000 + round * 3000);
         kill(pid, SIGKILL);
-        int status = 0;
-        ASSERT_EQ(waitpid(pid, &status, 0), pid);
+        ASSERT_EQ(waitpid(pid, nullptr, 0), pid);
         EXPECT_LE(unrecorded(files, info).size(), 1u) << "round " << round;
         ASSERT_TRUE(VyxTrash::cleanAll());
     }

@@ -9,8 +9,6 @@
 // briefly missing.
 
 #include "core/ini_p.h"
-#include "support/child_process.h"
-#include "support/files.h"
 #include "support/temp_home.h"
 #include "support/text_checks.h"
 
@@ -137,9 +135,8 @@ TEST(Writers, PositionsRecentItemsAndAutostartRefuseOrReadBack)
 
     // The position file is the desktop's own too: lines our reader would
     // drop keep it from being rewritten, and the save says so.
-    for (const std::string& text :
-         {std::string("[Desktop Entry]\nIcon=a\nIcon=b\n"), std::string("[Desktop Entry]\nthis line is not a key\n"),
-          std::string("[Desktop Entry]\nIcon=a\n# a closing comment\n"), std::string("[A]\nX=1\n[A]\nX=2\n")}) {
+    for (const char* text : {"[Desktop Entry]\nIcon=a\nIcon=b\n", "[Desktop Entry]\nthis line is not a key\n",
+                             "[Desktop Entry]\nIcon=a\n# a closing comment\n", "[A]\nX=1\n[A]\nX=2\n"}) {
         world.writeFile("home/Desktop/.directory", text);
         EXPECT_HAS(vyxtest::stderrOf([] { EXPECT_FALSE(SaveDesktopItemPosition("item", 1, 2, "")); }), ".directory");
         EXPECT_EQ(readFile(directory), text);

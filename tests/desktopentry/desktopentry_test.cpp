@@ -9,6 +9,7 @@
 #include "support/child_process.h"
 #include "support/files.h"
 #include "support/temp_home.h"
+#include "support/text_checks.h"
 
 #include <vyxdesktopentry.h>
 
@@ -82,9 +83,8 @@ TEST(EntryLoad, FieldsTranslationsActionsAndLineEnds)
                      "icon[de]=gehen\n"));
     ASSERT_TRUE(t.isLoaded());
     EXPECT_EQ(t.localName(), "Prilozhenie");
-    const std::vector<std::pair<std::string, std::string>> unknowns = {
-        {"NAME[de]", "Upper"}, {"X-First", "1"}, {"Comment[pl]", "Polski"}};
-    EXPECT_EQ(t.unknowns(), unknowns);
+    EXPECT_EQ(t.unknowns(), (std::vector<std::pair<std::string, std::string>> {
+                                {"NAME[de]", "Upper"}, {"X-First", "1"}, {"Comment[pl]", "Polski"}}));
     ASSERT_EQ(t.actions().size(), 1u);
     const VyxDesktopAction& go = t.actions()[0];
     EXPECT_EQ(go.name(), "Go");
@@ -134,8 +134,7 @@ TEST(EntryLoad, PathsValidityAndBadFiles)
     EXPECT_FALSE(entry.isValid());
     EXPECT_FALSE(entry.load());
 
-    VyxDesktopEntry empty;
-    EXPECT_FALSE(empty.load());
+    EXPECT_FALSE(VyxDesktopEntry().load());
 
     std::string garbage;
     for (int i = 0; i < 4096; ++i)
@@ -211,9 +210,8 @@ TEST(EntrySave, KeyOrderEmptyFieldsLinksAndFailures)
     EXPECT_FALSE(all.noDisplay());
     EXPECT_TRUE(all.hasSingleMainWindow());
     std::string text = vyxtest::readFile(world.path("min.desktop"));
-    for (const char* key : {"GenericName = \n", "TryExec = \n", "Keywords[ru] = \n", "MimeType = \n", "Version = \n"})
-        EXPECT_NE(text.find(key), std::string::npos) << key;
-    EXPECT_EQ(text.find("URL"), std::string::npos);  // only for links
+    EXPECT_HAS(text, "GenericName = \n", "TryExec = \n", "Keywords[ru] = \n", "MimeType = \n", "Version = \n");
+    EXPECT_LACKS(text, "URL");  // only for links
 
     // Replaced at once, through a link, keeping the permissions.
     std::string real = world.writeFile("real/app.desktop", "[Desktop Entry]\nName=Old\n");
@@ -233,15 +231,11 @@ TEST(EntrySave, KeyOrderEmptyFieldsLinksAndFailures)
     EXPECT_EQ(vyxtest::listDir(world.path("real")), Strings {"app.desktop"});  // no temporary left behind
 
     // Failures are reported.
-    VyxDesktopEntry unbound;
-    EXPECT_FALSE(unbound.save(kSkipEmpty));
-
+    EXPECT_FALSE(VyxDesktopEntry().save(kSkipEmpty));
     VyxDesktopEntry lost;
     lost.setFilePath(world.path("missing/dir/app.desktop"));
     lost.setName("x");
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(lost.save(kSkipEmpty));
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+    EXPECT_EQ(vyxtest::stderrOf([&] { EXPECT_FALSE(lost.save(kSkipEmpty)); }),
               "libvyxcore: VyxDesktopEntry::save() can't save file " + world.path("missing/dir/app.desktop") + "\n");
     EXPECT_TRUE(lost.isValid());  // set even after a failed save (kept)
 }
@@ -254,10 +248,9 @@ TEST(EntryFields, EachFieldOnItsOwnAndMergedOverAnother)
 {
     ScopedEnv language("LANGUAGE", "de");
     TempHome world;
-    using Set = void (*)(VyxDesktopEntry&);
     struct Field {
         const char* line;  // what the saved file holds
-        Set set;
+        void (*set)(VyxDesktopEntry&);
         bool clearedByReload;
     };
     // One row a field.

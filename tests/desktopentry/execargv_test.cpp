@@ -8,6 +8,7 @@
 // command line.
 
 #include "support/temp_home.h"
+#include "support/text_checks.h"
 
 #include <vyxdesktopentry.h>
 #include <vyxstrings.h>
@@ -108,16 +109,9 @@ TEST(ExecArgv, QuotingEscapesFieldCodesAndRefusals)
     }
     std::string error;
     EXPECT_TRUE(expand("prog %f", {"https://example.org/a"}, &error).empty());
-    EXPECT_NE(error.find("https://example.org/a"), std::string::npos) << error;
+    EXPECT_HAS(error, "https://example.org/a");
     EXPECT_TRUE(expand("prog %F", {"file:///a%00b"}, &error).empty());
     EXPECT_TRUE(ExecToArgVectors(nullptr, {}, nullptr, nullptr, nullptr, &error).empty());
-}
-
-ExecFormatString make(const char* format)
-{
-    ExecFormatString e;
-    e.format = format;
-    return e;
 }
 
 // One format with its inputs; toString() consumes the single file, the
@@ -148,28 +142,21 @@ TEST(Exec, FilesUrlsQuotingSeparatorsAndOtherCodes)
         {"app %u", "app \"\"/quoted\"", nullptr, nullptr, {"\"/quoted\""}},  // the leading quote is doubled (kept)
         {"viewer %U", "viewer /a /b", nullptr, nullptr, {"/a", "/b"}, {}, ' '},
         {"app %F %f", "app  /single", "/single"},  // %F leaves the single file to %f
+        {"app 100%", ""},
+        {"", ""},
+        {"app %%", "app %%"},
+        {"app %d %n %v x", "app    x"},
     };
     for (const Case& c : cases) {
-        ExecFormatString e = make(c.format);
-        e.file = c.file;
-        e.url = c.url;
-        e.files = c.files;
-        e.urls = c.urls;
-        e.separator = c.separator;
+        ExecFormatString e {c.format, c.file, c.url, nullptr, nullptr, nullptr, c.files, c.urls, c.separator};
         EXPECT_EQ(e.toString(), c.expected) << c.format;
         EXPECT_EQ(e.file, nullptr) << c.format;
         EXPECT_TRUE(e.files.empty()) << c.format;
     }
-    for (const char* format : {"app 100%", ""})
-        EXPECT_EQ(make(format).toString(), "") << format;
-    EXPECT_EQ(make("app %%").toString(), "app %%");
-    EXPECT_EQ(make("app %d %n %v x").toString(), "app    x");
     EXPECT_EQ(ExecFormatString().toString(), "");
 
-    ExecFormatString e = make("app %i %c %k");
-    e.icon = "foo";
-    e.caption = "My App";
-    e.location = "/usr/share/applications/app.desktop";
+    ExecFormatString e {
+        "app %i %c %k", nullptr, nullptr, "foo", "My App", "/usr/share/applications/app.desktop", {}, {}};
     EXPECT_EQ(e.toString(), "app --icon foo \"My App\" /usr/share/applications/app.desktop");
     EXPECT_EQ(e.icon, nullptr);
     EXPECT_EQ(e.caption, nullptr);
@@ -210,9 +197,7 @@ TEST(Launch, RealProgramReceivesEveryNameWholeInATerminalOrIsRefused)
     // Few enough to keep the command line well under the system's limit:
     // the names' variety is ExecArgv's, this is their way into a process.
     std::vector<std::string> names = hostileNames(300);
-    names.push_back("$(touch " + owned + ")");
-    names.push_back("`touch " + owned + "`");
-    names.push_back("\"; touch " + owned + "; \"");
+    names.insert(names.end(), {"$(touch " + owned + ")", "`touch " + owned + "`", "\"; touch " + owned + "; \""});
     Argv paths;
     for (const std::string& name : names)
         paths.push_back("/files/" + name);
@@ -226,18 +211,16 @@ TEST(Launch, RealProgramReceivesEveryNameWholeInATerminalOrIsRefused)
     std::vector<int> pids;
     std::string error;
     ASSERT_GT(LaunchDesktopEntry(many, paths, &error, &pids), 0) << error;
-    Commands runs = collect(base, pids);
-    ASSERT_EQ(runs.size(), 1u);
     Argv expected {world.path("tmp"), "null", VYX_ARGV_RECORDER, "--all"};
     expected.insert(expected.end(), paths.begin(), paths.end());
-    EXPECT_EQ(runs[0], expected);
+    EXPECT_EQ(collect(base, pids), Commands {expected});
     EXPECT_NE(access(owned.c_str(), F_OK), 0) << "a file name ran as a command";
 
     // One process per file, each in the entry's working directory.
     VyxDesktopEntry single(writeEntry(world, "single.desktop", "Exec=" VYX_ARGV_RECORDER " %f\n"));
     Argv three(paths.end() - 3, paths.end());
     ASSERT_GT(LaunchDesktopEntry(single, three, nullptr, &pids), 0);
-    runs = collect(base, pids);
+    Commands runs = collect(base, pids);
     ASSERT_EQ(runs.size(), 3u);
     for (size_t i = 0; i < 3; ++i)
         EXPECT_EQ(runs[i], Argv({world.path("tmp"), "null", VYX_ARGV_RECORDER, three[i]}));
@@ -250,24 +233,21 @@ TEST(Launch, RealProgramReceivesEveryNameWholeInATerminalOrIsRefused)
     // No terminal: refused, with the terminal named.
     if (access("/usr/bin/x-terminal-emulator", X_OK) != 0) {
         EXPECT_EQ(LaunchDesktopEntry(inTerminal, {"/a"}, &error), -1);
-        EXPECT_NE(error.find("x-terminal-emulator"), std::string::npos) << error;
+        EXPECT_HAS(error, "x-terminal-emulator");
     }
     ASSERT_EQ(symlink(VYX_ARGV_RECORDER, (bin + "/x-terminal-emulator").c_str()), 0);
     ASSERT_GT(LaunchDesktopEntry(inTerminal, {"/a b"}, &error, &pids), 0) << error;
-    runs = collect(base, pids);
-    ASSERT_EQ(runs.size(), 1u);
-    EXPECT_EQ(runs[0],
-              Argv({world.path("tmp"), "null", "x-terminal-emulator", "-e", VYX_ARGV_RECORDER, "file:///a%20b"}));
+    EXPECT_EQ(collect(base, pids),
+              Commands({{world.path("tmp"), "null", "x-terminal-emulator", "-e", VYX_ARGV_RECORDER, "file:///a%20b"}}));
 
-    VyxDesktopEntry missing(world.path("home/.local/share/applications/none.desktop"));
-    EXPECT_EQ(LaunchDesktopEntry(missing, {"/a"}, &error), -1);
-    EXPECT_NE(error.find("not installed"), std::string::npos) << error;
-    VyxDesktopEntry absent(writeEntry(world, "absent.desktop", "Exec=vyx-no-such-program %f\n"));
-    EXPECT_EQ(LaunchDesktopEntry(absent, {"/a"}, &error), -1);
-    EXPECT_NE(error.find("not runnable here"), std::string::npos) << error;
-    VyxDesktopEntry broken(writeEntry(world, "broken.desktop", "Exec=" VYX_ARGV_RECORDER " \"%f\n"));
-    EXPECT_EQ(LaunchDesktopEntry(broken, {"/a"}, &error), -1);
-    EXPECT_NE(error.find("invalid Exec"), std::string::npos) << error;
+    const std::pair<std::string, const char*> refused[] = {
+        {world.path("home/.local/share/applications/none.desktop"), "not installed"},
+        {writeEntry(world, "absent.desktop", "Exec=vyx-no-such-program %f\n"), "not runnable here"},
+        {writeEntry(world, "broken.desktop", "Exec=" VYX_ARGV_RECORDER " \"%f\n"), "invalid Exec"}};
+    for (const auto& [file, reason] : refused) {
+        EXPECT_EQ(LaunchDesktopEntry(VyxDesktopEntry(file), {"/a"}, &error), -1) << file;
+        EXPECT_HAS(error, reason);
+    }
 }
 
 }  // namespace

@@ -126,22 +126,21 @@ TEST(Suitable, ProgramNamesPrivilegesTerminalsAndWholeEntries)
     }
 
     // Whole entries: type, link, TryExec, origin file and edition modes.
-    Code code;
-    EXPECT_FALSE(entryFrom(world, "a.desktop", "Exec=ls\n").isSuitable(&code));
-    EXPECT_EQ(code, VyxDesktopEntry::SuitableNoType);
-    EXPECT_FALSE(entryFrom(world, "b.desktop", "Type=Link\n").isSuitable(&code));
-    EXPECT_EQ(code, VyxDesktopEntry::SuitableLinkWithoutUrl);
-    EXPECT_FALSE(entryFrom(world, "c.desktop", "Type=Application\nTryExec=/no/such\nExec=ls\n").isSuitable(&code));
-    EXPECT_EQ(code, VyxDesktopEntry::SuitableTryExecNotFound);
-    EXPECT_FALSE(entryFrom(world, "d.desktop", "Type=Application\nTryExec=nope-42\nExec=ls\n").isSuitable(&code));
-    EXPECT_EQ(code, VyxDesktopEntry::SuitableTryExecNotInPath);
     world.writeFile("home/tool", "x");
-    EXPECT_TRUE(entryFrom(world, "e.desktop", "Type=Application\nTryExec=$HOME/tool\nExec=ls\n").isSuitable(&code));
-    EXPECT_FALSE(
-        entryFrom(world, "f.desktop", "Type=Application\nExec=ls\nX-Vyx-OriginFile=/no/origin\n").isSuitable(&code));
-    EXPECT_EQ(code, VyxDesktopEntry::SuitableOriginFileMissing);
-    EXPECT_TRUE(entryFrom(world, "g.desktop", "Type=Link\nURL=https://x\n").isSuitable(&code));
-    EXPECT_EQ(code, VyxDesktopEntry::Suitable);
+    const std::pair<const char*, Code> entries[] = {
+        {"Exec=ls\n", VyxDesktopEntry::SuitableNoType},
+        {"Type=Link\n", VyxDesktopEntry::SuitableLinkWithoutUrl},
+        {"Type=Application\nTryExec=/no/such\nExec=ls\n", VyxDesktopEntry::SuitableTryExecNotFound},
+        {"Type=Application\nTryExec=nope-42\nExec=ls\n", VyxDesktopEntry::SuitableTryExecNotInPath},
+        {"Type=Application\nTryExec=$HOME/tool\nExec=ls\n", VyxDesktopEntry::Suitable},
+        {"Type=Application\nExec=ls\nX-Vyx-OriginFile=/no/origin\n", VyxDesktopEntry::SuitableOriginFileMissing},
+        {"Type=Link\nURL=https://x\n", VyxDesktopEntry::Suitable}};
+    for (const auto& [body, expected] : entries) {
+        Code code = static_cast<Code>(99);
+        EXPECT_EQ(entryFrom(world, "entry.desktop", body).isSuitable(&code), expected == VyxDesktopEntry::Suitable)
+            << body;
+        EXPECT_EQ(code, expected) << body;
+    }
 
     std::string modes = world.writeFile("h.desktop", "[Desktop Entry]\nType=Directory\nX-Vyx-OnlyShowInModes=1;2\n");
     vyxtest::ChildOptions options;

@@ -71,16 +71,13 @@ TEST(Catalogue, DirectoryOrder)
     world.makeDir("home/.local/share");
     ScopedEnv dataHome("XDG_DATA_HOME", nullptr);
     ScopedEnv dataDirs("XDG_DATA_DIRS", (world.path("usr/share") + ":/usr/share").c_str());
-    Strings dirs = GetAllAppDesktopEntrySearchPaths();
-    Strings expected = {world.home() + "/.local/share/applications",
-                        world.home() + "/.local/share/snapd/desktop/applications",
-                        world.home() + "/.local/share/flatpak/exports/share/applications",
-                        world.path("usr/share/applications"),
-                        "/usr/share/applications",
-                        "/usr/local/share/applications",
-                        "/var/lib/snapd/desktop/applications",
-                        "/var/lib/flatpak/exports/share/applications"};
-    EXPECT_EQ(dirs, expected);
+    EXPECT_EQ(
+        GetAllAppDesktopEntrySearchPaths(),
+        (Strings {world.home() + "/.local/share/applications",
+                  world.home() + "/.local/share/snapd/desktop/applications",
+                  world.home() + "/.local/share/flatpak/exports/share/applications",
+                  world.path("usr/share/applications"), "/usr/share/applications", "/usr/local/share/applications",
+                  "/var/lib/snapd/desktop/applications", "/var/lib/flatpak/exports/share/applications"}));
 }
 
 TEST(Catalogue, SystemDataHomeAddsNoUserDirectory)
@@ -272,11 +269,10 @@ TEST(DefaultAppsCache, PlaceOfTheFileAndCachesPlantedByAnotherUser)
     TempHome world;
     std::string shared = world.makeDir("shared", 01777), foreign = world.makeDir("foreign", 0700);
     ASSERT_EQ(chown(foreign.c_str(), 65534, 65534), 0);
-    std::string cacheFile = "/c/vyx/.vyx-mime-desktop.tbl";
     // The world's own runtime directory is where every other case finds the file.
     for (const std::string& runtime :
          {shared, foreign, std::string("relative/run"), world.path("missing"), world.writeFile("file", "")})
-        EXPECT_EQ(Vyx::detail::chooseMimeCachePath(runtime, "/c", "/h"), cacheFile) << runtime;
+        EXPECT_EQ(Vyx::detail::chooseMimeCachePath(runtime, "/c", "/h"), "/c/vyx/.vyx-mime-desktop.tbl") << runtime;
     EXPECT_EQ(Vyx::detail::chooseMimeCachePath("", "relative", "/h"), "/h/.cache/vyx/.vyx-mime-desktop.tbl");
     EXPECT_EQ(Vyx::detail::chooseMimeCachePath("", "", ""), "");
 
@@ -346,21 +342,20 @@ TEST(DefaultAppsCache, UntrustedFilesAreIgnored)
         // The planted text over the file just made, then what the case changes.
         world.writeFile("run/.vyx-mime-desktop.tbl",
                         name == "truncated" ? planted.substr(0, planted.size() - 3) : planted);
-        if (name == "foreign owner") {
-            ASSERT_EQ(chown(cache.c_str(), 65534, 65534), 0);
-        }
-        if (name == "world-writable")
-            chmod(cache.c_str(), 0666);
         if (name == "link to another user's file" || name == "directory" || name == "fifo")
             std::remove(cache.c_str());
-        if (name == "link to another user's file") {
-            ASSERT_EQ(symlink(other.c_str(), cache.c_str()), 0);
-        }
+        int changed = 0;
+        if (name == "foreign owner")
+            changed = chown(cache.c_str(), 65534, 65534);
+        if (name == "world-writable")
+            changed = chmod(cache.c_str(), 0666);
+        if (name == "link to another user's file")
+            changed = symlink(other.c_str(), cache.c_str());
         if (name == "directory")
-            world.makeDir("run/.vyx-mime-desktop.tbl");
-        if (name == "fifo") {
-            ASSERT_EQ(mkfifo(cache.c_str(), 0600), 0);
-        }
+            changed = mkdir(cache.c_str(), 0755);
+        if (name == "fifo")
+            changed = mkfifo(cache.c_str(), 0600);
+        ASSERT_EQ(changed, 0);
         ScopedEnv dataHome("XDG_DATA_HOME", name == "other directory list" ? world.path("elsewhere").c_str()
                                                                            : (world.home() + "/.local/share").c_str());
         VYX_EXPECT_CHILD(vyxtest::runInChild(vyxtest::withoutSystemApps(world), [&] {

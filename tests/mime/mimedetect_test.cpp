@@ -17,7 +17,6 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <cstring>
 #include <fnmatch.h>
 #include <fstream>
 #include <set>
@@ -26,7 +25,6 @@
 
 namespace {
 
-using vyxtest::ScopedEnv;
 using vyxtest::TempHome;
 
 std::string magicLine(int indent, int offset, const std::string& value, const std::string& extra = "")
@@ -96,13 +94,12 @@ TEST_F(OwnDatabase, NamesByKindWeightAndLengthAndMagic)
     EXPECT_EQ(priority, 80);
     EXPECT_STREQ(xdg_mime_get_mime_type_for_data("NESTNO..", 8, &priority), "text/plain");  // child fails
     EXPECT_EQ(priority, 0);
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("......ZZ", 8, nullptr), "application/x-ranged");
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_data(".......ZZ", 9, nullptr),
-                 "application/x-ranged");  // offset 7: in range
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("........ZZ", 10, nullptr), "text/plain");  // offset 8: out
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("\xF7\x01", 2, nullptr), "application/x-masked");
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("\x01\x02", 2, nullptr), xdg_mime_type_unknown);
-    EXPECT_STREQ(xdg_mime_get_mime_type_for_data("", 0, nullptr), xdg_mime_type_empty);
+    // The range takes offsets 0 to 7.
+    const std::pair<std::string, const char*> contents[] = {
+        {"......ZZ", "application/x-ranged"}, {".......ZZ", "application/x-ranged"}, {"........ZZ", "text/plain"},
+        {"\xF7\x01", "application/x-masked"}, {"\x01\x02", xdg_mime_type_unknown},   {"", xdg_mime_type_empty}};
+    for (const auto& [data, type] : contents)
+        EXPECT_STREQ(xdg_mime_get_mime_type_for_data(data.data(), data.size(), nullptr), type) << data;
     EXPECT_EQ(xdg_mime_get_max_buffer_extents(), 10);  // 0 + 8 + 2
 }
 

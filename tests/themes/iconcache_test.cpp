@@ -10,6 +10,7 @@
 #include "core/spawn_p.h"
 #include "support/files.h"
 #include "support/temp_home.h"
+#include "support/text_checks.h"
 
 #include <vyxicontheme.h>
 
@@ -111,11 +112,9 @@ TEST_F(SmallTheme, RefusesACacheOlderThanItsDirectories)
 
     world.writeFile("usr/share/icons/own/icon-theme.cache", cache);
     ASSERT_TRUE(setMtime(cachePath, kThen + 10) && setMtime(theme + "/48x48/apps", kThen + 20));
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(VyxIconCacheGtkReader(theme).isValid());
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "libvyxcore: theme subdir " + theme +
-                                                          "/48x48/apps is newer than cache " + cachePath +
-                                                          ", 1600000010 < 1600000020\n");
+    EXPECT_EQ(vyxtest::stderrOf([&] { EXPECT_FALSE(VyxIconCacheGtkReader(theme).isValid()); }),
+              "libvyxcore: theme subdir " + theme + "/48x48/apps is newer than cache " + cachePath +
+                  ", 1600000010 < 1600000020\n");
 
     vyxtest::removeTree(theme + "/scalable/apps");
     auto reader = open(cache, &messages);
@@ -126,9 +125,8 @@ TEST_F(SmallTheme, RefusesACacheOlderThanItsDirectories)
     EXPECT_TRUE(found.empty());
 
     vyxtest::removeTree(cachePath);
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(VyxIconCacheGtkReader(theme).isValid());
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "libvyxcore: no cache file " + cachePath + "\n");
+    EXPECT_EQ(vyxtest::stderrOf([&] { EXPECT_FALSE(VyxIconCacheGtkReader(theme).isValid()); }),
+              "libvyxcore: no cache file " + cachePath + "\n");
 }
 
 TEST_F(SmallTheme, DamagedCachesGiveDefinedAnswers)
@@ -148,7 +146,6 @@ TEST_F(SmallTheme, DamagedCachesGiveDefinedAnswers)
         std::string lookupMessage = {};  // printed by the first lookup only
         Strings found = {};
     };
-    // One row a damage.
     // clang-format off
     const Damage cases[] = {
         {"none", [](std::string&) {}, "", "a", "", Strings {"16x16/apps", "48x48/apps", "scalable/apps"}},
@@ -216,9 +213,7 @@ TEST_F(SmallTheme, ThemeStopsBelievingACacheDamagedAtOneName)
     EXPECT_EQ(own.getIconPath("n2", 22, nullptr), theme + "/22x22/apps/n2.png");
     EXPECT_FALSE(own.hasValidCache());
     EXPECT_EQ(own.getIconPath("unlisted", 22, nullptr), theme + "/22x22/apps/unlisted.png");
-    messages = testing::internal::GetCapturedStderr();
-    EXPECT_NE(messages.find("libvyxcore: invalid read cache of " + theme + ", empty=1\n"), std::string::npos)
-        << messages;
+    EXPECT_HAS(testing::internal::GetCapturedStderr(), "libvyxcore: invalid read cache of " + theme + ", empty=1\n");
 }
 
 }  // namespace

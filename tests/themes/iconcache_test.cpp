@@ -64,8 +64,7 @@ protected:
         // Enough names that buckets hold chains of several entries.
         for (int i = 0; i < 60; ++i)
             world.writeFile("usr/share/icons/own/22x22/apps/n" + std::to_string(i) + ".png", "x");
-        Vyx::detail::ProgramResult run =
-            Vyx::detail::runProgram({kGenerator, "--force", "--ignore-theme-index", "--quiet", theme}, 4096);
+        auto run = Vyx::detail::runProgram({kGenerator, "--force", "--ignore-theme-index", "--quiet", theme}, 4096);
         ASSERT_TRUE(run.started) << kGenerator << " is missing (scripts/setup.sh installs it)";
         ASSERT_EQ(run.exitStatus, 0);
         cachePath = theme + "/icon-theme.cache";
@@ -82,9 +81,8 @@ protected:
         for (const std::string& dir : listedDirs(cache))
             EXPECT_TRUE(access((theme + "/" + dir).c_str(), F_OK) != 0 || setMtime(theme + "/" + dir, dirTime));
         EXPECT_TRUE(setMtime(theme, dirTime) && setMtime(cachePath, cacheTime));
-        testing::internal::CaptureStderr();
-        auto reader = std::make_unique<VyxIconCacheGtkReader>(theme);
-        *messages = testing::internal::GetCapturedStderr();
+        std::unique_ptr<VyxIconCacheGtkReader> reader;
+        *messages = vyxtest::stderrOf([&] { reader = std::make_unique<VyxIconCacheGtkReader>(theme); });
         return reader;
     }
 

@@ -173,8 +173,7 @@ TEST(ToolApps, ListsDefaultsAssignmentsAndTheirSources)
     EXPECT_HAS(out({"mimeapps"}), list);
 
     // An application is named alike by id, file name or path, in every command.
-    for (const std::string& name :
-         {std::string("hidden"), std::string("hidden.desktop"), world.path("usr/share/applications/hidden.desktop")})
+    for (const auto& name : Args {"hidden", "hidden.desktop", world.path("usr/share/applications/hidden.desktop")})
         EXPECT_HAS(out({"why", name}), "DisplayableNoDisplay");
     EXPECT_EQ(out({"exec", "shown"}), "true\n");
     EXPECT_HAS(out({"entry", "shown", "--json"}), "\"name\": \"Shown App\"");

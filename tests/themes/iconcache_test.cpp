@@ -57,7 +57,6 @@ class SmallTheme : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        theme = world.makeDir("usr/share/icons/own");
         for (const char* file :
              {"16x16/apps/a.png", "48x48/apps/a.svg", "48x48/apps/b.xpm", "scalable/apps/a.svg", "scalable/apps/c.png"})
             world.writeFile(std::string("usr/share/icons/own/") + file, "x");
@@ -67,7 +66,6 @@ protected:
         auto run = Vyx::detail::runProgram({kGenerator, "--force", "--ignore-theme-index", "--quiet", theme}, 4096);
         ASSERT_TRUE(run.started) << kGenerator << " is missing (scripts/setup.sh installs it)";
         ASSERT_EQ(run.exitStatus, 0);
-        cachePath = theme + "/icon-theme.cache";
         cache = vyxtest::readFile(cachePath);
         ASSERT_EQ(listedDirs(cache).size(), 4u);
     }
@@ -96,7 +94,8 @@ protected:
     }
 
     TempHome world;
-    std::string theme, cachePath, cache;
+    const std::string theme = world.makeDir("usr/share/icons/own"), cachePath = theme + "/icon-theme.cache";
+    std::string cache;
 };
 
 TEST_F(SmallTheme, RefusesACacheOlderThanItsDirectories)

@@ -23,11 +23,8 @@ using vyxtest::TempHome;
 
 class MimeIcons : public ::testing::Test {
 protected:
-    MimeIcons() : dataDirs("XDG_DATA_DIRS", (world.path("usr/share") + ":/usr/share").c_str()) { }
-
     void SetUp() override
     {
-        own = world.path("usr/share/icons/own");
         std::string index = "[Icon Theme]\nName=Own\nInherits=hicolor\nDirectories=";
         std::string sections;
         for (const char* context : {"apps:Applications", "mimetypes:MimeTypes", "actions:Actions", "places:Places",
@@ -59,8 +56,8 @@ protected:
     std::string icon(const std::string& relative) const { return own + "/48x48/" + relative; }
 
     TempHome world;
-    ScopedEnv dataDirs;
-    std::string own;
+    ScopedEnv dataDirs {"XDG_DATA_DIRS", (world.path("usr/share") + ":/usr/share").c_str()};
+    const std::string own = world.path("usr/share/icons/own");
 };
 
 TEST_F(MimeIcons, TypesShowTheirApplicationThenTheDatabaseNames)

@@ -395,8 +395,7 @@ TEST_P(ConfigFileInPlace, IsReadAsMissingAtOnce)
     for (const char* dir : {"home/.local/share/mime", "home/.icons/own", "home/.local/share/sounds/own"})
         world.makeDir(dir);
     const ConfigReader& reader = GetParam();
-    const std::string path = world.path(reader.file);
-    world.makeDir(reader.file);
+    const std::string path = world.makeDir(reader.file);
     rmdir(path.c_str());
     for (Args args : reader.commands) {
         for (std::string& arg : args)

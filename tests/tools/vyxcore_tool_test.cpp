@@ -61,24 +61,6 @@ TEST(ToolDirs, ListsAnswersOneAndRefusesBadNames)
     EXPECT_EQ(out({"dirs", "VyxHomeDir"}, 1), "") << "an empty path is nothing found";
 }
 
-// Bad usage is status 2 in every command, before anything is looked at.
-TEST(ToolConventions, BadUsageIsStatusTwo)
-{
-    TempHome world;
-    // Command lines ended by ";", split at blanks; ENTRY stands for a desktop file.
-    std::istringstream lines("nonsense;dirs NoSuchDir;dirs 30;dirs --frobnicate;dirs a b;session extra;which;"
-                             "entry ENTRY --set novalue;exec ENTRY --file;mimetype nonsense;icon thing --size big;"
-                             "icon-for vyx-fm:Home --size 0;trash put;trash shred;autostart clock --enable --disable;"
-                             "position notes.txt ten 20;sound;keysym no_such_keysym;keysym 0x-1;menu extra;");
-    for (std::string line; std::getline(lines, line, ';');) {
-        Args bad;
-        std::istringstream words(line);
-        for (std::string word; words >> word;)
-            bad.push_back(word == "ENTRY" ? dataFile("browser.desktop") : word);
-        EXPECT_EQ(ran(bad, 2).out, "");
-    }
-}
-
 TEST(ToolSession, ReportsKindSuffixAndDisplayProblems)
 {
     TempHome world;
@@ -430,9 +412,23 @@ INSTANTIATE_TEST_SUITE_P(EveryReader, ConfigFileInPlace, ::testing::ValuesIn(kCo
                          [](const ::testing::TestParamInfo<ConfigReader>& info) { return info.param.name; });
 
 // The promises every command keeps, whatever it does.
-TEST(ToolConventions, VersionAndTheEndOfOptions)
+TEST(ToolConventions, BadUsageVersionAndTheEndOfOptions)
 {
     TempHome world;
+    // Bad usage is status 2 in every command, before anything is looked at.
+    // Command lines ended by ";", split at blanks; ENTRY stands for a desktop file.
+    std::istringstream lines("nonsense;dirs NoSuchDir;dirs 30;dirs --frobnicate;dirs a b;session extra;which;"
+                             "entry ENTRY --set novalue;exec ENTRY --file;mimetype nonsense;icon thing --size big;"
+                             "icon-for vyx-fm:Home --size 0;trash put;trash shred;autostart clock --enable --disable;"
+                             "position notes.txt ten 20;sound;keysym no_such_keysym;keysym 0x-1;menu extra;");
+    for (std::string line; std::getline(lines, line, ';');) {
+        Args bad;
+        std::istringstream words(line);
+        for (std::string word; words >> word;)
+            bad.push_back(word == "ENTRY" ? dataFile("browser.desktop") : word);
+        EXPECT_EQ(ran(bad, 2).out, "");
+    }
+
     const std::string version = out({"--version"});
     EXPECT_EQ(version, std::string("vyxcore ") + VYXCORE_VERSION + "\n");
     EXPECT_EQ(out({"version"}), version);

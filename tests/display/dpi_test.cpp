@@ -20,7 +20,6 @@
 #include <gtest/gtest.h>
 
 #include <climits>
-#include <cstdlib>
 #include <map>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -118,10 +117,9 @@ TEST(RandrDpi, PhysicalSizeSnapAndTurnedCrtcs)
     ScriptedServer server;  // the log keeps the panel's size, and each DPI before snapping in brackets
     server.monitor(490, 300, 1080, 1920, 2);
     double y = 0;
-    CaptureStderr();
-    ASSERT_TRUE(Vyx::detail::rrPrimaryDPI(server, kRoot, nullptr, &y));
-    EXPECT_EQ(GetCapturedStderr(), "libvyxcore GetRRPrimaryDPI(): mm_width=490 mm_height=300, rotation=2 main crtc: "
-                                   "0 0 1080 1920, dpix=0.000000(0.000000) dpiy=96.000000(99.526531)\n");
+    EXPECT_EQ(vyxtest::stderrOf([&] { ASSERT_TRUE(Vyx::detail::rrPrimaryDPI(server, kRoot, nullptr, &y)); }),
+              "libvyxcore GetRRPrimaryDPI(): mm_width=490 mm_height=300, rotation=2 main crtc: "
+              "0 0 1080 1920, dpix=0.000000(0.000000) dpiy=96.000000(99.526531)\n");
 
     // Failures name the output and the reason, and leave the answer as it was.
     server.monitor(0, 200, 1000, 2000);
@@ -256,7 +254,7 @@ TEST_F(DpiOnXvfb, FindDpiGoesPastTheScreenSizeOnlyAtNinetySix)
     XSync(display(), False);
     CaptureStderr();
     EXPECT_NEAR(FindDPI(freshConnection(), 0, root()), 1024 * 25.4 / 270, 1e-9);  // Xft's, from the height
-    EXPECT_NE(GetCapturedStderr().find("GetRRPrimaryDPI(): screen no size in mm"), std::string::npos);
+    EXPECT_HAS(GetCapturedStderr(), "GetRRPrimaryDPI(): screen no size in mm");
 
     ASSERT_TRUE(setXrdbParameterInFile(m_world.path("xres").c_str(), "Xft.dpi", ": ", "120.0", ApplyByXrdb(true)));
     Display* tuned = freshConnection();
@@ -305,9 +303,8 @@ TEST(DpiWithoutRandr, ScreenSizeStillAnswers)
     ASSERT_TRUE(server.start(&error, false)) << error;
     Display* dpy = XOpenDisplay(server.displayName().c_str());
     ASSERT_NE(dpy, nullptr);
-    CaptureStderr();
-    EXPECT_FALSE(GetRRPrimaryDPI(dpy, DefaultRootWindow(dpy), nullptr, nullptr));
-    EXPECT_EQ(GetCapturedStderr(), "libvyxcore SetRRPrimary(): No RANDR support!");
+    EXPECT_EQ(vyxtest::stderrOf([&] { EXPECT_FALSE(GetRRPrimaryDPI(dpy, DefaultRootWindow(dpy), nullptr, nullptr)); }),
+              "libvyxcore SetRRPrimary(): No RANDR support!");
     EXPECT_NEAR(FindDPI(dpy, 0, DefaultRootWindow(dpy)), 1280 / (325 / 25.4), 1e-9);
     XCloseDisplay(dpy);
 }

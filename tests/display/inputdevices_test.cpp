@@ -57,12 +57,9 @@ TEST(InputDevices, TouchClassesThenNamesAndPenAxes)
     Kinds kinds;
     for (const VyxInputDevice& device : found)
         kinds.emplace_back(device.id, device.kind);
-    ASSERT_EQ(kinds, (Kinds {{9, TouchscreenDevice},
-                             {10, TouchpadDevice},
-                             {11, TouchpadDevice},
-                             {12, TabletDevice},
-                             {13, TabletDevice},
-                             {17, TabletDevice}}));
+    const Kinds expected = {{9, TouchscreenDevice}, {10, TouchpadDevice}, {11, TouchpadDevice},
+                            {12, TabletDevice},     {13, TabletDevice},   {17, TabletDevice}};
+    ASSERT_EQ(kinds, expected);
     EXPECT_EQ(found[0].name, "ELAN Touchscreen");
 
     server.answers = false;

@@ -10,6 +10,7 @@
 #include "core/spawn_p.h"
 #include "support/files.h"
 #include "support/temp_home.h"
+#include "support/text_checks.h"
 
 #include <vyxicontheme.h>
 
@@ -56,18 +57,15 @@ class SmallTheme : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        theme = world.makeDir("usr/share/icons/own");
         for (const char* file :
              {"16x16/apps/a.png", "48x48/apps/a.svg", "48x48/apps/b.xpm", "scalable/apps/a.svg", "scalable/apps/c.png"})
             world.writeFile(std::string("usr/share/icons/own/") + file, "x");
         // Enough names that buckets hold chains of several entries.
         for (int i = 0; i < 60; ++i)
             world.writeFile("usr/share/icons/own/22x22/apps/n" + std::to_string(i) + ".png", "x");
-        Vyx::detail::ProgramResult run =
-            Vyx::detail::runProgram({kGenerator, "--force", "--ignore-theme-index", "--quiet", theme}, 4096);
+        auto run = Vyx::detail::runProgram({kGenerator, "--force", "--ignore-theme-index", "--quiet", theme}, 4096);
         ASSERT_TRUE(run.started) << kGenerator << " is missing (scripts/setup.sh installs it)";
         ASSERT_EQ(run.exitStatus, 0);
-        cachePath = theme + "/icon-theme.cache";
         cache = vyxtest::readFile(cachePath);
         ASSERT_EQ(listedDirs(cache).size(), 4u);
     }
@@ -81,9 +79,8 @@ protected:
         for (const std::string& dir : listedDirs(cache))
             EXPECT_TRUE(access((theme + "/" + dir).c_str(), F_OK) != 0 || setMtime(theme + "/" + dir, dirTime));
         EXPECT_TRUE(setMtime(theme, dirTime) && setMtime(cachePath, cacheTime));
-        testing::internal::CaptureStderr();
-        auto reader = std::make_unique<VyxIconCacheGtkReader>(theme);
-        *messages = testing::internal::GetCapturedStderr();
+        std::unique_ptr<VyxIconCacheGtkReader> reader;
+        *messages = vyxtest::stderrOf([&] { reader = std::make_unique<VyxIconCacheGtkReader>(theme); });
         return reader;
     }
 
@@ -97,7 +94,8 @@ protected:
     }
 
     TempHome world;
-    std::string theme, cachePath, cache;
+    const std::string theme = world.makeDir("usr/share/icons/own"), cachePath = theme + "/icon-theme.cache";
+    std::string cache;
 };
 
 TEST_F(SmallTheme, RefusesACacheOlderThanItsDirectories)
@@ -111,11 +109,9 @@ TEST_F(SmallTheme, RefusesACacheOlderThanItsDirectories)
 
     world.writeFile("usr/share/icons/own/icon-theme.cache", cache);
     ASSERT_TRUE(setMtime(cachePath, kThen + 10) && setMtime(theme + "/48x48/apps", kThen + 20));
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(VyxIconCacheGtkReader(theme).isValid());
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "libvyxcore: theme subdir " + theme +
-                                                          "/48x48/apps is newer than cache " + cachePath +
-                                                          ", 1600000010 < 1600000020\n");
+    EXPECT_EQ(vyxtest::stderrOf([&] { EXPECT_FALSE(VyxIconCacheGtkReader(theme).isValid()); }),
+              "libvyxcore: theme subdir " + theme + "/48x48/apps is newer than cache " + cachePath +
+                  ", 1600000010 < 1600000020\n");
 
     vyxtest::removeTree(theme + "/scalable/apps");
     auto reader = open(cache, &messages);
@@ -126,9 +122,8 @@ TEST_F(SmallTheme, RefusesACacheOlderThanItsDirectories)
     EXPECT_TRUE(found.empty());
 
     vyxtest::removeTree(cachePath);
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(VyxIconCacheGtkReader(theme).isValid());
-    EXPECT_EQ(testing::internal::GetCapturedStderr(), "libvyxcore: no cache file " + cachePath + "\n");
+    EXPECT_EQ(vyxtest::stderrOf([&] { EXPECT_FALSE(VyxIconCacheGtkReader(theme).isValid()); }),
+              "libvyxcore: no cache file " + cachePath + "\n");
 }
 
 TEST_F(SmallTheme, DamagedCachesGiveDefinedAnswers)
@@ -148,7 +143,6 @@ TEST_F(SmallTheme, DamagedCachesGiveDefinedAnswers)
         std::string lookupMessage = {};  // printed by the first lookup only
         Strings found = {};
     };
-    // One row a damage.
     // clang-format off
     const Damage cases[] = {
         {"none", [](std::string&) {}, "", "a", "", Strings {"16x16/apps", "48x48/apps", "scalable/apps"}},
@@ -216,9 +210,7 @@ TEST_F(SmallTheme, ThemeStopsBelievingACacheDamagedAtOneName)
     EXPECT_EQ(own.getIconPath("n2", 22, nullptr), theme + "/22x22/apps/n2.png");
     EXPECT_FALSE(own.hasValidCache());
     EXPECT_EQ(own.getIconPath("unlisted", 22, nullptr), theme + "/22x22/apps/unlisted.png");
-    messages = testing::internal::GetCapturedStderr();
-    EXPECT_NE(messages.find("libvyxcore: invalid read cache of " + theme + ", empty=1\n"), std::string::npos)
-        << messages;
+    EXPECT_HAS(testing::internal::GetCapturedStderr(), "libvyxcore: invalid read cache of " + theme + ", empty=1\n");
 }
 
 }  // namespace

@@ -142,7 +142,6 @@ protected:
     void SetUp() override
     {
         world.writeFile("usr/share/icons/hicolor/index.theme", "[Icon Theme]\nName=Hicolor\nDirectories=\n");
-        own = world.path("usr/share/icons/own");
         install({"48x48/apps/both.png", "48x48/apps/both.svg", "48x48/apps/only-svg.svg", "48x48/apps/abc",
                  "48x48/apps/photo.jpg", "48x48/actions/edit.png", "scalable/apps/big.svg", "48x48/apps/a.b.png"});
     }
@@ -171,7 +170,7 @@ protected:
     }
 
     TempHome world;
-    std::string own;
+    const std::string own = world.path("usr/share/icons/own");
     const time_t aged = time(nullptr) - 3600;
     ListingSettings restore;
 };

@@ -10,6 +10,7 @@
 
 #include "support/child_process.h"
 #include "support/temp_home.h"
+#include "support/text_checks.h"
 
 #include <vyxicontheme.h>
 
@@ -161,8 +162,7 @@ TEST_F(Themes, SwitchesTurnStagesOff)
                             {"48x48/actions/edit.png"});
     testing::internal::CaptureStderr();
     VyxIconTheme theme("own", "", true);
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("VYX_ICON_THEME_CACHE_SIZE=Max, cache size = 5000\n"),
-              std::string::npos);
+    EXPECT_HAS(testing::internal::GetCapturedStderr(), "VYX_ICON_THEME_CACHE_SIZE=Max, cache size = 5000\n");
     EXPECT_EQ(theme.getIconPath("edit-paste", 48, "Actions"), "");
     EXPECT_EQ(theme.getIconPath("edit", 0, nullptr), "");
     EXPECT_EQ(theme.getIconPath("both", 48, nullptr), world.path("usr/share/icons/hicolor/48x48/apps/both.png"));
@@ -193,8 +193,7 @@ TEST(CurrentThemes, SettingsFileAndTrayColours)
 TEST(CurrentThemes, ThreadsAskingWhileTheNameChanges)
 {
     TempHome world;
-    const std::string settings = world.path("home/.vyx/theme/current.themerc");
-    world.writeFile("home/.vyx/theme/current.themerc", "[Variables]\nIconTheme=first\n");
+    const std::string settings = world.writeFile("home/.vyx/theme/current.themerc", "[Variables]\nIconTheme=first\n");
     std::vector<std::thread> threads;
     std::vector<int> wrong(3, 0);
     for (int t = 0; t < 3; ++t) {
@@ -250,13 +249,11 @@ TEST(IconSizes, StepsAndTheirBounds)
 TEST(CursorThemes, SourcesInTheirOrderAndTheInstalledOnes)
 {
     TempHome world;
-    const std::string etc = world.makeDir("fake-etc-xresources");
-    const std::string icons = world.makeDir("fake-default-icons");
-    const std::string alternatives = world.makeDir("fake-alternatives");
-    symlink("/usr/share/icons/FromAlternatives/cursor.theme", (alternatives + "/x-cursor-theme").c_str());
     vyxtest::ChildOptions options;
-    options.mounts = {Mount::bind(etc, "/etc/X11/Xresources"), Mount::bind(icons, "/usr/share/icons/default"),
-                      Mount::bind(alternatives, "/etc/alternatives")};
+    options.mounts = {Mount::bind(world.makeDir("fake-etc-xresources"), "/etc/X11/Xresources"),
+                      Mount::bind(world.makeDir("fake-default-icons"), "/usr/share/icons/default"),
+                      Mount::bind(world.makeDir("fake-alternatives"), "/etc/alternatives")};
+    symlink("/usr/share/icons/FromAlternatives/cursor.theme", world.path("fake-alternatives/x-cursor-theme").c_str());
     VYX_EXPECT_CHILD(vyxtest::runInChild(options, [&] {
         ScopedEnv noTheme("XCURSOR_THEME", nullptr);
         EXPECT_EQ(VyxIconTheme::getCurrentCursorThemeName(nullptr), "FromAlternatives");
@@ -278,9 +275,8 @@ TEST(CursorThemes, SourcesInTheirOrderAndTheInstalledOnes)
         // Setting it rewrites the user's line and keeps the other resources.
         EXPECT_TRUE(VyxIconTheme::setCurrentCursorThemeName("Chosen"));
         EXPECT_EQ(VyxIconTheme::getCurrentCursorThemeName(nullptr), "Chosen");
-        const std::string text = vyxtest::readFile(world.home() + "/.Xresources");
-        EXPECT_NE(text.find("*background: grey"), std::string::npos) << text;
-        EXPECT_EQ(text.find("FromUser"), std::string::npos) << text;
+        EXPECT_HAS(vyxtest::readFile(world.home() + "/.Xresources"), "*background: grey");
+        EXPECT_LACKS(vyxtest::readFile(world.home() + "/.Xresources"), "FromUser");
         EXPECT_FALSE(VyxIconTheme::setCurrentCursorThemeName("two\nlines"));
         EXPECT_FALSE(VyxIconTheme::setCurrentCursorThemeName(""));
     }));

@@ -23,11 +23,8 @@ using vyxtest::TempHome;
 
 class MimeIcons : public ::testing::Test {
 protected:
-    MimeIcons() : dataDirs("XDG_DATA_DIRS", (world.path("usr/share") + ":/usr/share").c_str()) { }
-
     void SetUp() override
     {
-        own = world.path("usr/share/icons/own");
         std::string index = "[Icon Theme]\nName=Own\nInherits=hicolor\nDirectories=";
         std::string sections;
         for (const char* context : {"apps:Applications", "mimetypes:MimeTypes", "actions:Actions", "places:Places",
@@ -59,8 +56,8 @@ protected:
     std::string icon(const std::string& relative) const { return own + "/48x48/" + relative; }
 
     TempHome world;
-    ScopedEnv dataDirs;
-    std::string own;
+    ScopedEnv dataDirs {"XDG_DATA_DIRS", (world.path("usr/share") + ":/usr/share").c_str()};
+    const std::string own = world.path("usr/share/icons/own");
 };
 
 TEST_F(MimeIcons, TypesShowTheirApplicationThenTheDatabaseNames)
@@ -89,25 +86,21 @@ TEST_F(MimeIcons, NamesAreTriedInTheContextsTheirSpellingSuggests)
     ScopedEnv contextOnly("VYX_ICON_SEARCH_WITH_CONTEXT_ONLY", "1");
     VyxIconTheme theme("own", "", true);
     std::string context = "stale";
-    EXPECT_EQ(theme.getIconContextAndPath("edit-thing", 48, &context), icon("actions/edit-thing.png"));
-    EXPECT_EQ(context, "Actions");
+    auto expectIcon = [&](const std::string& name, const std::string& file, const char* wantContext) {
+        EXPECT_EQ(theme.getIconContextAndPath(name.c_str(), 48, &context), file) << name;
+        EXPECT_EQ(context, wantContext) << name;
+    };
+    expectIcon("edit-thing", icon("actions/edit-thing.png"), "Actions");
     // user-: Places, FileSystems, then Status.
-    EXPECT_EQ(theme.getIconContextAndPath("user-away", 48, &context), icon("status/user-away.png"));
-    EXPECT_EQ(context, "Status");
+    expectIcon("user-away", icon("status/user-away.png"), "Status");
     // A name no group claims is tried in every context, in order.
-    EXPECT_EQ(theme.getIconContextAndPath("computer", 48, &context), icon("devices/computer.png"));
-    EXPECT_EQ(context, "Devices");
+    expectIcon("computer", icon("devices/computer.png"), "Devices");
     // Found only among the system's pixmaps (debconf installs this one): kept
     // while every context is tried, then given without a context.
-    if (access("/usr/share/pixmaps/debian-logo.png", F_OK) == 0) {
-        EXPECT_EQ(theme.getIconContextAndPath("debian-logo", 48, &context), "/usr/share/pixmaps/debian-logo.png");
-        EXPECT_EQ(context, "");
-    }
-    EXPECT_EQ(theme.getIconContextAndPath("no-such-icon-anywhere", 48, &context), "");
-    EXPECT_EQ(context, "");
-    EXPECT_EQ(theme.getIconContextAndPath((own + "/48x48/places/folder.png").c_str(), 48, &context),
-              icon("places/folder.png"));
-    EXPECT_EQ(context, "Places");
+    if (access("/usr/share/pixmaps/debian-logo.png", F_OK) == 0)
+        expectIcon("debian-logo", "/usr/share/pixmaps/debian-logo.png", "");
+    expectIcon("no-such-icon-anywhere", "", "");
+    expectIcon(own + "/48x48/places/folder.png", icon("places/folder.png"), "Places");
     EXPECT_EQ(theme.getIconContextAndPath(nullptr, 48, &context), "");
 }
 
@@ -135,18 +128,15 @@ TEST_F(MimeIcons, PathsLocationsAndUrlsHereAndInAnInstalledTheme)
     for (const std::string& url : {text, "file://" + text, std::string("~/notes.txt")})
         expectIcon(url, icon("apps/viewer-icon.png"), "MimeTypes", "viewer-icon");
 
-    std::string launcher =
-        world.writeFile("home/run.desktop", "[Desktop Entry]\nType=Application\nName=R\nIcon=edit-thing\n");
-    expectIcon(launcher, icon("actions/edit-thing.png"), "Actions", "edit-thing");
-    std::string broken =
-        world.writeFile("home/lost.desktop", "[Desktop Entry]\nType=Application\nName=L\nIcon=no-such\n");
-    expectIcon(broken, icon("actions/system-run.png"), "Actions", "system-run");
-    std::string bare = world.writeFile("home/bare.desktop", "[Desktop Entry]\nType=Application\nName=B\n");
-    expectIcon(bare, icon("actions/system-run.png"), "Actions", "system-run");
+    expectIcon(world.writeFile("home/run.desktop", "[Desktop Entry]\nType=Application\nName=R\nIcon=edit-thing\n"),
+               icon("actions/edit-thing.png"), "Actions", "edit-thing");
+    expectIcon(world.writeFile("home/lost.desktop", "[Desktop Entry]\nType=Application\nName=L\nIcon=no-such\n"),
+               icon("actions/system-run.png"), "Actions", "system-run");
+    expectIcon(world.writeFile("home/bare.desktop", "[Desktop Entry]\nType=Application\nName=B\n"),
+               icon("actions/system-run.png"), "Actions", "system-run");
 
-    std::string red = world.makeDir("home/red");
     world.writeFile("home/red/.directory", "[Desktop Entry]\nIcon=folder-red\n");
-    expectIcon(red, icon("places/folder-red.png"), "Places", "folder-red");
+    expectIcon(world.path("home/red"), icon("places/folder-red.png"), "Places", "folder-red");
     expectIcon(world.makeDir("home/plain"), icon("places/folder.png"), "Places", "folder");
     EXPECT_EQ(theme.getURLIconName("vyx-fm:Computer", &context), "computer");
     EXPECT_EQ(theme.getURLIconPath(nullptr, 48), icon("places/network.png"));

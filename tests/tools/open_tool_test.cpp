@@ -64,9 +64,8 @@ std::vector<std::string> recorded(const std::string& base, const std::string& to
     EXPECT_NE(at, std::string::npos) << toolOut;
     if (at == std::string::npos)
         return {};
-    std::string pid = toolOut.substr(at + 5, toolOut.find(')', at) - at - 5);
+    const std::string path = base + "." + toolOut.substr(at + 5, toolOut.find(')', at) - at - 5);
     // Not our child: wait for its record to appear.
-    std::string path = base + "." + pid;
     for (int i = 0; i < 500 && access(path.c_str(), F_OK) != 0; ++i)
         usleep(10000);
     std::string text = vyxtest::readFile(path);

@@ -61,24 +61,6 @@ TEST(ToolDirs, ListsAnswersOneAndRefusesBadNames)
     EXPECT_EQ(out({"dirs", "VyxHomeDir"}, 1), "") << "an empty path is nothing found";
 }
 
-// Bad usage is status 2 in every command, before anything is looked at.
-TEST(ToolConventions, BadUsageIsStatusTwo)
-{
-    TempHome world;
-    // Command lines ended by ";", split at blanks; ENTRY stands for a desktop file.
-    std::istringstream lines("nonsense;dirs NoSuchDir;dirs 30;dirs --frobnicate;dirs a b;session extra;which;"
-                             "entry ENTRY --set novalue;exec ENTRY --file;mimetype nonsense;icon thing --size big;"
-                             "icon-for vyx-fm:Home --size 0;trash put;trash shred;autostart clock --enable --disable;"
-                             "position notes.txt ten 20;sound;keysym no_such_keysym;keysym 0x-1;menu extra;");
-    for (std::string line; std::getline(lines, line, ';');) {
-        Args bad;
-        std::istringstream words(line);
-        for (std::string word; words >> word;)
-            bad.push_back(word == "ENTRY" ? dataFile("browser.desktop") : word);
-        EXPECT_EQ(ran(bad, 2).out, "");
-    }
-}
-
 TEST(ToolSession, ReportsKindSuffixAndDisplayProblems)
 {
     TempHome world;
@@ -173,8 +155,7 @@ TEST(ToolApps, ListsDefaultsAssignmentsAndTheirSources)
     EXPECT_HAS(out({"mimeapps"}), list);
 
     // An application is named alike by id, file name or path, in every command.
-    for (const std::string& name :
-         {std::string("hidden"), std::string("hidden.desktop"), world.path("usr/share/applications/hidden.desktop")})
+    for (const auto& name : Args {"hidden", "hidden.desktop", world.path("usr/share/applications/hidden.desktop")})
         EXPECT_HAS(out({"why", name}), "DisplayableNoDisplay");
     EXPECT_EQ(out({"exec", "shown"}), "true\n");
     EXPECT_HAS(out({"entry", "shown", "--json"}), "\"name\": \"Shown App\"");
@@ -396,8 +377,7 @@ TEST_P(ConfigFileInPlace, IsReadAsMissingAtOnce)
     for (const char* dir : {"home/.local/share/mime", "home/.icons/own", "home/.local/share/sounds/own"})
         world.makeDir(dir);
     const ConfigReader& reader = GetParam();
-    const std::string path = world.path(reader.file);
-    world.makeDir(reader.file);
+    const std::string path = world.makeDir(reader.file);
     rmdir(path.c_str());
     for (Args args : reader.commands) {
         for (std::string& arg : args)
@@ -432,9 +412,23 @@ INSTANTIATE_TEST_SUITE_P(EveryReader, ConfigFileInPlace, ::testing::ValuesIn(kCo
                          [](const ::testing::TestParamInfo<ConfigReader>& info) { return info.param.name; });
 
 // The promises every command keeps, whatever it does.
-TEST(ToolConventions, VersionAndTheEndOfOptions)
+TEST(ToolConventions, BadUsageVersionAndTheEndOfOptions)
 {
     TempHome world;
+    // Bad usage is status 2 in every command, before anything is looked at.
+    // Command lines ended by ";", split at blanks; ENTRY stands for a desktop file.
+    std::istringstream lines("nonsense;dirs NoSuchDir;dirs 30;dirs --frobnicate;dirs a b;session extra;which;"
+                             "entry ENTRY --set novalue;exec ENTRY --file;mimetype nonsense;icon thing --size big;"
+                             "icon-for vyx-fm:Home --size 0;trash put;trash shred;autostart clock --enable --disable;"
+                             "position notes.txt ten 20;sound;keysym no_such_keysym;keysym 0x-1;menu extra;");
+    for (std::string line; std::getline(lines, line, ';');) {
+        Args bad;
+        std::istringstream words(line);
+        for (std::string word; words >> word;)
+            bad.push_back(word == "ENTRY" ? dataFile("browser.desktop") : word);
+        EXPECT_EQ(ran(bad, 2).out, "");
+    }
+
     const std::string version = out({"--version"});
     EXPECT_EQ(version, std::string("vyxcore ") + VYXCORE_VERSION + "\n");
     EXPECT_EQ(out({"version"}), version);

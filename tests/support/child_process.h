@@ -31,8 +31,7 @@ struct Mount {
     std::string source;  // Bind only
     std::string size = {};  // Tmpfs only: its "size=" option ("64k"); empty for the default
 
-    static Mount tmpfs(std::string target) { return {Kind::Tmpfs, std::move(target), {}}; }
-    static Mount tmpfs(std::string target, std::string size)
+    static Mount tmpfs(std::string target, std::string size = {})
     {
         return {Kind::Tmpfs, std::move(target), {}, std::move(size)};
     }

@@ -216,10 +216,7 @@ void IconThemeCache::lookup(const std::string& iconName, std::vector<IconCacheIm
 bool IconThemeCache::stillInPlace() const
 {
     struct stat st;
-    if (stat(m_cachePath.c_str(), &st) != 0)
-        return false;
-    const IconCacheStamp now = stampOf(st);
-    return now.device == m_stamp.device && now.inode == m_stamp.inode && now.modified == m_stamp.modified;
+    return stat(m_cachePath.c_str(), &st) == 0 && stampOf(st) == m_stamp;
 }
 
 }  // namespace Vyx::detail

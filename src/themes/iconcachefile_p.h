@@ -26,6 +26,11 @@ struct IconCacheStamp {
     int64_t modified = 0;  // ns
     dev_t device = 0;
     ino_t inode = 0;
+
+    bool operator==(const IconCacheStamp& other) const
+    {
+        return modified == other.modified && device == other.device && inode == other.inode;
+    }
 };
 
 // A directory the cache lists (its name, inside the mapping and ending

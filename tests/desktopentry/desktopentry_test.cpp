@@ -298,7 +298,7 @@ TEST(EntryFields, EachFieldOnItsOwnAndMergedOverAnother)
         EXPECT_FALSE(entry.identicalTo(blank));
         const std::string file = world.path("one.desktop");
         ASSERT_TRUE(entry.saveAs(file, kSkipEmpty));
-        EXPECT_NE(vyxtest::readFile(file).find(field.line), std::string::npos) << vyxtest::readFile(file);
+        EXPECT_HAS(vyxtest::readFile(file), field.line);
         EXPECT_TRUE(VyxDesktopEntry(file).identicalTo(entry)) << vyxtest::readFile(file);
 
         VyxDesktopEntry copied(blankFile), inherited(blankFile), overridden(blankFile);

@@ -313,7 +313,7 @@ TEST_F(Trash, RestoreMovesOnlyWhatIsInTheTrash)
     EXPECT_FALSE(VyxTrash::restoreFromTrash((files + "/./notes.txt").c_str()));
     EXPECT_FALSE(VyxTrash::restoreFromTrash("../files/notes.txt"));
     EXPECT_EQ(VyxTrash::getFilePathToRestore((files + "/sub/../notes.txt").c_str()), "");
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("not an object directly in the trash"), std::string::npos);
+    EXPECT_HAS(testing::internal::GetCapturedStderr(), "not an object directly in the trash");
     EXPECT_EQ(readFile(current), "current");
     EXPECT_EQ(readFile(files + "/notes.txt"), "trashed");
     // A record named for ".." would hand over the trash itself: refused
@@ -360,7 +360,7 @@ TEST_F(Trash, TheTrashItselfALinkedTrashOrNoHomeRefusedAndNoShellUsed)
     for (const std::string& path : {info, files, trash, trash + "/directorysizes", info + "/kept.txt.trashinfo",
                                     files + "/kept.txt", trash + "/../Trash/info", info + "/../files/"})
         EXPECT_FALSE(VyxTrash::moveToTrash(path.c_str())) << path;
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("part of the trash itself"), std::string::npos);
+    EXPECT_HAS(testing::internal::GetCapturedStderr(), "part of the trash itself");
     EXPECT_EQ(listDir(info), Names {"kept.txt.trashinfo"});
     EXPECT_EQ(listDir(files), Names {"kept.txt"});
     ASSERT_TRUE(VyxTrash::restoreFromTrash("kept.txt"));
@@ -374,7 +374,7 @@ TEST_F(Trash, TheTrashItselfALinkedTrashOrNoHomeRefusedAndNoShellUsed)
     EXPECT_FALSE(VyxTrash::moveToTrash(file("other.txt").c_str()));
     EXPECT_FALSE(VyxTrash::restoreFromTrash("thesis.tex"));
     EXPECT_EQ(VyxTrash::getFileDirPath(), "");
-    EXPECT_NE(testing::internal::GetCapturedStderr().find("not a directory of this user's"), std::string::npos);
+    EXPECT_HAS(testing::internal::GetCapturedStderr(), "not a directory of this user's");
     EXPECT_EQ(readFile(docs), "years of work");
     EXPECT_TRUE(fileExists(world.path("other.txt"), false));
 

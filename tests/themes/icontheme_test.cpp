@@ -129,7 +129,7 @@ TEST_F(Themes, LookupOrder)
     // A theme without a cache is named once per process, not per lookup.
     const std::string messages = testing::internal::GetCapturedStderr();
     const std::string complaint = "libvyxcore: invalid cache of " + own + "\n";
-    EXPECT_NE(messages.find(complaint), std::string::npos) << messages;
+    EXPECT_HAS(messages, complaint);
     EXPECT_EQ(messages.find(complaint), messages.rfind(complaint));
     // Generic names: cut at the last "-", but not into the application and
     // MIME directories.
